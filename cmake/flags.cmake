@@ -1,0 +1,18 @@
+# Flags of everything that is ours. `qv8_flags` is linked privately by every target.
+add_library(qv8_flags INTERFACE)
+target_compile_options(qv8_flags INTERFACE -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Werror)
+# The same arithmetic on every build: SSE2 registers of the named precision, and no fused multiply-add.
+target_compile_options(qv8_flags INTERFACE -msse2 -mfpmath=sse -ffp-contract=off)
+target_include_directories(qv8_flags INTERFACE ${PROJECT_SOURCE_DIR}/include)
+
+if(QV8_SANITIZE)
+  target_compile_options(qv8_flags INTERFACE -fsanitize=${QV8_SANITIZE} -fno-sanitize-recover=all
+                         -fno-omit-frame-pointer)
+  target_link_options(qv8_flags INTERFACE -fsanitize=${QV8_SANITIZE})
+endif()
+
+if(WIN32)
+  # Runtime libraries become part of each file, so that it can be copied alone.
+  target_link_options(qv8_flags INTERFACE -static -static-libgcc -static-libstdc++)
+  target_compile_definitions(qv8_flags INTERFACE _WIN32_WINNT=0x0501 WINVER=0x0501)
+endif()

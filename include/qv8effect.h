@@ -1,0 +1,389 @@
+/*
+ * Qv8Effect: effects on pictures held as packed device-independent bitmaps in movable global memory.
+ *
+ * PICTURES. A picture is an HGLOBAL from GlobalAlloc (movable memory) that holds, without gaps, a 40-byte
+ * BITMAPINFOHEADER, the colour table and the rows, bottom row first, each padded to a multiple of 4 bytes. Depths are 1,
+ * 4, 8 (indices into the colour table), 16 (5-5-5 or 5-6-5), 24 and 32 bits. `biClrUsed` entries are in the table, or
+ * the full 2, 16 or 256 when it is 0; an index beyond the table reads as black. Width and height are at least 1.
+ *
+ * OWNERSHIP. Pictures passed in are locked and unlocked, never changed and never freed. Pictures returned are new and
+ * unlocked; the caller frees them with GlobalFree. Pointers are read during the call only.
+ *
+ * RESULTS. Functions that return HGLOBAL return a new picture, or 0. Functions that return ImageSet return a new picture
+ * and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` (always, once the progress dialog is open)
+ * and return 1, or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion library (qv8com.h),
+ * per thread, as one of the QV8_STATUS values. On every failure all that the call made is freed.
+ *
+ * STATUSES. Every function can leave: 0 success; 1 cancelled; 2 the progress dialog could not be opened; 3 out of memory,
+ * or a result above 0x7FFFFFFF bytes; 7 a picture that is a zero handle, is damaged, or has a depth or layout that the
+ * function does not accept. Further statuses stand with each function.
+ *
+ * THREADS. Every function runs to its end on the calling thread. No state is kept between calls, so any number of
+ * threads may call at once, on shared source pictures too, and a progress callback may call back into the library.
+ *
+ * THE LAST FOUR ARGUMENTS of every function with progress:
+ *   progressOwner  0: the library opens the progress dialog of the companion library for this call. Any other value: no
+ *                  dialog; the value names who is told of progress and may cancel (AddProgressOwner, or on Windows a
+ *                  window handle).
+ *   dialog1..3     passed to PercentDlgOpen when `progressOwner` is 0: owner window or 0, caption (LPCSTR) or 0, and 0.
+ *
+ * THE AREA OF EFFECT, in functions with these arguments, limits an effect to a part of the picture:
+ *   target      the picture and, for area type 0, its mask. Null counts as {0, 0}.
+ *   areaType    0 (QV8_AREA_MASK) the set bits of target->hMask, a 1-bit picture of the same size, whatever its colours;
+ *               1 (QV8_AREA_WHOLE) the whole picture; 2 (QV8_AREA_POLYGON) a polygon, alternate fill, outline included;
+ *               3 (QV8_AREA_ELLIPSE) an ellipse. Only the low byte counts.
+ *   points      corners of the polygon in pixels, y counted from the top; moved to the nearest edge where outside.
+ *   pointCount  number of corners, at least 2.
+ *   rect        bounding rectangle of the ellipse in pixels, y counted from the top, right and bottom excluded; cut to
+ *               the picture; either order of its sides. Null counts as all zeros.
+ *   inside      non-zero: the effect applies inside the polygon or ellipse; 0: outside it.
+ * Statuses: 2 the shape could not be drawn; 5 another `areaType`, fewer than 2 points or null points; 7 area type 0
+ * without a mask, or a mask that is not 1-bit or of another size.
+ * What an argument does not use is ignored: area type 1 looks at nothing else.
+ *
+ * BYTE and flag arguments arrive in 32-bit slots; of BYTE arguments only the low byte counts, a BOOL is true when it is
+ * not 0. "Clamped" means that a value out of range counts as the nearest one in range, without an error.
+ *
+ * All functions use the standard Windows calling convention and are exported under their plain names.
+ */
+#ifndef QV8EFFECT_H
+#define QV8EFFECT_H
+
+#include "qv8platform.h"
+
+#ifdef _WIN32
+#define QV8EFFECT_EXPORT
+#else
+#define QV8EFFECT_EXPORT __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A picture and the 1-bit picture of the same size that marks an area of it (0 when there is none). */
+typedef struct ImageSet {
+    HGLOBAL hImage;
+    HGLOBAL hMask;
+} ImageSet;
+
+enum {
+    QV8_STATUS_SUCCESS = 0,
+    QV8_STATUS_CANCELLED = 1,    /* the user or the progress owner asked to stop */
+    QV8_STATUS_DIALOG = 2,       /* no progress dialog, or an area could not be drawn */
+    QV8_STATUS_MEMORY = 3,       /* out of memory, or a size above 0x7FFFFFFF bytes */
+    QV8_STATUS_DEPTH = 4,        /* bit depth not handled */
+    QV8_STATUS_PARAMETER = 5,    /* bad parameter */
+    QV8_STATUS_PICTURE = 7,      /* bad picture */
+    QV8_STATUS_DRAWING = 9       /* a drawing operation failed */
+};
+
+enum { QV8_AREA_MASK = 0, QV8_AREA_WHOLE = 1, QV8_AREA_POLYGON = 2, QV8_AREA_ELLIPSE = 3 };
+
+/* Depth code of QV8ConvertColor for 8 bits with a grey ramp. */
+enum { QV8_DEPTH_GREY = 80 };
+
+/* --- Tone and colour ---------------------------------------------------------------------------------------------- */
+/* All depths. Pictures of 1, 4 and 8 bits change in their colour table as a whole, whatever the area (which is not even
+   checked). 16-bit channels go through 8 bits and back, truncating, so that a channel may lose one level. The fourth
+   byte of 32-bit pixels stays. */
+
+/* Pulls each channel toward or away from its square root: v becomes 255 (x - g (sqrt(x) - x)) with x = v / 255.
+     gammaRed, gammaGreen, gammaBlue  curve strength g; 0 leaves the channel, below 0 lightens, above 0 darkens. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBGamma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                            const RECT* rect, BOOL inside, double gammaRed, double gammaGreen,
+                                            double gammaBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                            DWORD_PTR dialog3);
+
+/* Adds a level to each channel and clamps to 0..255.
+     levelRed, levelGreen, levelBlue  any value; 0 leaves the channel. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBLevel(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                            const RECT* rect, BOOL inside, LONG levelRed, LONG levelGreen,
+                                            LONG levelBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                            DWORD_PTR dialog3);
+
+/* Turns each channel v whose flag is set into 255 - v. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBRev(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                          const RECT* rect, BOOL inside, BOOL invertRed, BOOL invertGreen,
+                                          BOOL invertBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                          DWORD_PTR dialog3);
+
+/* The curve of QV8RGBGamma on luminance, red difference and blue difference (in this order).
+     gammaY, gammaCr, gammaCb  curve strength; 0 leaves the component, but for the rounding of the way there and back. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCGamma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                            const RECT* rect, BOOL inside, double gammaY, double gammaCr,
+                                            double gammaCb, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                            DWORD_PTR dialog3);
+
+/* Adds a level to luminance, red difference and blue difference (in this order); only the final colour is clamped. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCLevel(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                            const RECT* rect, BOOL inside, LONG levelY, LONG levelCr, LONG levelCb,
+                                            DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                            DWORD_PTR dialog3);
+
+/* Inverts luminance, red difference and blue difference (in this order) where the flag is set. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCRev(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                          const RECT* rect, BOOL inside, BOOL invertY, BOOL invertCr, BOOL invertCb,
+                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Strengthens or weakens colour.
+     chroma  change in percent, clamped to -100 (grey) .. 1000; 0 returns an exact copy. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Chroma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                          const RECT* rect, BOOL inside, LONG chroma, DWORD progressOwner,
+                                          DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Turns the whole picture grey at its own depth. Pictures of 1, 4 and 8 bits get a full grey ramp as their table. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           DWORD_PTR dialog3);
+
+/* Converts the picture to another depth. 16-bit results are always 5-5-5.
+     bitDepth      1, 4, 8, 16, 24, 32, or QV8_DEPTH_GREY (80) for 8 bits with a grey ramp; only the low 16 bits count.
+     fixedPalette  non-zero: reduce to a fixed table (16 or 216 colours) instead of one built from the picture.
+     dither        non-zero: spread the error of each pixel over its neighbours while reducing.
+     threshold     0..255, black/white threshold of a 1-bit result: white from a mean of this value on.
+   Statuses: 5 another depth, or the depth the picture has. A zero handle returns 0 and leaves the status alone. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither,
+                                                DWORD threshold, DWORD progressOwner, DWORD_PTR dialog1,
+                                                DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* --- Filters ------------------------------------------------------------------------------------------------------ */
+/* 8-bit pictures with a grey ramp as their table (in any order), 16, 24 and 32 bits; QV8Mosaic takes all depths.
+   Neighbours are read from the source, also outside the area. 16-bit pixels of the area are repacked from 8 bits per
+   channel, truncating, and may lose a level. */
+
+/* Convolves with a 9 x 9 kernel; border pixels repeat outward.
+     kernel   81 weights, the row above first, left to right; the centre is the 41st.
+     divisor  1..255, divides the sum (truncating); low byte.
+     offset   0..255, added after the division; low byte.
+     red, green, blue  the channels to filter (an 8-bit picture is always filtered).
+   Statuses: 5 null kernel or a divisor of 0. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8CustomFilter(const ImageSet* target, DWORD areaType, const POINT* points,
+                                                int pointCount, const RECT* rect, BOOL inside, const LONG* kernel,
+                                                DWORD divisor, DWORD offset, BOOL red, BOOL green, BOOL blue,
+                                                DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                                DWORD_PTR dialog3);
+
+/* Sharpens the luminance. strength: 0..100, clamped; low byte. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                         const RECT* rect, BOOL inside, DWORD strength, DWORD progressOwner,
+                                         DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Turns the picture into a relief.
+     direction  0..7, where the relief is lit: 0 right, 1 lower right, then clockwise; low byte.
+     depth      1 (flat) .. 5 (deep), clamped; low byte.
+     base       0..255, level of even surfaces; low byte.
+   Statuses: 5 another direction. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Emboss(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                          const RECT* rect, BOOL inside, DWORD direction, DWORD depth, DWORD base,
+                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                          DWORD_PTR dialog3);
+
+/* Softens with the mean of a square. radius: 1..20 pixels, clamped; low byte. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                         const RECT* rect, BOOL inside, DWORD radius, DWORD progressOwner,
+                                         DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Removes noise with the median of the 3 x 3 neighbourhood.
+     mode         0 whole pixels by luminance; 1 each channel that differs from a neighbour by more than
+                  255 - sensitivity; anything else returns a copy; low byte.
+     sensitivity  0..255; low byte. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8RemoveNoise(const ImageSet* target, DWORD areaType, const POINT* points,
+                                               int pointCount, const RECT* rect, BOOL inside, DWORD mode,
+                                               DWORD sensitivity, DWORD progressOwner, DWORD_PTR dialog1,
+                                               DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Averages each pixel with its left and right neighbours. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8AntiAlias(const ImageSet* target, DWORD areaType, const POINT* points,
+                                             int pointCount, const RECT* rect, BOOL inside, DWORD progressOwner,
+                                             DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Paints blocks with their mean colour; all depths.
+     blockWidth, blockHeight  pixels; one of them below 2 counts as 1.
+   Statuses: 5 both below 2. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Mosaic(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                          const RECT* rect, BOOL inside, int blockWidth, int blockHeight,
+                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                          DWORD_PTR dialog3);
+
+/* Draws the edges as grey levels.
+     channel        0 luminance, 1 red, 2 green, 3 blue; low byte.
+     edgeOperator   0 simple difference, 2 Sobel, anything else Roberts cross; low byte.
+     gain           0..100, factor on the edge strength, clamped; low byte.
+   Statuses: 5 another channel. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Outline(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                           const RECT* rect, BOOL inside, DWORD channel, DWORD edgeOperator, DWORD gain,
+                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           DWORD_PTR dialog3);
+
+/* --- Selection ---------------------------------------------------------------------------------------------------- */
+/* All depths. The area arguments are as above, without area type 0 (status 5). The result has the size of the area's
+   bounding box; its mask marks the area. */
+
+/* Cuts an area out. Pixels of the box outside the area get the background colour red, green, blue (low bytes). */
+QV8EFFECT_EXPORT ImageSet QV8API QV8SelectImage(HGLOBAL image, DWORD areaType, const POINT* points, int pointCount,
+                                                const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
+                                                DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                                DWORD_PTR dialog3);
+
+/* As QV8SelectImage, storing the pair through `result`; status 5 when that is null. */
+QV8EFFECT_EXPORT BOOL QV8API QV8SelectImageEx(HGLOBAL image, ImageSet* result, DWORD areaType, const POINT* points,
+                                              int pointCount, const RECT* rect, BOOL inside, DWORD red, DWORD green,
+                                              DWORD blue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                              DWORD_PTR dialog3);
+
+/* Cuts an area out and marks in its mask the pixels whose colour is close to a key colour.
+     red, green, blue  key colour; low bytes.
+     matchMode         0 in red, green and blue; 1 in colour whatever the brightness; 2 in brightness; low byte.
+     tolerance         0..255, mean difference per component that still matches; low byte.
+   Statuses: 5 another match mode. */
+QV8EFFECT_EXPORT ImageSet QV8API QV8AutoSelectImage(HGLOBAL image, DWORD areaType, const POINT* points, int pointCount,
+                                                    const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
+                                                    DWORD matchMode, DWORD tolerance, DWORD progressOwner,
+                                                    DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* As QV8AutoSelectImage, storing the pair through `result`; status 5 when that is null. */
+QV8EFFECT_EXPORT BOOL QV8API QV8AutoSelectImageEx(HGLOBAL image, ImageSet* result, DWORD areaType, const POINT* points,
+                                                  int pointCount, const RECT* rect, BOOL inside, DWORD red, DWORD green,
+                                                  DWORD blue, DWORD matchMode, DWORD tolerance, DWORD progressOwner,
+                                                  DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* --- Geometry ----------------------------------------------------------------------------------------------------- */
+/* All depths; a mask in `target` (null or a 1-bit picture of the same size, else status 7) goes through the same change
+   and comes back as the result's mask. */
+
+/* Scales to a new size.
+     width, height  pixels, at least 1 (else status 5).
+     smooth         0 repeats or drops pixels, non-zero blends them (16, 24, 32 bits and grey ramps). */
+QV8EFFECT_EXPORT ImageSet QV8API QV8Resize(const ImageSet* target, int width, int height, DWORD smooth,
+                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           DWORD_PTR dialog3);
+
+/* As QV8Resize, storing the pair through `result`; status 5 when that is null. */
+QV8EFFECT_EXPORT BOOL QV8API QV8ResizeEx(const ImageSet* target, ImageSet* result, int width, int height, DWORD smooth,
+                                         DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Mirrors, flips, then turns about the centre.
+     angle             hundredths of a degree, clamped to -35999..35999; positive turns counter-clockwise.
+     mirror, flip      non-zero: exchange left and right, top and bottom, first.
+     smooth            non-zero blends neighbouring pixels, 0 takes the nearest.
+     red, green, blue  colour of pixels that the turned picture does not cover; low bytes.
+     keepSize          non-zero: the result has the source's size; 0: it is large enough for the turned picture. */
+QV8EFFECT_EXPORT ImageSet QV8API QV8Rotation(const ImageSet* target, LONG angle, BOOL mirror, BOOL flip, DWORD smooth,
+                                             DWORD red, DWORD green, DWORD blue, BOOL keepSize, DWORD progressOwner,
+                                             DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* As QV8Rotation, storing the pair through `result`; status 5 when that is null. */
+QV8EFFECT_EXPORT BOOL QV8API QV8RotationEx(const ImageSet* target, ImageSet* result, LONG angle, BOOL mirror, BOOL flip,
+                                           DWORD smooth, DWORD red, DWORD green, DWORD blue, BOOL keepSize,
+                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           DWORD_PTR dialog3);
+
+/* Straightens a four-cornered area into an upright picture.
+     x1, y1 .. x4, y4  the corners in pixels, y counted from the top, in any order; moved to the nearest edge where
+                       outside.
+   Statuses: 5 corners that leave no rectangle. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Affine(HGLOBAL image, LONG x1, LONG y1, LONG x2, LONG y2, LONG x3, LONG y3, LONG x4,
+                                          LONG y4, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                          DWORD_PTR dialog3);
+
+/* Joins a second picture onto a base so that two points marked in each meet; both 24-bit.
+     seamMode                 1 and 2 paste only one side of the line through the two points; anything else pastes the
+                              whole added picture; low byte.
+     a1x..a2y                 the points in the base, y counted from the top.
+     b1x..b2y                 the matching points in the added picture.
+     transparentRed..Blue     pointers to the transparent colour as in QV8PasteImage, or null.
+   Statuses: 2 the seam could not be drawn; 5 two equal points. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Panorama(HGLOBAL base, HGLOBAL added, DWORD seamMode, LONG a1x, LONG a1y, LONG a2x,
+                                            LONG a2y, LONG b1x, LONG b1y, LONG b2x, LONG b2y,
+                                            const BYTE* transparentRed, const BYTE* transparentGreen,
+                                            const BYTE* transparentBlue, DWORD progressOwner, DWORD_PTR dialog1,
+                                            DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* --- Composition -------------------------------------------------------------------------------------------------- */
+
+/* Pastes a picture, turned and through its mask, onto a base; all depths onto all depths. The result has the base's
+   size, depth and colour table.
+     pasted                   the picture and its mask (or 0); set bits are pasted.
+     angle                    hundredths of a degree, clamped to -35999..35999; positive turns counter-clockwise.
+     mirror, flip             non-zero: exchange left and right, top and bottom, first.
+     opacity                  0 (invisible) .. 255; low byte.
+     transparentRed..Blue     when all three are given, pasted pixels of exactly this colour let the base show.
+     x, y                     where the centre of the turned picture lies in the base, y counted from the top.
+     sampling                 0 blends neighbouring pixels, non-zero takes the nearest. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LONG angle, BOOL mirror, BOOL flip,
+                                              DWORD opacity, const BYTE* transparentRed, const BYTE* transparentGreen,
+                                              const BYTE* transparentBlue, LONG x, LONG y, DWORD sampling,
+                                              DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                              DWORD_PTR dialog3);
+
+/* Lays one picture over another; all depths, the result is 24-bit.
+     opacity                  0 (layer invisible) .. 255 (layer replaces the base); low byte.
+     transparentRed..Blue     layer pixels of exactly this colour let the base show; low bytes.
+     backgroundRed..Blue      colour where neither picture lies; low bytes.
+     x, y                     upper left corner of the layer in the base, y counted from the top.
+     clipToBase               non-zero: the result has the base's size; 0: it covers both pictures.
+   Statuses: 4 a picture with a depth or layout that is not accepted. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8Layer(HGLOBAL base, HGLOBAL layer, DWORD opacity, DWORD transparentRed,
+                                         DWORD transparentGreen, DWORD transparentBlue, DWORD backgroundRed,
+                                         DWORD backgroundGreen, DWORD backgroundBlue, int x, int y, BOOL clipToBase,
+                                         DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* --- Creation, copy and clipboard --------------------------------------------------------------------------------- */
+
+/* Makes a picture of one colour.
+     width, height     pixels, clamped to at least 1.
+     bitDepth          1, 4, 8, 16, 24 or 32; low 16 bits, signed.
+     red, green, blue  the colour, or the nearest the depth can show; low bytes.
+   Statuses: 4 another depth. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8CreateImage(int width, int height, DWORD bitDepth, DWORD red, DWORD green,
+                                               DWORD blue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                               DWORD_PTR dialog3);
+
+/* Makes an exact copy of a picture. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                             DWORD_PTR dialog3);
+
+/* Puts a copy of the picture on the clipboard as CF_DIB. window: owner for the clipboard, or 0. Returns 1, or 0. */
+QV8EFFECT_EXPORT BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
+                                             DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Makes a copy of the picture that the clipboard holds as CF_DIB. Statuses: 7 also when it holds none. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8GetFromClipBrd(HWND window, DWORD progressOwner, DWORD_PTR dialog1,
+                                                  DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Returns non-zero when the clipboard holds a picture as CF_DIB. No progress. */
+QV8EFFECT_EXPORT BOOL QV8API QV8IsClipBrdData(HWND window);
+
+/* Empties the clipboard. Returns non-zero when it could be closed again. No progress. */
+QV8EFFECT_EXPORT BOOL QV8API QV8ClearClipBrd(HWND window);
+
+/* --- Hidden image ------------------------------------------------------------------------------------------------- */
+
+/* Hides a pattern or a text in the luminance of a 24-bit picture.
+     picture        1-bit pattern laid with its upper left corner at (left, top), or 0 to draw the text.
+     text           at most 128 characters (else status 5).
+     faceName       font, at most 32 characters (else status 5).
+     pointSize      size in points; low 16 bits.
+     bold, italic, underline, strikeOut  flags; low bytes.
+     direction      0 and 1 horizontal, anything else vertical; low byte.
+     angle          0, 90, 180 or 270 degrees; low 16 bits.
+     strength       change of luminance, may be negative; pixels that cannot take it keep theirs.
+     left, top, right, bottom  rectangle of the text in pixels, y counted from the top; cut to the picture.
+   Statuses: 5 see above; 9 the text could not be drawn. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetSecretImage(HGLOBAL image, HGLOBAL picture, LPCSTR text, LPCSTR faceName,
+                                                  DWORD pointSize, DWORD bold, DWORD italic, DWORD underline,
+                                                  DWORD strikeOut, DWORD direction, DWORD angle, int strength, int left,
+                                                  int top, int right, int bottom, DWORD progressOwner,
+                                                  DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+
+/* Finds a hidden pattern by comparing a marked picture with the unmarked one; both 24-bit. Returns a 1-bit picture.
+     threshold  difference of luminance from which on a pixel counts as marked. */
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold,
+                                                    DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                                    DWORD_PTR dialog3);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* QV8EFFECT_H */

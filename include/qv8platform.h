@@ -1,0 +1,117 @@
+/*
+ * The platform types and the movable global memory that pictures live in.
+ *
+ * On Windows this is <windows.h> and nothing else. On other systems it declares the same types and the same memory
+ * functions under the platform's own names; libQv8Platform carries them out. Programs written against this header
+ * compile unchanged on both.
+ */
+#ifndef QV8PLATFORM_H
+#define QV8PLATFORM_H
+
+#ifdef _WIN32
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#define QV8API __stdcall
+
+#else
+
+#include <stddef.h>
+#include <stdint.h>
+
+#define QV8API
+#define QV8_PLATFORM_EXPORT __attribute__((visibility("default")))
+
+typedef uint8_t BYTE;
+typedef uint16_t WORD;
+typedef uint32_t DWORD;
+typedef int32_t LONG;
+typedef int BOOL;
+typedef unsigned int UINT;
+typedef size_t SIZE_T;
+typedef uintptr_t DWORD_PTR;
+typedef const char* LPCSTR;
+
+typedef void* HGLOBAL;
+typedef void* HWND;
+
+#ifndef FALSE
+#define FALSE 0
+#define TRUE 1
+#endif
+
+typedef struct tagPOINT {
+    LONG x;
+    LONG y;
+} POINT;
+
+typedef struct tagRECT {
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+} RECT;
+
+typedef struct tagRGBQUAD {
+    BYTE rgbBlue;
+    BYTE rgbGreen;
+    BYTE rgbRed;
+    BYTE rgbReserved;
+} RGBQUAD;
+
+typedef struct tagBITMAPINFOHEADER {
+    DWORD biSize;
+    LONG biWidth;
+    LONG biHeight;
+    WORD biPlanes;
+    WORD biBitCount;
+    DWORD biCompression;
+    DWORD biSizeImage;
+    LONG biXPelsPerMeter;
+    LONG biYPelsPerMeter;
+    DWORD biClrUsed;
+    DWORD biClrImportant;
+} BITMAPINFOHEADER;
+
+enum { BI_RGB = 0, BI_RLE8 = 1, BI_RLE4 = 2, BI_BITFIELDS = 3 };
+
+enum { GMEM_FIXED = 0x0000, GMEM_MOVEABLE = 0x0002, GMEM_ZEROINIT = 0x0040, GHND = 0x0042 };
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Makes a block of `bytes` bytes, unlocked. `flags` must hold GMEM_MOVEABLE; with GMEM_ZEROINIT every byte is 0, without
+   it the contents are unspecified. Returns its handle, which is never its address, or 0 when memory is short, `bytes`
+   is above 0x7FFFFFFF or a fixed block is asked for. The caller frees it with GlobalFree. */
+QV8_PLATFORM_EXPORT HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes);
+
+/* Returns the address of the block and adds one lock, or returns 0 when `block` is not the handle of a live block or
+   the block is empty. */
+QV8_PLATFORM_EXPORT void* GlobalLock(HGLOBAL block);
+
+/* Takes one lock off. Returns non-zero while locks are left, else 0 (also for a block that is not locked). */
+QV8_PLATFORM_EXPORT BOOL GlobalUnlock(HGLOBAL block);
+
+/* Frees the block, locked or not. Returns 0, or `block` itself when it is not the handle of a live block. */
+QV8_PLATFORM_EXPORT HGLOBAL GlobalFree(HGLOBAL block);
+
+/* The size of the block in bytes; 0 when `block` is not the handle of a live block. */
+QV8_PLATFORM_EXPORT SIZE_T GlobalSize(HGLOBAL block);
+
+/* The handle of the block that begins at `address`, as GlobalLock returned it; 0 when there is none. */
+QV8_PLATFORM_EXPORT HGLOBAL GlobalHandle(const void* address);
+
+/* The lock count of the block in the low byte; 0x8000 when `block` is not the handle of a live block. */
+QV8_PLATFORM_EXPORT UINT GlobalFlags(HGLOBAL block);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* _WIN32 */
+
+#endif /* QV8PLATFORM_H */

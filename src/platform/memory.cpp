@@ -1,0 +1,221 @@
+// Movable global memory for systems that have none.
+//
+// A handle is a number that is never used twice and is never an address, so a freed handle, a plain pointer or noise is
+// told from a live block by looking it up. Small blocks come from the heap. Large ones are mapped in huge pages, because
+// touching fresh 4 KiB pages costs more than most effects; a few of them are kept when freed, since a program that
+// applies effects asks for blocks of the same size again and again.
+#include <sys/mman.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <new>
+#include <unordered_map>
+#include <vector>
+
+#include "qv8platform.h"
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+#define QV8_EXACT_BLOCKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QV8_EXACT_BLOCKS 1
+#endif
+#endif
+
+constexpr SIZE_T kMaxBlock = 0x7FFFFFFF;
+constexpr SIZE_T kHugePage = SIZE_T{2} << 20;
+#ifdef QV8_EXACT_BLOCKS
+constexpr SIZE_T kMappedFrom = kMaxBlock + 1; // every block from the heap, where reading past its end is noticed
+#else
+constexpr SIZE_T kMappedFrom = SIZE_T{1} << 20;
+#endif
+constexpr SIZE_T kKeptLimit = SIZE_T{64} << 20;
+
+struct Mapping {
+    BYTE* address = nullptr;
+    SIZE_T capacity = 0;
+};
+
+struct Block {
+    BYTE* address;
+    SIZE_T size;
+    SIZE_T capacity; // of the mapping; 0 for a block from the heap
+    UINT locks;
+};
+
+SIZE_T RoundUp(SIZE_T value, SIZE_T unit) {
+    return (value + unit - 1) / unit * unit;
+}
+
+// A mapping that begins on a huge page, so that the system can use huge pages from the first byte on.
+Mapping MapAligned(SIZE_T size) {
+    const SIZE_T capacity = RoundUp(size, kHugePage);
+    void* const raw = mmap(nullptr, capacity + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (raw == MAP_FAILED) {
+        return {};
+    }
+    BYTE* const begin = static_cast<BYTE*>(raw);
+    const SIZE_T lead = RoundUp(reinterpret_cast<uintptr_t>(begin), kHugePage) - reinterpret_cast<uintptr_t>(begin);
+    if (lead != 0) {
+        munmap(begin, lead);
+    }
+    munmap(begin + lead + capacity, kHugePage - lead);
+#ifdef MADV_HUGEPAGE
+    madvise(begin + lead, capacity, MADV_HUGEPAGE);
+#endif
+    return {begin + lead, capacity};
+}
+
+class Memory {
+public:
+    HGLOBAL Allocate(UINT flags, SIZE_T size) {
+        const bool clear = (flags & GMEM_ZEROINIT) != 0;
+        Block block{nullptr, size, 0, 0};
+        if (size >= kMappedFrom) {
+            const Mapping mapping = TakeMapping(size, clear);
+            block.address = mapping.address;
+            block.capacity = mapping.capacity;
+        } else if (size != 0) {
+            block.address = static_cast<BYTE*>(clear ? std::calloc(1, size) : std::malloc(size));
+        }
+        if (size != 0 && block.address == nullptr) {
+            return nullptr;
+        }
+        const std::lock_guard guard(mutex_);
+        nextHandle_ += kHandleStep;
+        try {
+            blocks_.emplace(nextHandle_, block);
+            if (block.address != nullptr) {
+                handles_.emplace(block.address, nextHandle_);
+            }
+        } catch (const std::bad_alloc&) {
+            blocks_.erase(nextHandle_);
+            Release(block);
+            return nullptr;
+        }
+        return reinterpret_cast<HGLOBAL>(nextHandle_);
+    }
+
+    HGLOBAL Free(HGLOBAL handle) {
+        const std::lock_guard guard(mutex_);
+        const auto found = blocks_.find(reinterpret_cast<uintptr_t>(handle));
+        if (found == blocks_.end()) {
+            return handle;
+        }
+        const Block block = found->second;
+        blocks_.erase(found);
+        handles_.erase(block.address);
+        Release(block);
+        return nullptr;
+    }
+
+    // Calls `use` with the live block of the handle, or returns `otherwise`.
+    template <class Result, class Use>
+    Result With(HGLOBAL handle, Result otherwise, Use use) {
+        const std::lock_guard guard(mutex_);
+        const auto found = blocks_.find(reinterpret_cast<uintptr_t>(handle));
+        return found == blocks_.end() ? otherwise : use(found->second);
+    }
+
+    HGLOBAL HandleOf(const void* address) {
+        const std::lock_guard guard(mutex_);
+        const auto found = handles_.find(address);
+        return found == handles_.end() ? nullptr : reinterpret_cast<HGLOBAL>(found->second);
+    }
+
+private:
+    // Odd multiples of two in low memory: nothing is ever mapped there, and no two handles are alike.
+    static constexpr uintptr_t kHandleStep = 4;
+
+    Mapping TakeMapping(SIZE_T size, bool clear) {
+        Mapping kept;
+        {
+            const std::lock_guard guard(mutex_);
+            for (auto it = kept_.begin(); it != kept_.end(); ++it) {
+                if (it->capacity >= size && it->capacity / 2 <= size) {
+                    kept = *it;
+                    keptBytes_ -= kept.capacity;
+                    kept_.erase(it);
+                    break;
+                }
+            }
+        }
+        if (kept.address == nullptr) {
+            return MapAligned(size);
+        }
+        if (clear) {
+            std::memset(kept.address, 0, size);
+        }
+        return kept;
+    }
+
+    void Release(const Block& block) {
+        if (block.capacity == 0) {
+            std::free(block.address);
+        } else if (keptBytes_ + block.capacity <= kKeptLimit) {
+            kept_.push_back({block.address, block.capacity});
+            keptBytes_ += block.capacity;
+        } else {
+            munmap(block.address, block.capacity);
+        }
+    }
+
+    std::mutex mutex_;
+    std::unordered_map<uintptr_t, Block> blocks_;
+    std::unordered_map<const void*, uintptr_t> handles_;
+    std::vector<Mapping> kept_;
+    SIZE_T keptBytes_ = 0;
+    uintptr_t nextHandle_ = 2;
+};
+
+// Never destroyed: blocks may be freed by destructors that run at exit.
+Memory& TheMemory() {
+    static Memory* const memory = new Memory;
+    return *memory;
+}
+
+} // namespace
+
+extern "C" {
+
+HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes) {
+    if ((flags & GMEM_MOVEABLE) == 0 || bytes > kMaxBlock) {
+        return nullptr;
+    }
+    return TheMemory().Allocate(flags, bytes);
+}
+
+void* GlobalLock(HGLOBAL block) {
+    return TheMemory().With<void*>(block, nullptr, [](Block& live) -> void* {
+        live.locks += live.address != nullptr ? 1 : 0;
+        return live.address;
+    });
+}
+
+BOOL GlobalUnlock(HGLOBAL block) {
+    return TheMemory().With<BOOL>(block, FALSE, [](Block& live) -> BOOL {
+        live.locks -= live.locks != 0 ? 1 : 0;
+        return live.locks != 0 ? TRUE : FALSE;
+    });
+}
+
+HGLOBAL GlobalFree(HGLOBAL block) {
+    return TheMemory().Free(block);
+}
+
+SIZE_T GlobalSize(HGLOBAL block) {
+    return TheMemory().With<SIZE_T>(block, 0, [](const Block& live) { return live.size; });
+}
+
+HGLOBAL GlobalHandle(const void* address) {
+    return TheMemory().HandleOf(address);
+}
+
+UINT GlobalFlags(HGLOBAL block) {
+    return TheMemory().With<UINT>(block, 0x8000, [](const Block& live) { return live.locks & 0xFFU; });
+}
+
+} // extern "C"
