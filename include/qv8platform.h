@@ -84,9 +84,9 @@ enum { GMEM_FIXED = 0x0000, GMEM_MOVEABLE = 0x0002, GMEM_ZEROINIT = 0x0040, GHND
 extern "C" {
 #endif
 
-/* Makes a block of `bytes` bytes, unlocked. `flags` must hold GMEM_MOVEABLE; with GMEM_ZEROINIT every byte is 0, without
-   it the contents are unspecified. Returns its handle, which is never its address, or 0 when memory is short, `bytes`
-   is above 0x7FFFFFFF or a fixed block is asked for. The caller frees it with GlobalFree. */
+/* Makes a block of `bytes` bytes, unlocked. `flags` must hold GMEM_MOVEABLE; with GMEM_ZEROINIT every byte is 0,
+   without it the contents are unspecified. Returns its handle, which is never its address, or 0 when memory is short,
+   `bytes` is above 0x7FFFFFFF or a fixed block is asked for. The caller frees it with GlobalFree. */
 QV8_PLATFORM_EXPORT HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes);
 
 /* Returns the address of the block and adds one lock, or returns 0 when `block` is not the handle of a live block or

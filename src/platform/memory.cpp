@@ -1,9 +1,9 @@
 // Movable global memory for systems that have none.
 //
 // A handle is a number that is never used twice and is never an address, so a freed handle, a plain pointer or noise is
-// told from a live block by looking it up. Small blocks come from the heap. Large ones are mapped in huge pages, because
-// touching fresh 4 KiB pages costs more than most effects; a few of them are kept when freed, since a program that
-// applies effects asks for blocks of the same size again and again.
+// told from a live block by looking it up. Small blocks come from the heap. Large ones are mapped in huge pages,
+// because touching fresh 4 KiB pages costs more than most effects; a few of them are kept when freed, since a program
+// that applies effects asks for blocks of the same size again and again.
 #include <sys/mman.h>
 
 #include <cstdlib>

@@ -1,0 +1,184 @@
+#include "frame/area.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+#include "frame/area_mask.h"
+#include "qv8com.h"
+
+namespace qv8 {
+namespace {
+
+WorkRect WholePicture(const DibView& picture) {
+    return {0, 0, picture.width - 1, picture.height - 1};
+}
+
+// Rows from the top become rows from the bottom.
+WorkRect ToMemoryRows(const RECT& rect, int maxY) {
+    return {rect.left, maxY - rect.bottom, rect.right, maxY - rect.top};
+}
+
+bool UseCallersMask(const DibView& picture, HGLOBAL hMask, Area& area) {
+    Picture mask;
+    if (!LockPicture(hMask, mask) || !CheckPicture(mask) || !IsMaskSizeOf(picture, mask.view)) {
+        return false;
+    }
+    area.rect = WholePicture(picture);
+    area.mask = mask.view.pixels;
+    area.maskStride = mask.view.stride;
+    area.maskLock = std::move(mask.lock);
+    return true;
+}
+
+bool UseDrawnMask(GlobalBlock drawn, Area& area) {
+    if (!drawn) {
+        return false;
+    }
+    area.drawnMask = std::move(drawn);
+    area.maskLock = LockBlock(area.drawnMask.get());
+    if (!area.maskLock) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return false;
+    }
+    area.mask = static_cast<const BYTE*>(area.maskLock.get()) + kMaskHeaderBytes;
+    area.maskStride = static_cast<std::size_t>(DibRowBytes(1, area.rect.Width()));
+    return true;
+}
+
+bool UsePolygon(const DibView& picture, const AreaArguments& arguments, Area& area) {
+    if (arguments.pointCount < 2 || arguments.points == nullptr) {
+        SetErrorStatus(QV8_STATUS_PARAMETER);
+        return false;
+    }
+    const int maxY = picture.height - 1;
+    RECT box = {};
+    const WorkingBlock points =
+        ClipPolygon(arguments.points, arguments.pointCount, picture.width - 1, maxY, arguments.inside, box);
+    if (!points) {
+        return false;
+    }
+    area.rect = ToMemoryRows(box, maxY);
+    return UseDrawnMask(CreateAreaMask(area.rect.Width(), area.rect.Height(), QV8_AREA_POLYGON, points.As<POINT>(),
+                                       arguments.pointCount, box, arguments.inside),
+                        area);
+}
+
+bool UseEllipse(const DibView& picture, const AreaArguments& arguments, Area& area) {
+    const int maxY = picture.height - 1;
+    RECT box = {};
+    const RECT shape = ClipEllipseRect(arguments.rect, picture.width - 1, maxY, arguments.inside, box);
+    area.rect = ToMemoryRows(box, maxY);
+    return UseDrawnMask(
+        CreateAreaMask(area.rect.Width(), area.rect.Height(), QV8_AREA_ELLIPSE, nullptr, 0, shape, arguments.inside),
+        area);
+}
+
+} // namespace
+
+bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arguments, Area& area) {
+    switch (arguments.areaType) {
+    case QV8_AREA_MASK:
+        return UseCallersMask(picture, hMask, area);
+    case QV8_AREA_WHOLE:
+        area.rect = WholePicture(picture);
+        return true;
+    case QV8_AREA_POLYGON:
+        return UsePolygon(picture, arguments, area);
+    case QV8_AREA_ELLIPSE:
+        return UseEllipse(picture, arguments, area);
+    default:
+        SetErrorStatus(QV8_STATUS_PARAMETER);
+        return false;
+    }
+}
+
+bool IsMaskSizeOf(const DibView& picture, const DibView& mask) {
+    if (mask.bitCount == 1 && mask.width == picture.width && mask.height == picture.height) {
+        return true;
+    }
+    SetErrorStatus(QV8_STATUS_PICTURE);
+    return false;
+}
+
+WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect) {
+    const auto count = static_cast<std::size_t>(pointCount);
+    WorkingBlock block;
+    if (count <= kMaxBlockBytes / sizeof(POINT)) {
+        block = AllocateWorkingBlock(count * sizeof(POINT));
+    }
+    if (!block) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return block;
+    }
+    POINT* const clipped = block.As<POINT>();
+    rect = {maxX, maxY, 0, 0};
+    for (std::size_t i = 0; i != count; ++i) {
+        clipped[i].x = std::clamp<LONG>(points[i].x, 0, maxX);
+        clipped[i].y = std::clamp<LONG>(points[i].y, 0, maxY);
+        rect.left = std::min(rect.left, clipped[i].x);
+        rect.top = std::min(rect.top, clipped[i].y);
+        rect.right = std::max(rect.right, clipped[i].x);
+        rect.bottom = std::max(rect.bottom, clipped[i].y);
+    }
+    if (!inside) {
+        rect = {0, 0, maxX, maxY};
+        return block;
+    }
+    for (std::size_t i = 0; i != count; ++i) {
+        clipped[i].x -= rect.left;
+        clipped[i].y -= rect.top;
+    }
+    return block;
+}
+
+RECT ClipEllipseRect(const RECT& ellipse, int maxX, int maxY, bool inside, RECT& rect) {
+    const auto [left, right] =
+        std::minmax({std::clamp<LONG>(ellipse.left, 0, maxX), std::clamp<LONG>(ellipse.right, 0, maxX)});
+    const auto [top, bottom] =
+        std::minmax({std::clamp<LONG>(ellipse.top, 0, maxY), std::clamp<LONG>(ellipse.bottom, 0, maxY)});
+    const RECT clipped = {left, top, right, bottom};
+    if (!inside) {
+        rect = {0, 0, maxX, maxY};
+        return clipped;
+    }
+    rect = clipped;
+    return {0, 0, right - left, bottom - top};
+}
+
+namespace {
+
+// Bits of the byte at `column`, the one at `column` first; bits to its left are pushed out.
+unsigned BitsFrom(const BYTE* maskRow, int column) {
+    return (static_cast<unsigned>(maskRow[column / 8]) << (column % 8)) & 0xFFU;
+}
+
+} // namespace
+
+bool NextRun(const BYTE* maskRow, int width, int& begin, int& end) {
+    int column = begin;
+    while (column < width) { // to the first set bit
+        const unsigned bits = BitsFrom(maskRow, column);
+        if (bits != 0) {
+            column += std::countl_zero(static_cast<BYTE>(bits));
+            break;
+        }
+        column = (column / 8 + 1) * 8;
+    }
+    if (column >= width) {
+        return false;
+    }
+    begin = column;
+    while (column < width) { // to the first clear bit after it
+        const int left = 8 - column % 8;
+        const int ones = std::countl_one(static_cast<BYTE>(BitsFrom(maskRow, column)));
+        column += ones;
+        if (ones != left) {
+            break;
+        }
+    }
+    end = std::min(column, width);
+    return true;
+}
+
+} // namespace qv8

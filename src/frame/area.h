@@ -1,0 +1,79 @@
+// The area of effect: the part of a picture that an effect may change, as a rectangle and an optional mask.
+#pragma once
+
+#include "frame/dib.h"
+
+namespace qv8 {
+
+// The five area arguments of an export, with the rectangle by value.
+struct AreaArguments {
+    BYTE areaType;
+    const POINT* points;
+    int pointCount;
+    RECT rect;
+    bool inside;
+};
+
+// Inclusive columns and rows, rows counted from the bottom.
+struct WorkRect {
+    int left = 0;
+    int firstRow = 0;
+    int right = 0;
+    int lastRow = 0;
+
+    int Width() const {
+        return right - left + 1;
+    }
+    int Height() const {
+        return lastRow - firstRow + 1;
+    }
+};
+
+// A resolved area. Its mask, when there is one, has its first bit at the rectangle's first column and row.
+struct Area {
+    WorkRect rect;
+    const BYTE* mask = nullptr;
+    std::size_t maskStride = 0;
+
+    GlobalBlock drawnMask; // freed with the area; null for a caller's mask
+    GlobalLockScope maskLock;
+};
+
+// Resolves the area of a picture. Sets status 2, 3, 5 or 7 when it fails.
+bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arguments, Area& area);
+
+// Whether `mask` is a 1-bit picture of the picture's size; else sets status 7.
+bool IsMaskSizeOf(const DibView& picture, const DibView& mask);
+
+// Copies the points, each moved to the nearest place in 0..maxX, 0..maxY. `rect` becomes the bounding box in top-down
+// rows when `inside`, with the points relative to its corner, else the whole picture. Sets status 3 when it fails.
+WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect);
+
+// Cuts the ellipse's rectangle to the picture and orders its sides into `rect`, or the whole picture unless `inside`.
+// Returns the rectangle to draw the ellipse with.
+RECT ClipEllipseRect(const RECT& ellipse, int maxX, int maxY, bool inside, RECT& rect);
+
+// The runs of pixels inside the area in one row, as use(column, count) from left to right.
+template <class Use>
+void ForEachRun(const Area& area, int row, Use use);
+
+// Finds the first run of set bits at or after `begin`. Returns false when none is left before `width`.
+bool NextRun(const BYTE* maskRow, int width, int& begin, int& end);
+
+template <class Use>
+void ForEachRun(const Area& area, int row, Use use) {
+    const int width = area.rect.Width();
+    if (area.mask == nullptr) {
+        use(area.rect.left, width);
+        return;
+    }
+    const BYTE* const maskRow = area.mask + static_cast<std::size_t>(row - area.rect.firstRow) * area.maskStride;
+    int begin = 0;
+    int end = 0;
+    while (NextRun(maskRow, width, begin, end)) {
+        use(area.rect.left + begin, end - begin);
+        begin = end;
+    }
+}
+
+} // namespace qv8

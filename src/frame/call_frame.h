@@ -1,0 +1,44 @@
+// What every export does around its worker: dialog, worker, dialog, status.
+#pragma once
+
+#include "qv8com.h"
+#include "qv8effect.h"
+
+namespace qv8 {
+
+struct DialogArguments {
+    DWORD_PTR first;
+    DWORD_PTR second;
+    DWORD_PTR third;
+};
+
+inline bool Succeeded(HGLOBAL result) {
+    return result != nullptr;
+}
+inline bool Succeeded(BOOL result) {
+    return result != FALSE;
+}
+inline bool Succeeded(const ImageSet& result) {
+    return result.hImage != nullptr;
+}
+
+// Runs `work` and returns its result, an empty one when the dialog does not open. Sets status 0 on success, 2 without
+// the dialog; any other status is the worker's.
+template <class Work>
+auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, Work work) -> decltype(work()) {
+    const bool ownDialog = progressOwner == 0;
+    if (ownDialog && PercentDlgOpen(dialog.first, dialog.second, dialog.third) == 0) {
+        SetErrorStatus(QV8_STATUS_DIALOG);
+        return {};
+    }
+    const auto result = work();
+    if (ownDialog) {
+        PercentDlgClose();
+    }
+    if (Succeeded(result)) {
+        SetErrorStatus(QV8_STATUS_SUCCESS);
+    }
+    return result;
+}
+
+} // namespace qv8

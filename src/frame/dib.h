@@ -1,0 +1,131 @@
+// Packed device-independent bitmaps: what a handle holds, checked once, and how results are made.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/global_memory.h"
+#include "qv8effect.h"
+
+namespace qv8 {
+
+constexpr std::size_t kHeaderBytes = 40;
+
+// Depths and layouts that a worker takes, for CheckDibFormat.
+enum AcceptFlags : unsigned {
+    kAccept1 = 1,
+    kAccept4 = 2,
+    kAcceptGreyRamp8 = 4,
+    kAccept8 = 8,
+    kAccept16 = 16,
+    kAccept24 = 32,
+    kAccept32 = 64,
+    kAcceptAll = 127,
+    kAcceptGreyOrTrueColour = kAcceptGreyRamp8 | kAccept16 | kAccept24 | kAccept32,
+};
+
+// Where the channels of a 16-bit pixel lie. All 0 for a layout that the companion accepts but that is neither of ours.
+struct ChannelMasks {
+    WORD red = 0;
+    WORD green = 0;
+    WORD blue = 0;
+
+    constexpr bool Is555() const {
+        return red == 0x7C00;
+    }
+};
+
+// A picture whose header has been found to describe its block. Rows count from the bottom.
+struct DibView {
+    const BITMAPINFOHEADER* header = nullptr;
+    const RGBQUAD* palette = nullptr;
+    std::uint32_t paletteSize = 0; // entries of the table that a walk over it visits; 0 from 16 bits on
+    const BYTE* pixels = nullptr;
+    std::size_t stride = 0;
+    int width = 0;
+    int height = 0;
+    int bitCount = 0;
+    ChannelMasks masks;
+
+    const BYTE* Row(int row) const {
+        return pixels + static_cast<std::size_t>(row) * stride;
+    }
+    bool IsPaletted() const {
+        return bitCount <= 8;
+    }
+};
+
+// A caller's picture, locked for as long as this lives.
+struct Picture {
+    GlobalLockScope lock;
+    DibView view;
+};
+
+// A picture being made, locked; freed unless it is released to the caller.
+struct NewPicture {
+    GlobalBlock block;
+    GlobalLockScope lock;
+    DibView view;
+
+    explicit operator bool() const {
+        return lock != nullptr;
+    }
+    BYTE* Row(int row) const {
+        return const_cast<BYTE*>(view.Row(row));
+    }
+    BITMAPINFOHEADER& Header() const {
+        return *static_cast<BITMAPINFOHEADER*>(lock.get());
+    }
+    RGBQUAD* Palette() const {
+        return reinterpret_cast<RGBQUAD*>(static_cast<BYTE*>(lock.get()) + kHeaderBytes);
+    }
+    // Unlocks the picture and hands it to the caller.
+    HGLOBAL Release() {
+        lock.reset();
+        return block.release();
+    }
+};
+
+// A colour table at its full length; entries that the picture does not have are black.
+struct FullPalette {
+    RGBQUAD colours[256];
+};
+
+// Bytes of one row: a multiple of 4.
+constexpr std::int64_t DibRowBytes(int bitCount, int width) {
+    return (static_cast<std::int64_t>(bitCount) * width + 31) / 32 * 4;
+}
+
+// headerBytes + rows of the given picture, or 0 when that is above 0x7FFFFFFF.
+std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height);
+
+// Entries that a walk over the colour table of a 1-, 4- or 8-bit picture visits.
+std::uint32_t PaletteLength(const BITMAPINFOHEADER& header);
+
+// Whether the depth and layout are among those accepted; else sets status 7. Fills the masks of a 16-bit picture.
+bool CheckDibFormat(const DibView& picture, unsigned acceptFlags, ChannelMasks& masks);
+
+// Whether an 8-bit picture has all 256 grey levels in its table, in any order.
+bool IsGreyRampPalette(const DibView& picture);
+
+// Locks the picture and finds its header; sets status 7 (zero handle, no room for a header) or 3 (lock failed).
+bool LockPicture(HGLOBAL image, Picture& picture);
+
+// Checks that the block holds what the header says and fills the rest of the view; else sets status 7.
+bool CheckPicture(Picture& picture);
+
+// LockPicture, CheckPicture and CheckDibFormat in one.
+bool OpenPicture(HGLOBAL image, unsigned acceptFlags, Picture& picture);
+
+FullPalette FullPaletteOf(const DibView& picture);
+
+// A zero-filled picture of the given block size, its header and table still to be written; sets status 3.
+NewPicture AllocatePicture(std::uint32_t bytes);
+
+enum class Pixels { kZero, kCopied };
+
+// A new picture with the source's header and colour table at the given size. Copying its pixels wants the source's
+// own size. Sets status 5 (depth, size below 1) or 3.
+NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pixels);
+
+} // namespace qv8

@@ -1,0 +1,62 @@
+#include "frame/indices.h"
+
+#include <cstring>
+
+namespace qv8 {
+namespace {
+
+template <int kBits>
+void Unpack(const BYTE* packed, int count, BYTE* indices) {
+    constexpr int kPerByte = 8 / kBits;
+    constexpr unsigned kMask = (1U << kBits) - 1;
+    for (int i = 0; i < count; ++i) {
+        const int shift = 8 - kBits - i % kPerByte * kBits;
+        indices[i] = static_cast<BYTE>(static_cast<unsigned>(packed[i / kPerByte]) >> shift & kMask);
+    }
+}
+
+template <int kBits>
+void Pack(const BYTE* indices, int count, BYTE* packed) {
+    constexpr int kPerByte = 8 / kBits;
+    for (int i = 0; i < count; i += kPerByte) {
+        unsigned byte = 0;
+        for (int k = 0; k < kPerByte; ++k) {
+            byte = byte << kBits | (i + k < count ? indices[i + k] : 0U);
+        }
+        packed[i / kPerByte] = static_cast<BYTE>(byte);
+    }
+}
+
+} // namespace
+
+void UnpackIndices(int bitCount, const BYTE* row, int column, int count, BYTE* indices) {
+    const BYTE* const packed = row + column / 8 * bitCount;
+    switch (bitCount) {
+    case 1:
+        Unpack<1>(packed, count, indices);
+        break;
+    case 4:
+        Unpack<4>(packed, count, indices);
+        break;
+    default:
+        std::memcpy(indices, packed, static_cast<std::size_t>(count));
+        break;
+    }
+}
+
+void PackIndices(int bitCount, const BYTE* indices, int count, BYTE* row, int column) {
+    BYTE* const packed = row + column / 8 * bitCount;
+    switch (bitCount) {
+    case 1:
+        Pack<1>(indices, count, packed);
+        break;
+    case 4:
+        Pack<4>(indices, count, packed);
+        break;
+    default:
+        std::memcpy(packed, indices, static_cast<std::size_t>(count));
+        break;
+    }
+}
+
+} // namespace qv8

@@ -1,0 +1,117 @@
+#include "tone/tone_worker.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/progress.h"
+
+namespace qv8 {
+namespace {
+
+// Pixels decoded at a time: three channels of this many stay in the first-level cache.
+constexpr int kChunk = 1024;
+
+HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD progressOwner) {
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kCopied);
+    if (!result) {
+        return nullptr;
+    }
+    const Progress progress{progressOwner};
+    RGBQUAD* const palette = result.Palette();
+    const auto last = static_cast<int>(source.paletteSize - 1);
+    for (int i = 0; i <= last; ++i) {
+        const RGBQUAD before = source.palette[i];
+        RGBQUAD after = effect.entry(effect.context, before);
+        after.rgbReserved = before.rgbReserved;
+        palette[i] = after;
+        if (!progress.Report(i, last)) {
+            return nullptr;
+        }
+    }
+    return result.Release();
+}
+
+void CopyBytes(const BYTE* source, BYTE* result, std::size_t begin, std::size_t end) {
+    std::memcpy(result + begin, source + begin, end - begin);
+}
+
+void CopyRows(const DibView& source, const NewPicture& result, int begin, int end) {
+    if (begin < end) {
+        std::memcpy(result.Row(begin), source.Row(begin), static_cast<std::size_t>(end - begin) * source.stride);
+    }
+}
+
+// One row of the area: what the effect does not write is copied, just before it is in the way of the cache anyway.
+void ApplyToRow(const DibView& source, const Area& area, const ToneEffect& effect, const PixelFormat& format, int row,
+                BYTE* resultRow) {
+    const BYTE* const sourceRow = source.Row(row);
+    const auto pixelBytes = static_cast<std::size_t>(format.bytesPerPixel);
+    std::size_t copied = 0;
+    ForEachRun(area, row, [&](int column, int count) {
+        const std::size_t begin = static_cast<std::size_t>(column) * pixelBytes;
+        CopyBytes(sourceRow, resultRow, copied, begin);
+        effect.pixels(effect.context, format, sourceRow + begin, resultRow + begin, count);
+        copied = begin + static_cast<std::size_t>(count) * pixelBytes;
+    });
+    CopyBytes(sourceRow, resultRow, copied, source.stride);
+}
+
+HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, DWORD progressOwner) {
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kZero);
+    if (!result) {
+        return nullptr;
+    }
+    const Progress progress{progressOwner};
+    const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
+    const WorkRect& rect = area.rect;
+    CopyRows(source, result, 0, rect.firstRow);
+    for (int row = rect.firstRow; row <= rect.lastRow; ++row) {
+        ApplyToRow(source, area, effect, format, row, result.Row(row));
+        if (!progress.Report(row - rect.firstRow, rect.lastRow - rect.firstRow)) {
+            return nullptr;
+        }
+    }
+    CopyRows(source, result, rect.lastRow + 1, source.height);
+    return result.Release();
+}
+
+} // namespace
+
+void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& format, const BYTE* source, BYTE* result,
+                     int count) {
+    BYTE blue[kChunk];
+    BYTE green[kChunk];
+    BYTE red[kChunk];
+    const PlanarRow row = {blue, green, red};
+    while (count > 0) {
+        const int part = std::min(count, kChunk);
+        const auto bytes = static_cast<std::size_t>(part) * static_cast<std::size_t>(format.bytesPerPixel);
+        if (format.bytesPerPixel == 4) {
+            std::memcpy(result, source, bytes);
+        }
+        format.decode(format.masks, source, row, part);
+        tone(context, row, part);
+        format.encode(format.masks, row, result, part);
+        source += bytes;
+        result += bytes;
+        count -= part;
+    }
+}
+
+HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,
+                  DWORD progressOwner) {
+    Picture source;
+    if (!OpenPicture(target.hImage, kAcceptAll, source)) {
+        return nullptr;
+    }
+    if (source.view.IsPaletted()) {
+        return ApplyToPalette(source.view, effect, progressOwner);
+    }
+    Area area;
+    if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {
+        return nullptr;
+    }
+    return ApplyToPixels(source.view, area, effect, progressOwner);
+}
+
+} // namespace qv8

@@ -1,0 +1,30 @@
+// The worker of every effect that changes colours one by one: tone curves, chroma.
+#pragma once
+
+#include "frame/area.h"
+#include "frame/pixel_kernels.h"
+
+namespace qv8 {
+
+// What such an effect does to a colour.
+struct ToneEffect {
+    const void* context;
+    // Rewrites `count` packed pixels from `source` to `result`, every byte of them.
+    void (*pixels)(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count);
+    // The new colour of a colour-table entry; the reserved byte does not count.
+    RGBQUAD (*entry)(const void* context, RGBQUAD colour);
+};
+
+// Rewrites planar channels in place.
+using PlanarTone = void (*)(const void* context, const PlanarRow& row, int count);
+
+// The `pixels` of an effect that knows planar channels only. Copies what a pixel has beside its channels.
+void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& format, const BYTE* source, BYTE* result,
+                     int count);
+
+// Applies the effect to the colour table of a 1-, 4- or 8-bit picture, or to the pixels of the area of another.
+// Returns a new picture, or 0 with its status set.
+HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,
+                  DWORD progressOwner);
+
+} // namespace qv8
