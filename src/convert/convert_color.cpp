@@ -35,7 +35,7 @@ void WriteExpandedPalette(const DibView& source, int depth, RGBQUAD* palette) {
 
 HGLOBAL Expand(const DibView& source, int depth, const Progress& progress) {
     const std::uint32_t kept = depth <= 8 ? source.paletteSize : 0;
-    NewPicture result = NewConverted(source, depth, depth == QV8_DEPTH_GREY ? 256 : kept, kept);
+    NewPicture result = NewConverted(source, depth, depth == QV8_DEPTH_GREY ? 256 : kept, kept, Pixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -50,21 +50,23 @@ HGLOBAL Reduce(const DibView& source, int depth, const Progress& progress) {
         SetErrorStatus(QV8_STATUS_DEPTH);
         return nullptr;
     }
-    NewPicture result = NewConverted(source, depth, 0, 0);
+    NewPicture result = NewConverted(source, depth, 0, 0, Pixels::kUnwritten);
     return result && ConvertTrueColour(source, result, progress) ? result.Release() : nullptr;
 }
 
 } // namespace
 
-NewPicture NewConverted(const DibView& source, int depth, std::uint32_t paletteSize, std::uint32_t colorsUsed) {
+NewPicture NewConverted(const DibView& source, int depth, std::uint32_t paletteSize, std::uint32_t colorsUsed,
+                        Pixels pixels) {
     const int bits = BitsOfDepth(depth);
     const std::uint64_t headerBytes = kHeaderBytes + std::uint64_t{paletteSize} * sizeof(RGBQUAD);
     const std::uint32_t bytes = DibBytes(headerBytes, bits, source.width, source.height);
-    NewPicture result = AllocatePicture(bytes);
+    NewPicture result = AllocatePicture(bytes, pixels);
     if (!result) {
         return result;
     }
     BITMAPINFOHEADER& header = result.Header();
+    header = {};
     header.biSize = kHeaderBytes;
     header.biWidth = source.width;
     header.biHeight = source.height;

@@ -1,5 +1,6 @@
 // Conversions that look at one pixel at a time and need no colour to be chosen.
 #include <algorithm>
+#include <cstring>
 
 #include "convert/convert_color.h"
 #include "frame/indices.h"
@@ -11,11 +12,15 @@ namespace {
 
 constexpr int kChunk = 1024; // pixels worked on at a time, a multiple of 8
 
-// Runs `convert(sourceRow, resultRow)` over all rows. False when cancelled.
+// Runs `convert(sourceRow, resultRow)` over all rows and clears what pads them. False when cancelled.
 template <class Convert>
 bool ConvertRows(const DibView& source, const NewPicture& result, const Progress& progress, Convert convert) {
+    const std::size_t used =
+        (static_cast<std::size_t>(source.width) * static_cast<unsigned>(result.view.bitCount) + 7) / 8;
     for (int row = 0; row < source.height; ++row) {
-        convert(source.Row(row), result.Row(row));
+        BYTE* const resultRow = result.Row(row);
+        convert(source.Row(row), resultRow);
+        std::memset(resultRow + used, 0, result.view.stride - used);
         if (!progress.Report(row, source.height - 1)) {
             return false;
         }

@@ -130,7 +130,7 @@ bool DrawShape(HGLOBAL mask, BYTE areaType, const POINT* points, int pointCount,
 GlobalBlock CreateAreaMask(int width, int height, BYTE areaType, const POINT* points, int pointCount,
                            const RECT& drawRect, bool inside) {
     const std::uint32_t bytes = DibBytes(kMaskHeaderBytes, 1, width, height);
-    NewPicture mask = AllocatePicture(bytes);
+    NewPicture mask = AllocatePicture(bytes, Pixels::kZero);
     if (!mask) {
         return nullptr;
     }

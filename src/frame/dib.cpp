@@ -158,10 +158,10 @@ FullPalette FullPaletteOf(const DibView& picture) {
     return result;
 }
 
-NewPicture AllocatePicture(std::uint32_t bytes) {
+NewPicture AllocatePicture(std::uint32_t bytes, Pixels pixels) {
     NewPicture result;
     if (bytes != 0) {
-        result.block.reset(GlobalAlloc(GHND, bytes));
+        result.block.reset(pixels == Pixels::kZero ? GlobalAlloc(GHND, bytes) : AllocateForOverwrite(bytes));
     }
     if (result.block) {
         result.lock = LockBlock(result.block.get());
@@ -179,7 +179,7 @@ NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pix
     }
     const auto headerBytes = static_cast<std::size_t>(source.pixels - reinterpret_cast<const BYTE*>(source.header));
     const std::uint32_t bytes = DibBytes(headerBytes, source.bitCount, width, height);
-    NewPicture result = AllocatePicture(bytes);
+    NewPicture result = AllocatePicture(bytes, pixels);
     if (!result) {
         return result;
     }

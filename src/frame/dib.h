@@ -119,10 +119,12 @@ bool OpenPicture(HGLOBAL image, unsigned acceptFlags, Picture& picture);
 
 FullPalette FullPaletteOf(const DibView& picture);
 
-// A zero-filled picture of the given block size, its header and table still to be written; sets status 3.
-NewPicture AllocatePicture(std::uint32_t bytes);
+// What is in the rows of a new picture: zeros, the source's rows, or nothing yet, for a worker that writes every byte
+// of them, padding included.
+enum class Pixels { kZero, kCopied, kUnwritten };
 
-enum class Pixels { kZero, kCopied };
+// A picture of the given block size, its header and table still to be written; sets status 3.
+NewPicture AllocatePicture(std::uint32_t bytes, Pixels pixels);
 
 // A new picture with the source's header and colour table at the given size. Copying its pixels wants the source's
 // own size. Sets status 5 (depth, size below 1) or 3.

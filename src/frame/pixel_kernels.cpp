@@ -29,11 +29,13 @@ constexpr bool FactorsAreExact() {
 static_assert(FactorsAreExact());
 
 namespace baseline {
+constexpr bool kHasByteShuffle = false;
 #include "frame/pixel_kernels.inl"
 } // namespace baseline
 
 #include "frame/avx2_begin.h"
 namespace avx2 {
+constexpr bool kHasByteShuffle = true;
 #include "frame/pixel_kernels.inl"
 } // namespace avx2
 #include "frame/avx2_end.h"

@@ -78,16 +78,22 @@ inline void DecodePacked(const BYTE* __restrict source, const PlanarRow& row, in
     }
 }
 
-template <int kBytes>
-inline void EncodePacked(const PlanarRow& row, BYTE* __restrict result, int count) {
-    const BYTE* __restrict const blue = row.blue;
-    const BYTE* __restrict const green = row.green;
-    const BYTE* __restrict const red = row.red;
-    for (int i = 0; i < count; ++i) {
-        result[kBytes * i] = blue[i];
-        result[kBytes * i + 1] = green[i];
-        result[kBytes * i + 2] = red[i];
-    }
+inline DWORD LoadDword(const BYTE* source) {
+    DWORD value;
+    __builtin_memcpy(&value, source, sizeof value);
+    return value;
+}
+inline void StoreDword(BYTE* result, DWORD value) {
+    __builtin_memcpy(result, &value, sizeof value);
+}
+inline void StorePixel24(BYTE* result, DWORD value) {
+    result[0] = static_cast<BYTE>(value);
+    result[1] = static_cast<BYTE>(value >> 8U);
+    result[2] = static_cast<BYTE>(value >> 16U);
+}
+inline DWORD PixelOf(const PlanarRow& row, int i) {
+    return static_cast<DWORD>(row.blue[i]) | static_cast<DWORD>(row.green[i]) << 8U |
+           static_cast<DWORD>(row.red[i]) << 16U;
 }
 
 void Decode24(const ChannelMasks& /*masks*/, const BYTE* source, const PlanarRow& row, int count) {
@@ -96,27 +102,74 @@ void Decode24(const ChannelMasks& /*masks*/, const BYTE* source, const PlanarRow
 void Decode32(const ChannelMasks& /*masks*/, const BYTE* source, const PlanarRow& row, int count) {
     DecodePacked<4>(source, row, count);
 }
-void Encode24(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* result, int count) {
-    EncodePacked<3>(row, result, count);
-}
-void Encode32(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* result, int count) {
-    EncodePacked<4>(row, result, count);
+
+// Without byte shuffles, whole words are stored one over the other: each pixel but the last brings a byte too many,
+// which the next one overwrites.
+void Encode24(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* __restrict result, int count) {
+    const PlanarRow own = row;
+    if constexpr (kHasByteShuffle) {
+        for (int i = 0; i < count; ++i) {
+            result[3 * i] = own.blue[i];
+            result[3 * i + 1] = own.green[i];
+            result[3 * i + 2] = own.red[i];
+        }
+        return;
+    }
+    for (int i = 0; i < count - 1; ++i) {
+        StoreDword(result + 3 * i, PixelOf(own, i));
+    }
+    if (count > 0) {
+        StorePixel24(result + 3 * (count - 1), PixelOf(own, count - 1));
+    }
 }
 
-void Widen24(const BYTE* __restrict source, BYTE* __restrict result, int count) {
+void Encode32(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* __restrict result, int count) {
+    const BYTE* __restrict const blue = row.blue;
+    const BYTE* __restrict const green = row.green;
+    const BYTE* __restrict const red = row.red;
     for (int i = 0; i < count; ++i) {
-        result[4 * i] = source[3 * i];
-        result[4 * i + 1] = source[3 * i + 1];
-        result[4 * i + 2] = source[3 * i + 2];
-        result[4 * i + 3] = 0;
+        const DWORD fourth = LoadDword(result + 4 * i) & 0xFF000000U;
+        StoreDword(result + 4 * i, fourth | static_cast<DWORD>(red[i]) << 16U | static_cast<DWORD>(green[i]) << 8U |
+                                       static_cast<DWORD>(blue[i]));
+    }
+}
+
+// Whole vectors and words are read as long as they end within the row; the last pixel is read byte by byte.
+void Widen24(const BYTE* __restrict source, BYTE* __restrict result, int count) {
+    int i = 0;
+    if constexpr (kHasByteShuffle) {
+        using Bytes16 = BYTE __attribute__((vector_size(16)));
+        for (; i + 6 <= count; i += 4) {
+            Bytes16 packed;
+            __builtin_memcpy(&packed, source + 3 * i, sizeof packed);
+            packed = __builtin_shufflevector(packed, Bytes16{}, 0, 1, 2, 16, 3, 4, 5, 16, 6, 7, 8, 16, 9, 10, 11, 16);
+            __builtin_memcpy(result + 4 * i, &packed, sizeof packed);
+        }
+    }
+    for (; i < count - 1; ++i) {
+        StoreDword(result + 4 * i, LoadDword(source + 3 * i) & 0x00FFFFFFU);
+    }
+    if (i < count) {
+        const BYTE* const last = source + 3 * i;
+        StoreDword(result + 4 * i, static_cast<DWORD>(last[0]) | static_cast<DWORD>(last[1]) << 8U |
+                                       static_cast<DWORD>(last[2]) << 16U);
     }
 }
 
 void Narrow32(const BYTE* __restrict source, BYTE* __restrict result, int count) {
-    for (int i = 0; i < count; ++i) {
-        result[3 * i] = source[4 * i];
-        result[3 * i + 1] = source[4 * i + 1];
-        result[3 * i + 2] = source[4 * i + 2];
+    if constexpr (kHasByteShuffle) {
+        for (int i = 0; i < count; ++i) {
+            result[3 * i] = source[4 * i];
+            result[3 * i + 1] = source[4 * i + 1];
+            result[3 * i + 2] = source[4 * i + 2];
+        }
+        return;
+    }
+    for (int i = 0; i < count - 1; ++i) {
+        StoreDword(result + 3 * i, LoadDword(source + 4 * i));
+    }
+    if (count > 0) {
+        StorePixel24(result + 3 * (count - 1), LoadDword(source + 4 * (count - 1)));
     }
 }
 

@@ -33,10 +33,13 @@ constexpr SIZE_T kMappedFrom = kMaxBlock + 1; // every block from the heap, wher
 constexpr SIZE_T kMappedFrom = SIZE_T{1} << 20;
 #endif
 constexpr SIZE_T kKeptLimit = SIZE_T{64} << 20;
+// Where a mapped block begins in its mapping: behind a 40-byte header, the pixels begin on a cache line then.
+constexpr SIZE_T kLead = 64 - sizeof(BITMAPINFOHEADER);
 
 struct Mapping {
     BYTE* address = nullptr;
     SIZE_T capacity = 0;
+    bool isUsed = false; // else the system has cleared it
 };
 
 struct Block {
@@ -66,20 +69,34 @@ Mapping MapAligned(SIZE_T size) {
 #ifdef MADV_HUGEPAGE
     madvise(begin + lead, capacity, MADV_HUGEPAGE);
 #endif
-    return {begin + lead, capacity};
+    return {begin + lead, capacity, false};
 }
 
 class Memory {
 public:
+    Memory() {
+        kept_.reserve(kKeptLimit / kHugePage); // freeing never needs memory
+    }
+
     HGLOBAL Allocate(UINT flags, SIZE_T size) {
         const bool clear = (flags & GMEM_ZEROINIT) != 0;
         Block block{nullptr, size, 0, 0};
         if (size >= kMappedFrom) {
-            const Mapping mapping = TakeMapping(size, clear);
-            block.address = mapping.address;
+            const Mapping mapping = TakeMapping(size + kLead);
             block.capacity = mapping.capacity;
+            if (mapping.address != nullptr) {
+                block.address = mapping.address + kLead;
+                if (clear && mapping.isUsed) {
+                    std::memset(block.address, 0, size);
+                }
+            }
         } else if (size != 0) {
             block.address = static_cast<BYTE*>(clear ? std::calloc(1, size) : std::malloc(size));
+#ifdef QV8_EXACT_BLOCKS
+            if (!clear && block.address != nullptr) {
+                std::memset(block.address, 0xCD, size); // a byte that nobody writes shows in the result
+            }
+#endif
         }
         if (size != 0 && block.address == nullptr) {
             return nullptr;
@@ -130,36 +147,32 @@ private:
     // Odd multiples of two in low memory: nothing is ever mapped there, and no two handles are alike.
     static constexpr uintptr_t kHandleStep = 4;
 
-    Mapping TakeMapping(SIZE_T size, bool clear) {
-        Mapping kept;
+    Mapping TakeMapping(SIZE_T size) {
         {
             const std::lock_guard guard(mutex_);
             for (auto it = kept_.begin(); it != kept_.end(); ++it) {
                 if (it->capacity >= size && it->capacity / 2 <= size) {
-                    kept = *it;
+                    const Mapping kept = *it;
                     keptBytes_ -= kept.capacity;
                     kept_.erase(it);
-                    break;
+                    return kept;
                 }
             }
         }
-        if (kept.address == nullptr) {
-            return MapAligned(size);
-        }
-        if (clear) {
-            std::memset(kept.address, 0, size);
-        }
-        return kept;
+        return MapAligned(size);
     }
 
     void Release(const Block& block) {
         if (block.capacity == 0) {
             std::free(block.address);
-        } else if (keptBytes_ + block.capacity <= kKeptLimit) {
-            kept_.push_back({block.address, block.capacity});
+            return;
+        }
+        BYTE* const mapping = block.address - kLead;
+        if (keptBytes_ + block.capacity <= kKeptLimit) {
+            kept_.push_back({mapping, block.capacity, true});
             keptBytes_ += block.capacity;
         } else {
-            munmap(block.address, block.capacity);
+            munmap(mapping, block.capacity);
         }
     }
 

@@ -57,7 +57,7 @@ void ApplyToRow(const DibView& source, const Area& area, const ToneEffect& effec
 }
 
 HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kZero);
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
