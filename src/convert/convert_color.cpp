@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "convert/reduction.h"
+#include "frame/palettes.h"
+
 namespace qv8 {
 namespace {
 
@@ -14,17 +17,10 @@ bool IsConvertible(int sourceDepth, int depth) {
            IsListed(depth, {1, 4, 8, 16, 24, 32, QV8_DEPTH_GREY});
 }
 
-void WriteGreyRamp(RGBQUAD* palette) {
-    for (unsigned i = 0; i != 256; ++i) {
-        const auto level = static_cast<BYTE>(i);
-        palette[i] = {level, level, level, 0};
-    }
-}
-
 // The table of an expanded picture: a grey ramp, or the source's colours.
 void WriteExpandedPalette(const DibView& source, int depth, RGBQUAD* palette) {
     if (depth == QV8_DEPTH_GREY) {
-        WriteGreyRamp(palette);
+        WriteGreyRamp(palette, 256);
     } else if (depth <= 8) {
         std::transform(source.palette, source.palette + source.paletteSize, palette,
                        [](const RGBQUAD& entry) -> RGBQUAD {
@@ -45,11 +41,7 @@ HGLOBAL Expand(const DibView& source, int depth, const Progress& progress) {
     return done ? result.Release() : nullptr;
 }
 
-HGLOBAL Reduce(const DibView& source, int depth, const Progress& progress) {
-    if (BitsOfDepth(depth) < 16) {
-        SetErrorStatus(QV8_STATUS_DEPTH);
-        return nullptr;
-    }
+HGLOBAL ReduceDirectly(const DibView& source, int depth, const Progress& progress) {
     NewPicture result = NewConverted(source, depth, 0, 0, Pixels::kUnwritten);
     return result && ConvertTrueColour(source, result, progress) ? result.Release() : nullptr;
 }
@@ -76,23 +68,12 @@ NewPicture NewConverted(const DibView& source, int depth, std::uint32_t paletteS
     header.biXPelsPerMeter = source.header->biXPelsPerMeter;
     header.biYPelsPerMeter = source.header->biYPelsPerMeter;
     header.biClrUsed = colorsUsed;
-    DibView& view = result.view;
-    view.header = &header;
-    view.palette = result.Palette();
-    view.paletteSize = paletteSize;
-    view.pixels = static_cast<const BYTE*>(result.lock.get()) + headerBytes;
-    view.stride = static_cast<std::size_t>(DibRowBytes(bits, source.width));
-    view.width = source.width;
-    view.height = source.height;
-    view.bitCount = bits;
+    DescribeNew(result, paletteSize);
     return result;
 }
 
 HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dither, BYTE threshold,
                      DWORD progressOwner) {
-    static_cast<void>(fixedPalette);
-    static_cast<void>(dither);
-    static_cast<void>(threshold);
     if (image == nullptr) {
         return nullptr;
     }
@@ -110,9 +91,13 @@ HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dithe
     if (!CheckPicture(source) || !CheckDibFormat(source.view, kAcceptAll, source.view.masks)) {
         return nullptr;
     }
-    const Progress progress{progressOwner};
-    return sourceDepth <= BitsOfDepth(depth) ? Expand(source.view, depth, progress)
-                                             : Reduce(source.view, depth, progress);
+    if (sourceDepth <= BitsOfDepth(depth)) {
+        return Expand(source.view, depth, Progress{progressOwner});
+    }
+    if (BitsOfDepth(depth) >= 16) {
+        return ReduceDirectly(source.view, depth, Progress{progressOwner});
+    }
+    return ReduceColours(source.view, {depth, fixedPalette, dither, threshold}, progressOwner);
 }
 
 } // namespace qv8

@@ -1,39 +1,26 @@
 // Conversions that look at one pixel at a time and need no colour to be chosen.
-#include <algorithm>
 #include <cstring>
 
 #include "convert/convert_color.h"
 #include "frame/indices.h"
 #include "frame/luminance.h"
 #include "frame/pixel_kernels.h"
+#include "frame/planar_chunks.h"
+#include "frame/rows.h"
 
 namespace qv8 {
 namespace {
-
-constexpr int kChunk = 1024; // pixels worked on at a time, a multiple of 8
 
 // Runs `convert(sourceRow, resultRow)` over all rows and clears what pads them. False when cancelled.
 template <class Convert>
 bool ConvertRows(const DibView& source, const NewPicture& result, const Progress& progress, Convert convert) {
     const std::size_t used =
         (static_cast<std::size_t>(source.width) * static_cast<unsigned>(result.view.bitCount) + 7) / 8;
-    for (int row = 0; row < source.height; ++row) {
+    return ForEachRow(source.height, progress, [&](int row) {
         BYTE* const resultRow = result.Row(row);
         convert(source.Row(row), resultRow);
         std::memset(resultRow + used, 0, result.view.stride - used);
-        if (!progress.Report(row, source.height - 1)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// Runs `use(column, count)` over a row in chunks.
-template <class Use>
-void ForEachChunk(int width, Use use) {
-    for (int column = 0; column < width; column += kChunk) {
-        use(column, std::min(kChunk, width - column));
-    }
+    });
 }
 
 void ConvertPixels(const PixelFormat& from, const PixelFormat& to, const BYTE* source, BYTE* result, int width) {
@@ -46,10 +33,8 @@ void ConvertPixels(const PixelFormat& from, const PixelFormat& to, const BYTE* s
         kernels.narrow32(source, result, width);
         return;
     }
-    BYTE blue[kChunk];
-    BYTE green[kChunk];
-    BYTE red[kChunk];
-    const PlanarRow planar = {blue, green, red};
+    PlanarChunk chunk;
+    const PlanarRow planar = chunk.Row();
     ForEachChunk(width, [&](int column, int count) {
         from.decode(from.masks, source + std::ptrdiff_t{column} * from.bytesPerPixel, planar, count);
         to.encode(to.masks, planar, result + std::ptrdiff_t{column} * to.bytesPerPixel, count);
@@ -61,10 +46,10 @@ struct IndexTable {
     DWORD values[256];
 };
 
-DWORD ValueOf(const RGBQUAD& colour, unsigned index, int depth, const LuminanceTables& luminance) {
+DWORD ValueOf(const RGBQUAD& colour, unsigned index, int depth) {
     switch (depth) {
     case QV8_DEPTH_GREY:
-        return luminance.Grey(colour);
+        return GreyLevelOf(colour);
     case 16:
         return PackWord(kMasks555, colour.rgbBlue, colour.rgbGreen, colour.rgbRed);
     case 24:
@@ -77,11 +62,10 @@ DWORD ValueOf(const RGBQUAD& colour, unsigned index, int depth, const LuminanceT
 }
 
 IndexTable MakeIndexTable(const DibView& source, int depth) {
-    const LuminanceTables luminance;
     const FullPalette palette = FullPaletteOf(source);
     IndexTable table;
     for (unsigned i = 0; i != 256; ++i) {
-        table.values[i] = ValueOf(palette.colours[i], i, depth, luminance);
+        table.values[i] = ValueOf(palette.colours[i], i, depth);
     }
     return table;
 }
@@ -131,7 +115,7 @@ bool ExpandPalette(const DibView& source, int depth, const NewPicture& result, c
     const IndexTable table = MakeIndexTable(source, depth);
     return ConvertRows(source, result, progress, [&](const BYTE* sourceRow, BYTE* resultRow) {
         ForEachChunk(source.width, [&](int column, int count) {
-            BYTE indices[kChunk];
+            BYTE indices[kChunkPixels];
             UnpackIndices(source.bitCount, sourceRow, column, count, indices);
             WriteExpanded(table, indices, column, count, result.view.bitCount, resultRow);
         });

@@ -111,7 +111,7 @@ WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY
         SetErrorStatus(QV8_STATUS_MEMORY);
         return block;
     }
-    POINT* const clipped = block.As<POINT>();
+    auto* const clipped = block.As<POINT>();
     rect = {maxX, maxY, 0, 0};
     for (std::size_t i = 0; i != count; ++i) {
         clipped[i].x = std::clamp<LONG>(points[i].x, 0, maxX);

@@ -172,6 +172,20 @@ NewPicture AllocatePicture(std::uint32_t bytes, Pixels pixels) {
     return result;
 }
 
+void DescribeNew(NewPicture& picture, std::uint32_t paletteSize) {
+    const BITMAPINFOHEADER& header = picture.Header();
+    DibView& view = picture.view;
+    view.header = &header;
+    view.palette = picture.Palette();
+    view.paletteSize = paletteSize;
+    view.pixels =
+        static_cast<const BYTE*>(picture.lock.get()) + kHeaderBytes + std::size_t{paletteSize} * sizeof(RGBQUAD);
+    view.width = header.biWidth;
+    view.height = header.biHeight;
+    view.bitCount = header.biBitCount;
+    view.stride = static_cast<std::size_t>(DibRowBytes(view.bitCount, view.width));
+}
+
 NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pixels) {
     if (!IsKnownDepth(source.bitCount) || width < 1 || height < 1) {
         SetErrorStatus(QV8_STATUS_PARAMETER);

@@ -126,6 +126,9 @@ enum class Pixels { kZero, kCopied, kUnwritten };
 // A picture of the given block size, its header and table still to be written; sets status 3.
 NewPicture AllocatePicture(std::uint32_t bytes, Pixels pixels);
 
+// Fills the view of a new picture whose header is written and whose table has `paletteSize` entries.
+void DescribeNew(NewPicture& picture, std::uint32_t paletteSize);
+
 // A new picture with the source's header and colour table at the given size. Copying its pixels wants the source's
 // own size. Sets status 5 (depth, size below 1) or 3.
 NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pixels);

@@ -18,7 +18,7 @@ struct BlockDeleter {
 
 struct LockDeleter {
     HGLOBAL block = nullptr;
-    void operator()(const void*) const {
+    void operator()(const void* /*address*/) const {
         GlobalUnlock(block);
     }
 };

@@ -1,30 +1,21 @@
-// Luminance of a colour from single-precision products, one table a channel.
+// Luminance of a colour: products with 0.299, 0.587 and 0.114, each in single precision.
 #pragma once
 
-#include "platform/platform.h"
+#include "frame/pixel_kernels.h"
 
 namespace qv8 {
 
-struct LuminanceTables {
-    float red[256];
-    float green[256];
-    float blue[256];
-
-    LuminanceTables() {
-        for (int i = 0; i != 256; ++i) {
-            const auto value = static_cast<float>(i);
-            red[i] = value * 0.299F;
-            green[i] = value * 0.587F;
-            blue[i] = value * 0.114F;
-        }
-    }
-
-    // The grey level of a colour in colour conversion: the products summed in double precision, truncated.
-    BYTE Grey(const RGBQUAD& colour) const {
-        const double sum = static_cast<double>(red[colour.rgbRed]) + static_cast<double>(green[colour.rgbGreen]) +
-                           static_cast<double>(blue[colour.rgbBlue]);
-        return static_cast<BYTE>(sum);
-    }
+struct LuminanceKernels {
+    // The products of red, green and blue summed from left to right in single precision, truncated.
+    void (*luminance)(const PlanarRow& row, BYTE* result, int count);
+    // The same products summed in double precision, truncated: the grey levels of colour conversion.
+    void (*greyLevel)(const PlanarRow& row, BYTE* result, int count);
 };
+
+const LuminanceKernels& TheLuminanceKernels();
+
+// The same for one colour.
+BYTE LuminanceOf(const RGBQUAD& colour);
+BYTE GreyLevelOf(const RGBQUAD& colour);
 
 } // namespace qv8

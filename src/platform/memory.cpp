@@ -186,7 +186,7 @@ private:
 
 // Never destroyed: blocks may be freed by destructors that run at exit.
 Memory& TheMemory() {
-    static Memory* const memory = new Memory;
+    static auto* const memory = new Memory;
     return *memory;
 }
 

@@ -1,11 +1,11 @@
 #include "tone/rgb_curves.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 
 #include "tone/curve_kernels.h"
+#include "tone/gamma_curve.h"
 #include "tone/tone_worker.h"
 
 namespace qv8 {
@@ -74,8 +74,7 @@ BYTE ToByte(Number value) {
 // end. The two differ by one level here and there.
 void SetGammaCurve(double gamma, BYTE* pixels, BYTE* entries) {
     for (int i = 0; i != 256; ++i) {
-        const double x = i / 255.0;
-        const double value = (x - gamma * (std::sqrt(x) - x)) * 255.0;
+        const double value = GammaCurve(i, gamma);
         pixels[i] = ToByte(static_cast<float>(value) + 0.5F);
         entries[i] = ToByte(value + 0.5);
     }

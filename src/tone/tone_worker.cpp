@@ -1,15 +1,12 @@
 #include "tone/tone_worker.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include "frame/planar_chunks.h"
 #include "frame/progress.h"
 
 namespace qv8 {
 namespace {
-
-// Pixels decoded at a time: three channels of this many stay in the first-level cache.
-constexpr int kChunk = 1024;
 
 HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD progressOwner) {
     NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kCopied);
@@ -31,8 +28,8 @@ HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD pr
     return result.Release();
 }
 
-void CopyBytes(const BYTE* source, BYTE* result, std::size_t begin, std::size_t end) {
-    std::memcpy(result + begin, source + begin, end - begin);
+void CopyBytes(const BYTE* source, BYTE* result, std::size_t from, std::size_t to) {
+    std::memcpy(result + from, source + from, to - from);
 }
 
 void CopyRows(const DibView& source, const NewPicture& result, int begin, int end) {
@@ -79,23 +76,17 @@ HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect&
 
 void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& format, const BYTE* source, BYTE* result,
                      int count) {
-    BYTE blue[kChunk];
-    BYTE green[kChunk];
-    BYTE red[kChunk];
-    const PlanarRow row = {blue, green, red};
-    while (count > 0) {
-        const int part = std::min(count, kChunk);
-        const auto bytes = static_cast<std::size_t>(part) * static_cast<std::size_t>(format.bytesPerPixel);
+    PlanarChunk chunk;
+    const PlanarRow row = chunk.Row();
+    ForEachChunk(count, [&](int start, int part) {
+        const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
         if (format.bytesPerPixel == 4) {
-            std::memcpy(result, source, bytes);
+            std::memcpy(result + offset, source + offset, static_cast<std::size_t>(part) * 4);
         }
-        format.decode(format.masks, source, row, part);
+        format.decode(format.masks, source + offset, row, part);
         tone(context, row, part);
-        format.encode(format.masks, row, result, part);
-        source += bytes;
-        result += bytes;
-        count -= part;
-    }
+        format.encode(format.masks, row, result + offset, part);
+    });
 }
 
 HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,

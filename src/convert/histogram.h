@@ -1,0 +1,47 @@
+// How often colours occur, in cells of 6 bits per channel.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/colour_reader.h"
+#include "frame/rows.h"
+
+namespace qv8 {
+
+constexpr int kCellPlanes = 64; // per axis: 0 blue, 1 green, 2 red
+constexpr int kCells = kCellPlanes * kCellPlanes * kCellPlanes;
+
+// The cell of three 6-bit values.
+constexpr int CellIndex(int blue, int green, int red) {
+    return blue << 12 | green << 6 | red;
+}
+
+// A box of cells: its planes on each axis, both ends included.
+struct CellBox {
+    BYTE low[3];
+    BYTE high[3];
+
+    int Extent(int axis) const {
+        return high[axis] - low[axis];
+    }
+};
+
+// Counts of cells. After AccumulateHistogram each holds the sum over all cells with no greater planes, so that the
+// count of any box takes eight reads.
+struct Histogram {
+    WorkingBlock block;
+
+    std::uint32_t* Counts() const {
+        return block.As<std::uint32_t>();
+    }
+};
+
+// Counts the pixels of a picture. A channel's cell is value * 63 / 255. Returns an empty histogram with status 1 or 3.
+Histogram CountColours(const ColourReader& reader, const PlanarRow& rowBuffer, const Progress& progress);
+
+void AccumulateHistogram(const Histogram& histogram);
+
+// Pixels within a box, from an accumulated histogram.
+std::uint32_t CountOf(const Histogram& histogram, const CellBox& box);
+
+} // namespace qv8

@@ -1,0 +1,120 @@
+#include "convert/reduction.h"
+
+#include "convert/convert_color.h"
+#include "convert/mapping.h"
+#include "convert/median_cut.h"
+#include "convert/popularity.h"
+#include "frame/luminance.h"
+#include "frame/palettes.h"
+#include "frame/planar_chunks.h"
+#include "frame/rows.h"
+
+namespace qv8 {
+namespace {
+
+// A median cut: the histogram is gone before the pixels are mapped, the inverse map stays.
+struct InverseMap {
+    WorkingBlock block;
+};
+
+bool FindBoxes(const ColourReader& reader, const MappingRows& rows, const NewPicture& result, InverseMap& inverseMap,
+               DWORD progressOwner) {
+    const Histogram histogram = CountColours(reader, rows.colours, Progress{progressOwner, 0, 30});
+    if (!histogram.block) {
+        return false;
+    }
+    AccumulateHistogram(histogram);
+    inverseMap.block = AllocateWorkingBlock(kCells);
+    if (!inverseMap.block) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return false;
+    }
+    return CutMedian(histogram, static_cast<int>(result.view.paletteSize), result.Palette(),
+                     inverseMap.block.As<BYTE>(), progressOwner);
+}
+
+// Writes the fixed table of a depth.
+void WriteFixedPalette(int depth, RGBQUAD* palette) {
+    switch (depth) {
+    case 1:
+        WriteFixedPalette1(palette);
+        break;
+    case 4:
+        WriteFixedPalette4(palette);
+        break;
+    default:
+        WriteFixedPalette8(palette);
+        break;
+    }
+}
+
+ChooseBy ChoiceFor(const ReductionOptions& options) {
+    switch (options.depth) {
+    case 1:
+        return ChooseBy::kThreshold;
+    case 4:
+        return ChooseBy::kNearest;
+    default:
+        return options.fixedPalette ? ChooseBy::kFixedLevels : ChooseBy::kInverseMap;
+    }
+}
+
+// Makes the colour table, then maps the pixels over the rest of the progress.
+bool ReduceInto(const DibView& source, const ReductionOptions& options, const NewPicture& result, DWORD progressOwner) {
+    MappingRows rows = AllocateMappingRows(source.width);
+    if (!rows.block) {
+        return false;
+    }
+    const ColourReader reader = MakeColourReader(source);
+    InverseMap inverseMap;
+    int mapFrom = 0;
+    if (options.fixedPalette) {
+        WriteFixedPalette(options.depth, result.Palette());
+    } else if (source.IsPaletted()) {
+        mapFrom = 10;
+        if (!PickPopular(reader, rows.colours, result.Palette(), progressOwner)) {
+            return false;
+        }
+    } else {
+        mapFrom = 70;
+        if (!FindBoxes(reader, rows, result, inverseMap, progressOwner)) {
+            return false;
+        }
+    }
+    const Mapping mapping = {ChoiceFor(options), options.threshold, inverseMap.block.As<BYTE>(), options.dither,
+                             options.fixedPalette};
+    return MapColours(reader, mapping, rows, result, Progress{progressOwner, mapFrom, 100});
+}
+
+HGLOBAL ReduceToGrey(const DibView& source, DWORD progressOwner) {
+    NewPicture result = NewConverted(source, QV8_DEPTH_GREY, 256, 0, Pixels::kZero);
+    if (!result) {
+        return nullptr;
+    }
+    WriteGreyRamp(result.Palette(), 256);
+    const ColourReader reader = MakeColourReader(source);
+    const bool done = ForEachRow(source.height, Progress{progressOwner}, [&](int row) {
+        ForEachChunk(source.width, [&](int start, int count) {
+            PlanarChunk chunk;
+            ReadColours(reader, row, start, count, chunk.Row());
+            TheLuminanceKernels().greyLevel(chunk.Row(), result.Row(row) + start, count);
+        });
+    });
+    return done ? result.Release() : nullptr;
+}
+
+} // namespace
+
+HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, DWORD progressOwner) {
+    if (options.depth == QV8_DEPTH_GREY) {
+        return ReduceToGrey(source, progressOwner);
+    }
+    ReductionOptions own = options;
+    own.fixedPalette = options.fixedPalette || options.depth == 1;
+    const bool is216 = own.depth == 8 && own.fixedPalette;
+    const std::uint32_t paletteSize = is216 ? kFixedColours8 : 1U << own.depth;
+    NewPicture result = NewConverted(source, own.depth, paletteSize, is216 ? paletteSize : 0, Pixels::kZero);
+    return result && ReduceInto(source, own, result, progressOwner) ? result.Release() : nullptr;
+}
+
+} // namespace qv8

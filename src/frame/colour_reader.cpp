@@ -1,0 +1,44 @@
+#include "frame/colour_reader.h"
+
+#include "frame/indices.h"
+#include "frame/planar_chunks.h"
+
+namespace qv8 {
+namespace {
+
+void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int count, const PlanarRow& result) {
+    ForEachChunk(count, [&](int start, int part) {
+        BYTE indices[kChunkPixels];
+        UnpackIndices(reader.picture.bitCount, row, column + start, part, indices);
+        for (int i = 0; i != part; ++i) {
+            const RGBQUAD& colour = reader.palette.colours[indices[i]];
+            result.blue[start + i] = colour.rgbBlue;
+            result.green[start + i] = colour.rgbGreen;
+            result.red[start + i] = colour.rgbRed;
+        }
+    });
+}
+
+} // namespace
+
+ColourReader MakeColourReader(const DibView& picture) {
+    ColourReader reader = {picture, {}, {}};
+    if (picture.IsPaletted()) {
+        reader.palette = FullPaletteOf(picture);
+    } else {
+        reader.format = PixelFormatOf(picture.bitCount, picture.masks);
+    }
+    return reader;
+}
+
+void ReadColours(const ColourReader& reader, int row, int column, int count, const PlanarRow& result) {
+    const BYTE* const source = reader.picture.Row(row);
+    if (reader.picture.IsPaletted()) {
+        ReadPalette(reader, source, column, count, result);
+    } else {
+        const PixelFormat& format = reader.format;
+        format.decode(format.masks, source + std::ptrdiff_t{column} * format.bytesPerPixel, result, count);
+    }
+}
+
+} // namespace qv8

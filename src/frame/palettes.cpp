@@ -1,0 +1,62 @@
+#include "frame/palettes.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qv8 {
+namespace {
+
+constexpr RGBQUAD Colour(BYTE red, BYTE green, BYTE blue) {
+    return {blue, green, red, 0};
+}
+
+constexpr RGBQUAD kColours4[kFixedColours4] = {
+    Colour(0, 0, 0),       Colour(127, 0, 0),   Colour(0, 127, 0),   Colour(127, 127, 0),
+    Colour(0, 0, 127),     Colour(127, 0, 127), Colour(0, 127, 127), Colour(127, 127, 127),
+    Colour(192, 192, 192), Colour(255, 0, 0),   Colour(0, 255, 0),   Colour(255, 255, 0),
+    Colour(0, 0, 255),     Colour(255, 0, 255), Colour(0, 255, 255), Colour(255, 255, 255),
+};
+
+int Squared(int value) {
+    return value * value;
+}
+
+} // namespace
+
+void WriteFixedPalette4(RGBQUAD* palette) {
+    std::copy(std::begin(kColours4), std::end(kColours4), palette);
+}
+
+void WriteFixedPalette8(RGBQUAD* palette) {
+    for (int i = 0; i != kFixedColours8; ++i) {
+        palette[i] =
+            Colour(static_cast<BYTE>(i % 6 * 51), static_cast<BYTE>(i / 6 % 6 * 51), static_cast<BYTE>(i / 36 * 51));
+    }
+}
+
+void WriteFixedPalette1(RGBQUAD* palette) {
+    WriteGreyRamp(palette, 2);
+}
+
+void WriteGreyRamp(RGBQUAD* palette, int count) {
+    for (int i = 0; i != count; ++i) {
+        const auto level = static_cast<BYTE>(i * 255 / (count - 1));
+        palette[i] = Colour(level, level, level);
+    }
+}
+
+int NearestEntry(const RGBQUAD* palette, int count, BYTE red, BYTE green, BYTE blue) {
+    int best = 0;
+    int bestDistance = 200000; // more than any two colours are apart
+    for (int i = 0; i != count; ++i) {
+        const int distance = Squared(red - palette[i].rgbRed) + Squared(green - palette[i].rgbGreen) +
+                             Squared(blue - palette[i].rgbBlue);
+        if (distance < bestDistance) {
+            bestDistance = distance;
+            best = i;
+        }
+    }
+    return best;
+}
+
+} // namespace qv8

@@ -1,0 +1,11 @@
+// Whole pictures turned grey.
+#pragma once
+
+#include "frame/dib.h"
+
+namespace qv8 {
+
+// True-colour pictures keep their depth; palette pictures get the full grey ramp of their depth.
+HGLOBAL SetGray(HGLOBAL image, DWORD progressOwner);
+
+} // namespace qv8

@@ -1,0 +1,151 @@
+#include "tone/ycc_curves.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "tone/gamma_curve.h"
+#include "tone/tone_worker.h"
+#include "tone/ycc_kernels.h"
+
+namespace qv8 {
+namespace {
+
+// Components of a colour-table entry. Its forward sums are double precision, unlike those of pixels.
+struct Components {
+    int y;
+    int cr;
+    int cb;
+};
+
+Components ForwardEntry(const RGBQUAD& colour, double offset) {
+    const double red = colour.rgbRed;
+    const double green = colour.rgbGreen;
+    const double blue = colour.rgbBlue;
+    return {static_cast<int>(0.299 * red + 0.587 * green + 0.114 * blue),
+            static_cast<int>(0.5 * red + -0.41869 * green + -0.08131 * blue + offset),
+            static_cast<int>(-0.16874 * red + -0.33126 * green + 0.5 * blue + offset)};
+}
+
+RGBQUAD BackEntry(int y, int cr, int cb) {
+    return FromYcc(static_cast<float>(y), static_cast<float>(cr), static_cast<float>(cb));
+}
+
+// Every forward value lies in 0..255, which the all-colours test proves for pixels; entries are held there.
+int Clamped(int value) {
+    return std::clamp(value, 0, 255);
+}
+
+// Truncates toward zero. Values far outside of what a colour can be keep their sign and no more.
+template <class Number>
+int ToComponent(Number value) {
+    constexpr Number kFar = 1 << 29;
+    if (!(value > -kFar)) { // also what is not a number
+        return -(1 << 29);
+    }
+    return value < kFar ? static_cast<int>(value) : 1 << 29;
+}
+
+// --- Gamma -----------------------------------------------------------------------------------------------------------
+
+struct GammaTables {
+    YccTables pixels;  // through a table kept in single precision
+    YccTables entries; // double precision to the end
+};
+
+void GammaPixels(const void* context, const PlanarRow& row, int count) {
+    TheYccKernels().map(static_cast<const GammaTables*>(context)->pixels, row, count);
+}
+
+RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
+    const YccTables& tables = static_cast<const GammaTables*>(context)->entries;
+    const Components c = ForwardEntry(colour, 128.0);
+    return BackEntry(tables.y[Clamped(c.y)], tables.cr[Clamped(c.cr)], tables.cb[Clamped(c.cb)]);
+}
+
+void SetGammaTable(double gamma, int offset, int* pixels, int* entries) {
+    for (int i = 0; i != 256; ++i) {
+        const double value = GammaCurve(i, gamma);
+        pixels[i] = ToComponent(static_cast<float>(value)) - offset;
+        entries[i] = ToComponent(value) - offset;
+    }
+}
+
+// --- Level and inversion ---------------------------------------------------------------------------------------------
+
+void ShiftPixels(const void* context, const PlanarRow& row, int count) {
+    TheYccKernels().shift(*static_cast<const YccShift*>(context), row, count);
+}
+
+int Shifted(int value, const ComponentShift& shift) {
+    return static_cast<int>(static_cast<std::uint32_t>(value ^ shift.flip) + static_cast<std::uint32_t>(shift.add));
+}
+
+RGBQUAD ShiftEntry(const void* context, RGBQUAD colour) {
+    const auto& shift = *static_cast<const YccShift*>(context);
+    const Components c = ForwardEntry(colour, 128.0);
+    return BackEntry(Shifted(c.y, shift.y), Shifted(c.cr, shift.cr), Shifted(c.cb, shift.cb));
+}
+
+// --- Chroma ----------------------------------------------------------------------------------------------------------
+
+void ScalePixels(const void* context, const PlanarRow& row, int count) {
+    TheYccKernels().scale(*static_cast<const float*>(context), row, count);
+}
+
+RGBQUAD ScaleEntry(const void* context, RGBQUAD colour) {
+    const float factor = *static_cast<const float*>(context);
+    const Components c = ForwardEntry(colour, 0.0);
+    return FromYcc(static_cast<float>(c.y), static_cast<float>(c.cr) * factor, static_cast<float>(c.cb) * factor);
+}
+
+// A change of 0 percent leaves even 16-bit pixels as they are.
+void CopyPixels(const void* /*context*/, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
+    std::memcpy(result, source, static_cast<std::size_t>(count) * static_cast<std::size_t>(format.bytesPerPixel));
+}
+
+RGBQUAD CopyEntry(const void* /*context*/, RGBQUAD colour) {
+    return colour;
+}
+
+// The `pixels` of an effect from its planar form.
+template <PlanarTone kTone>
+void Planar(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
+    ApplyPlanarTone(context, kTone, format, source, result, count);
+}
+
+} // namespace
+
+HGLOBAL YccGamma(const ImageSet& target, const AreaArguments& area, double gammaY, double gammaCr, double gammaCb,
+                 DWORD progressOwner) {
+    GammaTables tables;
+    SetGammaTable(gammaY, 0, tables.pixels.y, tables.entries.y);
+    SetGammaTable(gammaCr, 128, tables.pixels.cr, tables.entries.cr);
+    SetGammaTable(gammaCb, 128, tables.pixels.cb, tables.entries.cb);
+    return ApplyTone(target, area, {&tables, Planar<GammaPixels>, GammaEntry}, progressOwner);
+}
+
+HGLOBAL YccLevel(const ImageSet& target, const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb,
+                 DWORD progressOwner) {
+    const auto centred = [](LONG level) {
+        return static_cast<int>(static_cast<std::uint32_t>(level) - std::uint32_t{128});
+    };
+    const YccShift shift = {{0, static_cast<int>(levelY)}, {0, centred(levelCr)}, {0, centred(levelCb)}};
+    return ApplyTone(target, area, {&shift, Planar<ShiftPixels>, ShiftEntry}, progressOwner);
+}
+
+HGLOBAL YccRev(const ImageSet& target, const AreaArguments& area, bool invertY, bool invertCr, bool invertCb,
+               DWORD progressOwner) {
+    const auto flip = [](bool invert) { return invert ? 255 : 0; };
+    const YccShift shift = {{flip(invertY), 0}, {flip(invertCr), -128}, {flip(invertCb), -128}};
+    return ApplyTone(target, area, {&shift, Planar<ShiftPixels>, ShiftEntry}, progressOwner);
+}
+
+HGLOBAL Chroma(const ImageSet& target, const AreaArguments& area, LONG chroma, DWORD progressOwner) {
+    const auto factor = static_cast<float>((std::clamp<LONG>(chroma, -100, 1000) + 100) / 100.0);
+    const ToneEffect effect = factor == 1.0F ? ToneEffect{&factor, CopyPixels, CopyEntry}
+                                             : ToneEffect{&factor, Planar<ScalePixels>, ScaleEntry};
+    return ApplyTone(target, area, effect, progressOwner);
+}
+
+} // namespace qv8

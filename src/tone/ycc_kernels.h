@@ -1,0 +1,39 @@
+// Luminance and colour differences: there, changed, and back, on planar channels in place.
+#pragma once
+
+#include "frame/pixel_kernels.h"
+
+namespace qv8 {
+
+// A component v becomes (v ^ flip) + add in 32-bit arithmetic that wraps around.
+struct ComponentShift {
+    int flip;
+    int add;
+};
+
+struct YccShift {
+    ComponentShift y;
+    ComponentShift cr;
+    ComponentShift cb;
+};
+
+// What each of the 256 values of a component becomes; colour differences come out around 0.
+struct YccTables {
+    int y[256];
+    int cr[256];
+    int cb[256];
+};
+
+struct YccKernels {
+    void (*shift)(const YccShift& shift, const PlanarRow& row, int count);
+    void (*map)(const YccTables& tables, const PlanarRow& row, int count);
+    // Colour differences, taken around 0, times a factor.
+    void (*scale)(float factor, const PlanarRow& row, int count);
+};
+
+const YccKernels& TheYccKernels();
+
+// The way back for one colour, as the kernels do it; the reserved byte is 0.
+RGBQUAD FromYcc(float y, float cr, float cb);
+
+} // namespace qv8
