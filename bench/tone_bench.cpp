@@ -1,48 +1,16 @@
 // Tone curves beside the operations of OpenCV that give the same pixels.
-#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
 
 #include <cstdlib>
 #include <cstring>
 #include <vector>
 
 #include "frame/target.h"
-#include "pictures.h"
+#include "rows.h"
 #include "tone/curve_kernels.h"
 
 namespace bench {
 namespace {
-
-cv::Mat SourceMat() {
-    return {kHeight, kWidth, CV_8UC3, const_cast<BYTE*>(SourcePixels(24))};
-}
-
-// Times an OpenCV operation three ways: into a matrix of its own allocation, into a block of the library's allocation,
-// and into a block that is there already.
-template <class Operation>
-void AddPeer(const std::string& name, Operation operation) {
-    benchmark::RegisterBenchmark((name + "/opencv, fresh cv::Mat").c_str(), [operation](benchmark::State& state) {
-        const cv::Mat source = SourceMat();
-        TimePixels(state, [&] {
-            cv::Mat result;
-            operation(source, result);
-        });
-    });
-    benchmark::RegisterBenchmark((name + "/opencv, fresh GlobalAlloc").c_str(), [operation](benchmark::State& state) {
-        const cv::Mat source = SourceMat();
-        TimeCall(state, [&] {
-            const HGLOBAL block = GlobalAlloc(GHND, ImageBytes(24));
-            cv::Mat result(kHeight, kWidth, CV_8UC3, GlobalLock(block));
-            operation(source, result);
-            GlobalUnlock(block);
-            return block;
-        });
-    });
-    benchmark::RegisterBenchmark((name + " in place/opencv").c_str(), [operation](benchmark::State& state) {
-        const cv::Mat source = SourceMat();
-        cv::Mat result(kHeight, kWidth, CV_8UC3);
-        TimePixels(state, [&] { operation(source, result); });
-    });
-}
 
 // Times the kernel of an effect row by row into a block that is there already.
 template <class Row>
@@ -62,14 +30,6 @@ void AddKernel(const std::string& name, Row row) {
                                          qv8::UseTarget(qv8::BestTarget());
                                      });
     }
-}
-
-template <class Call>
-void AddEffect(const std::string& name, Call call) {
-    benchmark::RegisterBenchmark((name + "/qv8").c_str(), [call](benchmark::State& state) {
-        const ImageSet target = {SourcePicture(24), nullptr};
-        TimeCall(state, [&] { return call(&target); });
-    });
 }
 
 const bool registered = [] {
@@ -100,6 +60,46 @@ const bool registered = [] {
     AddPeer("RGBGamma", [](const cv::Mat& source, cv::Mat& result) {
         static const cv::Mat table(1, 256, CV_8UC1, cv::Scalar(7));
         cv::LUT(source, table, result);
+    });
+
+    // The way to luminance and colour differences and back, with a change in between.
+    AddEffect("YCCLevel", [](const ImageSet* target) {
+        return QV8YCCLevel(target, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, 10, 20, 30, QuietOwner(), 0, 0, 0);
+    });
+    AddPeer("YCCLevel", [](const cv::Mat& source, cv::Mat& result) {
+        cv::Mat ycc;
+        cv::cvtColor(source, ycc, cv::COLOR_BGR2YCrCb);
+        cv::add(ycc, cv::Scalar(10, 20, 30), ycc);
+        cv::cvtColor(ycc, result, cv::COLOR_YCrCb2BGR);
+    });
+    AddEffect("YCCGamma", [](const ImageSet* target) {
+        return QV8YCCGamma(target, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, 0.1, 0.2, 0.3, QuietOwner(), 0, 0, 0);
+    });
+    AddPeer("YCCGamma", [](const cv::Mat& source, cv::Mat& result) {
+        static const cv::Mat table(1, 256, CV_8UC1, cv::Scalar(7));
+        cv::Mat ycc;
+        cv::cvtColor(source, ycc, cv::COLOR_BGR2YCrCb);
+        cv::LUT(ycc, table, ycc);
+        cv::cvtColor(ycc, result, cv::COLOR_YCrCb2BGR);
+    });
+    AddEffect("Chroma", [](const ImageSet* target) {
+        return QV8Chroma(target, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, 50, QuietOwner(), 0, 0, 0);
+    });
+    AddPeer("Chroma", [](const cv::Mat& source, cv::Mat& result) {
+        cv::Mat ycc;
+        cv::cvtColor(source, ycc, cv::COLOR_BGR2YCrCb);
+        cv::Mat planes[3];
+        cv::split(ycc, planes);
+        planes[1].convertTo(planes[1], -1, 1.5, -64);
+        planes[2].convertTo(planes[2], -1, 1.5, -64);
+        cv::merge(planes, 3, ycc);
+        cv::cvtColor(ycc, result, cv::COLOR_YCrCb2BGR);
+    });
+    AddEffect("SetGray", [](const ImageSet* target) { return QV8SetGray(target->hImage, QuietOwner(), 0, 0, 0); });
+    AddPeer("SetGray", [](const cv::Mat& source, cv::Mat& result) {
+        cv::Mat grey;
+        cv::cvtColor(source, grey, cv::COLOR_BGR2GRAY);
+        cv::cvtColor(grey, result, cv::COLOR_GRAY2BGR);
     });
     return true;
 }();

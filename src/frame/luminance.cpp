@@ -1,5 +1,9 @@
 #include "frame/luminance.h"
 
+#include <immintrin.h>
+
+#include <cstring>
+
 #include "frame/target.h"
 
 namespace qv8 {
@@ -10,11 +14,13 @@ constexpr float kGreen = 0.587F;
 constexpr float kBlue = 0.114F;
 
 namespace baseline {
+#include "frame/lanes_sse2.inl"
 #include "frame/luminance.inl"
 } // namespace baseline
 
 #include "frame/avx2_begin.h"
 namespace avx2 {
+#include "frame/lanes_avx2.inl"
 #include "frame/luminance.inl"
 } // namespace avx2
 #include "frame/avx2_end.h"

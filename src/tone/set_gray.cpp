@@ -1,6 +1,7 @@
 #include "tone/set_gray.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "frame/indices.h"
 #include "frame/luminance.h"
@@ -12,15 +13,20 @@ namespace qv8 {
 namespace {
 
 HGLOBAL GreyTrueColour(const DibView& source, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kZero);
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
     const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
     const LuminanceKernels& kernels = TheLuminanceKernels();
+    const std::size_t pixelBytes =
+        static_cast<std::size_t>(source.width) * static_cast<std::size_t>(format.bytesPerPixel);
     const bool done = ForEachRow(source.height, Progress{progressOwner}, [&](int row) {
         const BYTE* const sourceRow = source.Row(row);
         BYTE* const resultRow = result.Row(row);
+        // Fourth bytes and padding are 0.
+        const std::size_t written = format.bytesPerPixel == 4 ? 0 : pixelBytes;
+        std::memset(resultRow + written, 0, source.stride - written);
         ForEachChunk(source.width, [&](int start, int count) {
             const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
             PlanarChunk chunk;

@@ -60,14 +60,14 @@ void GammaPixels(const void* context, const PlanarRow& row, int count) {
 RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
     const YccTables& tables = static_cast<const GammaTables*>(context)->entries;
     const Components c = ForwardEntry(colour, 128.0);
-    return BackEntry(tables.y[Clamped(c.y)], tables.cr[Clamped(c.cr)], tables.cb[Clamped(c.cb)]);
+    return FromYcc(tables.y[Clamped(c.y)], tables.cr[Clamped(c.cr)], tables.cb[Clamped(c.cb)]);
 }
 
-void SetGammaTable(double gamma, int offset, int* pixels, int* entries) {
+void SetGammaTable(double gamma, int offset, float* pixels, float* entries) {
     for (int i = 0; i != 256; ++i) {
         const double value = GammaCurve(i, gamma);
-        pixels[i] = ToComponent(static_cast<float>(value)) - offset;
-        entries[i] = ToComponent(value) - offset;
+        pixels[i] = static_cast<float>(ToComponent(static_cast<float>(value)) - offset);
+        entries[i] = static_cast<float>(ToComponent(value) - offset);
     }
 }
 

@@ -1,16 +1,22 @@
 #include "tone/ycc_kernels.h"
 
+#include <immintrin.h>
+
+#include <cstring>
+
 #include "frame/target.h"
 
 namespace qv8 {
 namespace {
 
 namespace baseline {
+#include "frame/lanes_sse2.inl"
 #include "tone/ycc_kernels.inl"
 } // namespace baseline
 
 #include "frame/avx2_begin.h"
 namespace avx2 {
+#include "frame/lanes_avx2.inl"
 #include "tone/ycc_kernels.inl"
 } // namespace avx2
 #include "frame/avx2_end.h"
@@ -22,7 +28,12 @@ const YccKernels& TheYccKernels() {
 }
 
 RGBQUAD FromYcc(float y, float cr, float cb) {
-    return {baseline::BackBlue(y, cb), baseline::BackGreen(y, cr, cb), baseline::BackRed(y, cr), 0};
+    const baseline::Colours colours = baseline::Back(baseline::Spread(y), baseline::Spread(cr), baseline::Spread(cb));
+    BYTE bytes[3][baseline::kLanes];
+    baseline::StoreBytes(bytes[0], colours.blue);
+    baseline::StoreBytes(bytes[1], colours.green);
+    baseline::StoreBytes(bytes[2], colours.red);
+    return {bytes[0][0], bytes[1][0], bytes[2][0], 0};
 }
 
 } // namespace qv8

@@ -17,11 +17,11 @@ struct YccShift {
     ComponentShift cb;
 };
 
-// What each of the 256 values of a component becomes; colour differences come out around 0.
+// What each of the 256 values of a component becomes, whole numbers; colour differences come out around 0.
 struct YccTables {
-    int y[256];
-    int cr[256];
-    int cb[256];
+    float y[256];
+    float cr[256];
+    float cb[256];
 };
 
 struct YccKernels {

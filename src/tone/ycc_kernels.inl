@@ -1,109 +1,96 @@
 // Compiled once per target, see ycc_kernels.cpp. Every product and sum is single precision in the written order, and
 // every component is truncated to an integer in between: that is what the results are made of.
 
-struct Colour {
-    float blue;
-    float green;
-    float red;
+struct Colours {
+    Floats blue;
+    Floats green;
+    Floats red;
 };
 
-inline Colour Load(const BYTE* blue, const BYTE* green, const BYTE* red, int i) {
-    return {static_cast<float>(blue[i]), static_cast<float>(green[i]), static_cast<float>(red[i])};
+struct Components {
+    Ints y;
+    Ints cr;
+    Ints cb;
+};
+
+// Sums start with `offset` last: 128 for components in 0..255, 0, which changes no sum, for components around 0.
+inline Components Forward(const Colours& c, Floats offset) {
+    const Floats y = c.red * Spread(0.299F) + c.green * Spread(0.587F) + c.blue * Spread(0.114F);
+    const Floats cr = c.red * Spread(0.5F) + c.green * Spread(-0.41869F) + c.blue * Spread(-0.08131F) + offset;
+    const Floats cb = c.red * Spread(-0.16874F) + c.green * Spread(-0.33126F) + c.blue * Spread(0.5F) + offset;
+    return {Truncate(y), Truncate(cr), Truncate(cb)};
 }
 
-inline int ForwardY(const Colour& c) {
-    return static_cast<int>(c.red * 0.299F + c.green * 0.587F + c.blue * 0.114F);
-}
-// `offset` is 128 for components in 0..255, 0 for components around 0. Adding 0 changes no sum.
-inline int ForwardCr(const Colour& c, float offset) {
-    return static_cast<int>(c.red * 0.5F + c.green * -0.41869F + c.blue * -0.08131F + offset);
-}
-inline int ForwardCb(const Colour& c, float offset) {
-    return static_cast<int>(c.red * -0.16874F + c.green * -0.33126F + c.blue * 0.5F + offset);
+inline Colours Back(Floats y, Floats cr, Floats cb) {
+    return {y + Spread(1.772F) * cb, y - Spread(0.34414F) * cb - Spread(0.71414F) * cr, y + Spread(1.402F) * cr};
 }
 
-// Clamped first: the truncated value is the same, and no value is beyond an integer.
-inline BYTE ToByte(float value) {
-    const float floored = value > 0.0F ? value : 0.0F;
-    return static_cast<BYTE>(static_cast<int>(floored < 255.0F ? floored : 255.0F));
+// Runs `change`, from colours to colours, over whole vectors; what is left over goes through a vector of its own.
+template <class Change>
+inline void ForEachVector(const PlanarRow& channels, int count, Change change) {
+    const PlanarRow row = channels; // which storing bytes cannot change
+    const auto step = [&](BYTE * blue, BYTE * green, BYTE * red) __attribute__((always_inline)) {
+        const Colours changed = change(Colours{LoadBytes(blue), LoadBytes(green), LoadBytes(red)});
+        StoreBytes(blue, changed.blue);
+        StoreBytes(green, changed.green);
+        StoreBytes(red, changed.red);
+    };
+    int i = 0;
+    for (; i + kLanes <= count; i += kLanes) {
+        step(row.blue + i, row.green + i, row.red + i);
+    }
+    if (i < count) {
+        const auto rest = static_cast<std::size_t>(count - i);
+        BYTE blue[kLanes] = {};
+        BYTE green[kLanes] = {};
+        BYTE red[kLanes] = {};
+        std::memcpy(blue, row.blue + i, rest);
+        std::memcpy(green, row.green + i, rest);
+        std::memcpy(red, row.red + i, rest);
+        step(blue, green, red);
+        std::memcpy(row.blue + i, blue, rest);
+        std::memcpy(row.green + i, green, rest);
+        std::memcpy(row.red + i, red, rest);
+    }
 }
 
-inline BYTE BackBlue(float y, float cb) {
-    return ToByte(y + 1.772F * cb);
-}
-inline BYTE BackGreen(float y, float cr, float cb) {
-    return ToByte(y - 0.34414F * cb - 0.71414F * cr);
-}
-inline BYTE BackRed(float y, float cr) {
-    return ToByte(y + 1.402F * cr);
-}
-
-inline float Shift(int value, int flip, int add) {
-    return static_cast<float>(static_cast<int>(static_cast<unsigned>(value ^ flip) + static_cast<unsigned>(add)));
+inline Floats Shift(Ints value, const ComponentShift& shift) {
+    using Unsigned = unsigned __attribute__((vector_size(sizeof(Ints))));
+    const auto flipped = reinterpret_cast<Unsigned>(value ^ SpreadInt(shift.flip));
+    return ToFloats(reinterpret_cast<Ints>(flipped + reinterpret_cast<Unsigned>(SpreadInt(shift.add))));
 }
 
 void ShiftRow(const YccShift& shift, const PlanarRow& row, int count) {
     const YccShift own = shift;
-    BYTE* __restrict const blue = row.blue;
-    BYTE* __restrict const green = row.green;
-    BYTE* __restrict const red = row.red;
-    for (int i = 0; i < count; ++i) {
-        const Colour c = Load(blue, green, red, i);
-        const float y = Shift(ForwardY(c), own.y.flip, own.y.add);
-        const float cr = Shift(ForwardCr(c, 128.0F), own.cr.flip, own.cr.add);
-        const float cb = Shift(ForwardCb(c, 128.0F), own.cb.flip, own.cb.add);
-        blue[i] = BackBlue(y, cb);
-        green[i] = BackGreen(y, cr, cb);
-        red[i] = BackRed(y, cr);
-    }
+    ForEachVector(
+        row, count, [own](const Colours& colours) __attribute__((always_inline)) {
+            const Components c = Forward(colours, Spread(128.0F));
+            return Back(Shift(c.y, own.y), Shift(c.cr, own.cr), Shift(c.cb, own.cb));
+        });
 }
 
 void ScaleRow(float factor, const PlanarRow& row, int count) {
-    BYTE* __restrict const blue = row.blue;
-    BYTE* __restrict const green = row.green;
-    BYTE* __restrict const red = row.red;
-    for (int i = 0; i < count; ++i) {
-        const Colour c = Load(blue, green, red, i);
-        const auto y = static_cast<float>(ForwardY(c));
-        const float cr = static_cast<float>(ForwardCr(c, 0.0F)) * factor;
-        const float cb = static_cast<float>(ForwardCb(c, 0.0F)) * factor;
-        blue[i] = BackBlue(y, cb);
-        green[i] = BackGreen(y, cr, cb);
-        red[i] = BackRed(y, cr);
-    }
+    ForEachVector(
+        row, count, [factor](const Colours& colours) __attribute__((always_inline)) {
+            const Components c = Forward(colours, Spread(0.0F));
+            return Back(ToFloats(c.y), ToFloats(c.cr) * Spread(factor), ToFloats(c.cb) * Spread(factor));
+        });
 }
 
-// Three passes over a part that stays in the first-level cache, because table look-ups are no vector code.
-void MapRow(const YccTables& tables, const PlanarRow& row, int count) {
-    constexpr int kPart = 256;
-    int y[kPart];
-    int cr[kPart];
-    int cb[kPart];
-    for (int start = 0; start < count; start += kPart) {
-        const int part = count - start < kPart ? count - start : kPart;
-        BYTE* __restrict const blue = row.blue + start;
-        BYTE* __restrict const green = row.green + start;
-        BYTE* __restrict const red = row.red + start;
-        for (int i = 0; i < part; ++i) {
-            const Colour c = Load(blue, green, red, i);
-            y[i] = ForwardY(c);
-            cr[i] = ForwardCr(c, 128.0F);
-            cb[i] = ForwardCb(c, 128.0F);
-        }
-        for (int i = 0; i < part; ++i) {
-            y[i] = tables.y[y[i]];
-            cr[i] = tables.cr[cr[i]];
-            cb[i] = tables.cb[cb[i]];
-        }
-        for (int i = 0; i < part; ++i) {
-            const auto newY = static_cast<float>(y[i]);
-            const auto newCr = static_cast<float>(cr[i]);
-            const auto newCb = static_cast<float>(cb[i]);
-            blue[i] = BackBlue(newY, newCb);
-            green[i] = BackGreen(newY, newCr, newCb);
-            red[i] = BackRed(newY, newCr);
-        }
+inline Floats LookUp(Ints value, const float* table) {
+    Floats result;
+    for (int lane = 0; lane != kLanes; ++lane) {
+        result[lane] = table[value[lane]];
     }
+    return result;
+}
+
+void MapRow(const YccTables& tables, const PlanarRow& row, int count) {
+    ForEachVector(
+        row, count, [&tables](const Colours& colours) __attribute__((always_inline)) {
+            const Components c = Forward(colours, Spread(128.0F));
+            return Back(LookUp(c.y, tables.y), LookUp(c.cr, tables.cr), LookUp(c.cb, tables.cb));
+        });
 }
 
 constexpr YccKernels kKernels = {ShiftRow, MapRow, ScaleRow};
