@@ -22,7 +22,8 @@ extern "C" {
 /* --- What Qv8Effect calls ----------------------------------------------------------------------------------------- */
 
 /* Opens the progress dialog of the calling thread.
-     owner   window that is disabled while the dialog is open, or 0
+     owner   window that is disabled while the dialog is open (for a control, the window it is in), or 0; what is not
+             a window counts as 0
      title   caption as an LPCSTR, or 0 for the default caption
      unused  0
    Returns non-zero, or 0 when the dialog could not be made. Every successful call is undone by PercentDlgClose; a
@@ -40,7 +41,8 @@ QV8COM_EXPORT int QV8API PercentDlgOpen(DWORD_PTR owner, DWORD_PTR title, DWORD_
    Returns 0 when the work is to be cancelled, non-zero otherwise. */
 QV8COM_EXPORT int QV8API PercentProgress(int current, int last, int fromPercent, int toPercent, DWORD progressOwner);
 
-/* Removes the dialog that PercentDlgOpen opened last on the calling thread and enables its owner again. */
+/* Removes the dialog that PercentDlgOpen opened last on the calling thread and enables its owner again. Does nothing
+   when none is open, or when called by a window procedure while PercentProgress serves the messages of the dialog. */
 QV8COM_EXPORT void QV8API PercentDlgClose(void);
 
 /* Records the outcome of the call that is under way; kept per thread. `code` is one of the QV8_STATUS values. */
@@ -50,8 +52,8 @@ QV8COM_EXPORT void QV8API SetErrorStatus(int code);
    or 8 bits and 0 at any other depth. Counts beyond 0x7FFFFFFF are reported as 0x7FFFFFFF. */
 QV8COM_EXPORT int QV8API DibNumColors(const void* picture);
 
-/* Bytes between the 40-byte header of a locked picture and its first pixel row: four for each entry of its colour table,
-   and 12 more for the channel masks of a 16- or 32-bit BI_BITFIELDS picture with a 40-byte header. Sizes beyond
+/* Bytes between the 40-byte header of a locked picture and its first pixel row: four for each entry of its colour
+   table, and 12 more for the channel masks of a 16- or 32-bit BI_BITFIELDS picture with a 40-byte header. Sizes beyond
    0x7FFFFFFF are reported as 0x7FFFFFFF. */
 QV8COM_EXPORT int QV8API GetDibPalSize(const void* picture);
 
@@ -65,7 +67,8 @@ QV8COM_EXPORT int QV8API GetBmp32Info(const void* picture);
 
 /* --- For applications --------------------------------------------------------------------------------------------- */
 
-/* Receives the progress of a call, 0..100. `context` is what was given to AddProgressOwner. Returns 0 to cancel. */
+/* Receives the progress of a call, 0..100, at every report. `context` is what was given to AddProgressOwner. Returns 0
+   to cancel; it must return, not leave by an exception or a jump. */
 typedef int(QV8API* Qv8ProgressCallback)(int percent, void* context);
 
 /* The status that the last call of the calling thread left behind, one of the QV8_STATUS values. */
@@ -75,12 +78,12 @@ QV8COM_EXPORT int QV8API GetErrorStatus(void);
 QV8COM_EXPORT LPCSTR QV8API GetErrorStatusText(int code);
 
 /* Registers a callback and returns the number to be passed as `progressOwner`, or 0 when `callback` is null or memory
-   is short. Numbers are not used again. The callback runs on the thread of the call that reports, and may itself call
-   Qv8Effect. Any number of calls may share one owner. Remove it with RemoveProgressOwner. */
+   is short. Numbers begin at 0x80000001 and are not used again. The callback runs on the thread of the call that
+   reports, and may itself call Qv8Effect. Any number of calls may share one owner. RemoveProgressOwner removes it. */
 QV8COM_EXPORT DWORD QV8API AddProgressOwner(Qv8ProgressCallback callback, void* context);
 
-/* Forgets an owner; numbers that are not known are ignored. Not to be called while a call that reports to this owner
-   is running on another thread. */
+/* Forgets an owner; numbers that are not known are ignored. The callback itself may do so. On another thread it is not
+   to be called while a call that reports to this owner is running. */
 QV8COM_EXPORT void QV8API RemoveProgressOwner(DWORD progressOwner);
 
 /* Name of the message, to be registered with RegisterWindowMessageA, that a window given as `progressOwner` is sent:
