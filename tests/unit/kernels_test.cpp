@@ -247,6 +247,6 @@ TEST_P(Kernels, TablesMapEachChannelAndKeepTheFourthByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, Kernels, testing::Values(Target::kBaseline, Target::kAvx2),
-                         [](const auto& info) { return info.param == Target::kAvx2 ? "Avx2" : "Baseline"; });
+                         [](const auto& target) { return target.param == Target::kAvx2 ? "Avx2" : "Baseline"; });
 
 } // namespace

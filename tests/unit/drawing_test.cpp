@@ -1,0 +1,117 @@
+// What is drawn, against a recording of what the platform itself draws, and the rules of contexts and bitmaps.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+#include "support/draw_shape.h"
+#include "support/shapes.h"
+
+using test::Canvas;
+using test::Shape;
+
+namespace {
+
+std::string Picture(const Shape& shape) {
+    if (shape.width > 120) {
+        return "(too wide to show)\n";
+    }
+    std::string text;
+    for (int y = 0; y < shape.height; ++y) {
+        for (int x = 0; x < shape.width; ++x) {
+            text += shape.IsSet(x, y) ? '#' : '.';
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+TEST(Drawing, EqualsTheRecording) {
+    const std::vector<Shape> shapes = test::LoadRecordedShapes();
+    ASSERT_GT(shapes.size(), 2000U);
+    int differences = 0;
+    for (std::size_t i = 0; i < shapes.size() && differences < 3; ++i) {
+        Shape drawn = shapes[i];
+        ASSERT_TRUE(DrawShape(drawn)) << Describe(drawn);
+        if (drawn.result != shapes[i].result || drawn.mask != shapes[i].mask) {
+            ++differences;
+            ADD_FAILURE() << "shape " << i << ", " << Describe(drawn) << "\nrecorded: " << shapes[i].result << "\n"
+                          << Picture(shapes[i]) << "drawn: " << drawn.result << "\n"
+                          << Picture(drawn);
+        }
+    }
+}
+
+TEST(Drawing, NeedsAContextAndTwoPoints) {
+    const POINT points[] = {{0, 0}, {3, 3}};
+    Canvas canvas(4, 4);
+    EXPECT_FALSE(Polygon(canvas.context, points, 1));
+    EXPECT_FALSE(Polygon(canvas.context, points, 0));
+    EXPECT_FALSE(Polygon(nullptr, points, 2));
+    EXPECT_FALSE(Ellipse(nullptr, 0, 0, 4, 4));
+    EXPECT_EQ(SetROP2(nullptr, R2_COPYPEN), 0);
+    EXPECT_EQ(SetROP2(canvas.context, R2_COPYPEN), R2_COPYPEN);
+}
+
+TEST(Drawing, RefusesBitmapsOfHostileSize) {
+    const HDC screen = GetDC(nullptr);
+    EXPECT_EQ(CreateCompatibleBitmap(screen, INT_MAX, INT_MAX), nullptr);
+    EXPECT_EQ(CreateCompatibleBitmap(screen, 1 << 20, 1 << 20), nullptr);
+    EXPECT_EQ(CreateCompatibleBitmap(nullptr, 4, 4), nullptr);
+    EXPECT_EQ(ReleaseDC(nullptr, screen), 1);
+}
+
+// A new context fills in white and outlines in black.
+TEST(Drawing, OutlinesWithThePenAndFillsWithTheBrush) {
+    Canvas canvas(16, 5);
+    const POINT square[] = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
+    EXPECT_TRUE(Polygon(canvas.context, square, 4));
+    EXPECT_TRUE(Ellipse(canvas.context, 8, 0, 13, 5));
+    std::vector<BYTE> bits(20);
+    ASSERT_TRUE(canvas.Read(bits));
+    const std::vector<BYTE> expected = {0, 0, 0, 0, 0x70, 0x70, 0, 0, 0x70, 0x70, 0, 0, 0x70, 0x70, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(bits, expected);
+}
+
+TEST(Drawing, SelectsABitmapIntoOneContextAtATime) {
+    Canvas canvas(4, 4);
+    const HDC other = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(SelectObject(other, canvas.bitmap), nullptr);
+    EXPECT_EQ(SelectObject(canvas.context, canvas.previous), canvas.bitmap);
+    EXPECT_NE(SelectObject(other, canvas.bitmap), nullptr);
+    EXPECT_TRUE(DeleteDC(other));
+    EXPECT_NE(SelectObject(canvas.context, canvas.bitmap), nullptr);
+    EXPECT_EQ(SelectObject(nullptr, canvas.bitmap), nullptr);
+    EXPECT_EQ(SelectObject(canvas.context, nullptr), nullptr);
+}
+
+TEST(Drawing, KeepsStockObjects) {
+    EXPECT_TRUE(DeleteObject(GetStockObject(WHITE_PEN)));
+    Canvas canvas(1, 1);
+    const HGDIOBJ pen = SelectObject(canvas.context, GetStockObject(WHITE_PEN));
+    EXPECT_EQ(pen, GetStockObject(BLACK_PEN));
+    EXPECT_EQ(SelectObject(canvas.context, pen), GetStockObject(WHITE_PEN));
+}
+
+// Rows go in from the bottom, colours by the picture's table; reading always gives black and white, and clear padding.
+TEST(Drawing, TransfersRowsAndColours) {
+    Canvas canvas(12, 3);
+    canvas.info.colours[0] = {250, 200, 130, 0};
+    canvas.info.colours[1] = {10, 100, 40, 0};
+    const std::vector<BYTE> bits = {0xF0, 0x0F, 0xFF, 0xFF, 0x55, 0x55, 0x55, 0x55};
+    EXPECT_EQ(SetDIBits(canvas.context, canvas.bitmap, 1, 5, bits.data(), canvas.info.Get(), DIB_RGB_COLORS), 2);
+    EXPECT_EQ(SetDIBits(canvas.context, canvas.bitmap, 3, 1, bits.data(), canvas.info.Get(), DIB_RGB_COLORS), 0);
+    EXPECT_EQ(SetDIBits(canvas.context, nullptr, 0, 3, bits.data(), canvas.info.Get(), DIB_RGB_COLORS), 0);
+    std::vector<BYTE> read(12, 0xEE);
+    ASSERT_TRUE(canvas.Read(read));
+    EXPECT_EQ(read, (std::vector<BYTE>{0, 0, 0, 0, 0x0F, 0xF0, 0, 0, 0xAA, 0xA0, 0, 0}));
+    EXPECT_EQ(canvas.info.colours[0].rgbBlue, 0);
+    EXPECT_EQ(canvas.info.colours[1].rgbBlue, 255);
+    EXPECT_EQ(GetDIBits(nullptr, canvas.bitmap, 0, 3, read.data(), canvas.info.Get(), DIB_RGB_COLORS), 0);
+    EXPECT_EQ(GetDIBits(canvas.context, nullptr, 0, 3, read.data(), canvas.info.Get(), DIB_RGB_COLORS), 0);
+}
+
+} // namespace
