@@ -39,7 +39,7 @@ HGLOBAL MakePicture(int bitCount) {
     header.biSizeImage = static_cast<DWORD>(ImageBytes(bitCount));
     std::memcpy(bytes, &header, sizeof header);
     for (std::size_t i = 0; i != tableBytes; ++i) {
-        bytes[40 + i] = static_cast<BYTE>(i / 4 * (i % 4 + 1));
+        bytes[40 + i] = static_cast<BYTE>(i % 4 == 3 ? 0 : i / 4 * 255 / (tableBytes / 4 - 1)); // a grey ramp
     }
     const std::size_t stride = ImageBytes(bitCount) / kHeight;
     for (int y = 0; y != kHeight; ++y) {

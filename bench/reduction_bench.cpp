@@ -24,10 +24,10 @@ PIX* SourcePix() {
     return picture;
 }
 
-void AddReduction(const std::string& name, int depth, bool fixedPalette, bool dither) {
+void AddReduction(const std::string& name, int depth, bool fixedPalette, bool dither, int sourceDepth = 24) {
     benchmark::RegisterBenchmark((name + "/qv8").c_str(), [=](benchmark::State& state) {
         TimeCall(state, [&] {
-            return QV8ConvertColor(SourcePicture(24), static_cast<DWORD>(depth), fixedPalette, dither, 128,
+            return QV8ConvertColor(SourcePicture(sourceDepth), static_cast<DWORD>(depth), fixedPalette, dither, 128,
                                    QuietOwner(), 0, 0, 0);
         });
     });
@@ -63,7 +63,8 @@ const bool registered = [] {
         pixDestroy(&grey);
         return result;
     });
-    AddPeer("24 to 2 dithered/leptonica, from grey", [](PIX* source) {
+    AddReduction("grey to 2 dithered", 1, false, true, 8);
+    AddPeer("grey to 2 dithered/leptonica", [](PIX* source) {
         static PIX* const grey = pixConvertRGBToLuminance(source);
         return pixDitherToBinary(grey);
     });

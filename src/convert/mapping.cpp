@@ -1,9 +1,12 @@
 #include "convert/mapping.h"
 
-#include <algorithm>
+#include <emmintrin.h>
+
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
+#include "convert/grey_dither.h"
 #include "frame/indices.h"
 #include "frame/palettes.h"
 #include "frame/rows.h"
@@ -30,14 +33,26 @@ Twice Sixteenth(Twice value) {
     return (value + ((value >> 15) & 15)) >> 4;
 }
 
+// The error of one pixel.
 Twice LoadError(const short* error) {
-    return Twice{error[0], error[1], error[2], 0, error[0], error[1], error[2], 0};
+    const __m128i once = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(error));
+    return reinterpret_cast<Twice>(_mm_unpacklo_epi64(once, once));
 }
 
-// Stores the second half.
-void StoreError(short* error, Twice value) {
-    const Twice second = __builtin_shufflevector(value, value, 4, 5, 6, 7, 4, 5, 6, 7);
-    std::memcpy(error, &second, kErrorBytes);
+// The channels of a packed colour whose fourth byte is 0.
+Twice LoadColour(const BYTE* colour) {
+    int packed;
+    std::memcpy(&packed, colour, sizeof packed);
+    const __m128i once = _mm_unpacklo_epi8(_mm_cvtsi32_si128(packed), _mm_setzero_si128());
+    return reinterpret_cast<Twice>(_mm_unpacklo_epi64(once, once));
+}
+
+void StoreFirst(short* error, Twice value) {
+    std::memcpy(error, &value, kErrorBytes);
+}
+
+Twice SecondHalfTwice(Twice value) {
+    return __builtin_shufflevector(value, value, 4, 5, 6, 7, 4, 5, 6, 7);
 }
 
 Twice FirstHalfTwice(Twice value) {
@@ -80,28 +95,49 @@ struct ByInverseMap {
     }
 };
 
-// Distance and index in one number, so that the smallest is the nearest colour and the first of equal ones.
+// Four distances at a time. Distance and index are one number, so that the smallest is the nearest colour and the first
+// of equal ones.
 struct ByNearest {
-    int blue[16];
-    int green[16];
-    int red[16];
+    __m128i blueAndGreen[4]; // of four colours each
+    __m128i red[4];
+    __m128i index[4];
 
     explicit ByNearest(const Mapping& /*mapping*/, const RGBQUAD* palette) {
-        for (int i = 0; i != 16; ++i) {
-            blue[i] = palette[i].rgbBlue;
-            green[i] = palette[i].rgbGreen;
-            red[i] = palette[i].rgbRed;
+        for (int group = 0; group != 4; ++group) {
+            int pairs[4];
+            int reds[4];
+            for (int i = 0; i != 4; ++i) {
+                const RGBQUAD& colour = palette[4 * group + i];
+                pairs[i] = colour.rgbBlue | colour.rgbGreen << 16;
+                reds[i] = colour.rgbRed;
+            }
+            std::memcpy(&blueAndGreen[group], pairs, sizeof pairs);
+            std::memcpy(&red[group], reds, sizeof reds);
+            index[group] = _mm_setr_epi32(4 * group, 4 * group + 1, 4 * group + 2, 4 * group + 3);
         }
     }
     unsigned operator()(unsigned b, unsigned g, unsigned r) const {
-        int best = 0x7FFFFFFF;
-        for (int i = 0; i != 16; ++i) {
-            const int db = static_cast<int>(b) - blue[i];
-            const int dg = static_cast<int>(g) - green[i];
-            const int dr = static_cast<int>(r) - red[i];
-            best = std::min(best, (db * db + dg * dg + dr * dr) * 16 + i);
+        const __m128i pair = _mm_set1_epi32(static_cast<int>(b | g << 16));
+        const __m128i single = _mm_set1_epi32(static_cast<int>(r));
+        __m128i best = Keys(0, pair, single);
+        for (int group = 1; group != 4; ++group) {
+            best = Smaller(best, Keys(group, pair, single));
         }
-        return static_cast<unsigned>(best) % 16;
+        best = Smaller(best, _mm_shuffle_epi32(best, _MM_SHUFFLE(1, 0, 3, 2)));
+        best = Smaller(best, _mm_shuffle_epi32(best, _MM_SHUFFLE(2, 3, 0, 1)));
+        return static_cast<unsigned>(_mm_cvtsi128_si32(best)) % 16;
+    }
+
+private:
+    __m128i Keys(int group, __m128i pair, __m128i single) const {
+        const __m128i two = _mm_sub_epi16(pair, blueAndGreen[group]);
+        const __m128i one = _mm_sub_epi16(single, red[group]);
+        const __m128i distance = _mm_add_epi32(_mm_madd_epi16(two, two), _mm_madd_epi16(one, one));
+        return _mm_or_si128(_mm_slli_epi32(distance, 4), index[group]);
+    }
+    static __m128i Smaller(__m128i a, __m128i b) {
+        const __m128i isGreater = _mm_cmpgt_epi32(a, b);
+        return _mm_or_si128(_mm_and_si128(isGreater, b), _mm_andnot_si128(isGreater, a));
     }
 };
 
@@ -133,10 +169,7 @@ void DitherRow(const Choose& choose, const PaletteTwice& palette, const MappingR
     Twice straight = {}; // in the second half: to the pixel below this one, so far
     int x = step > 0 ? 0 : width - 1;
     for (int i = 0; i < width; ++i, x += step) {
-        const auto blue = static_cast<short>(rows.colours.blue[x]);
-        const auto green = static_cast<short>(rows.colours.green[x]);
-        const auto red = static_cast<short>(rows.colours.red[x]);
-        Twice source = {blue, green, red, 0, blue, green, red, 0};
+        Twice source = LoadColour(rows.packed + std::ptrdiff_t{4} * x);
         // What the pixel before has sent is added to what came from above, or has replaced it.
         if (kKeepErrors || i == 0) {
             source += LoadError(current + std::ptrdiff_t{4} * x);
@@ -148,19 +181,54 @@ void DitherRow(const Choose& choose, const PaletteTwice& palette, const MappingR
         const Twice left = value - palette.colours[index];
         const Twice nextAndBehind = Sixteenth(left * kNextAndBehind);
         const Twice aheadAndStraight = Sixteenth(left * kAheadAndStraight);
-        StoreError(below + std::ptrdiff_t{4} * (x - step), behind + nextAndBehind);
+        StoreFirst(below + std::ptrdiff_t{4} * (x - step), SecondHalfTwice(behind + nextAndBehind));
         behind = straight + aheadAndStraight;
         straight = FirstHalfTwice(aheadAndStraight);
         carried = FirstHalfTwice(nextAndBehind);
     }
-    StoreError(below + std::ptrdiff_t{4} * (x - step), behind);
+    StoreFirst(below + std::ptrdiff_t{4} * (x - step), SecondHalfTwice(behind));
+}
+
+// The same for black and white, where the way from one pixel to the next is short: what a black pixel and what a white
+// one would hand on are both ready when it is known which of them this pixel becomes.
+void DitherBlackAndWhite(const ByThreshold& choose, const MappingRows& rows, int width, int step) {
+    constexpr Twice kWhite = {255, 255, 255, 0, 255, 255, 255, 0};
+    constexpr Twice kOnes = {1, 1, 1, 0, 1, 1, 1, 0};
+    constexpr Twice kBehindAndStraight = {3, 3, 3, 3, 5, 5, 5, 5};
+    const __m128i sevenSixteenths = _mm_set1_epi16(7 * 65536 / 16);
+    const __m128i justBlack = _mm_set1_epi32(static_cast<int>(choose.least) - 1);
+    const short* const current = rows.errors[0];
+    short* const below = rows.errors[1];
+    Twice fromBlack = {}; // handed on by the pixel before if it is black
+    Twice fromWhite = {}; // taken away by it if it is white
+    Twice isWhite = {};   // all bits set if it is
+    Twice behind = {};    // to the pixel below the one before, so far
+    Twice straight = {};  // to the pixel below this one, so far
+    int x = step > 0 ? 0 : width - 1;
+    for (int i = 0; i < width; ++i, x += step) {
+        const Twice base = LoadColour(rows.packed + std::ptrdiff_t{4} * x) + LoadError(current + std::ptrdiff_t{4} * x);
+        const Twice value = (Clamp(base + fromBlack) & ~isWhite) | (Clamp(base - fromWhite) & isWhite);
+        fromBlack = reinterpret_cast<Twice>(_mm_mulhi_epu16(reinterpret_cast<__m128i>(value), sevenSixteenths));
+        fromWhite =
+            reinterpret_cast<Twice>(_mm_mulhi_epu16(reinterpret_cast<__m128i>(kWhite - value), sevenSixteenths));
+        const __m128i parts = _mm_madd_epi16(reinterpret_cast<__m128i>(value), reinterpret_cast<__m128i>(kOnes));
+        const __m128i sum = _mm_add_epi32(parts, _mm_shuffle_epi32(parts, _MM_SHUFFLE(2, 3, 0, 1)));
+        isWhite = reinterpret_cast<Twice>(_mm_cmpgt_epi32(sum, justBlack));
+        rows.indices[x] = static_cast<BYTE>(isWhite[0] & 1);
+        const Twice left = value - (kWhite & isWhite);
+        const Twice shares = Sixteenth(left * kBehindAndStraight);
+        StoreFirst(below + std::ptrdiff_t{4} * (x - step), behind + shares);
+        behind = straight + SecondHalfTwice(shares);
+        straight = Sixteenth(left);
+    }
+    StoreFirst(below + std::ptrdiff_t{4} * (x - step), behind);
 }
 
 PaletteTwice PaletteTwiceOf(const RGBQUAD* palette, std::uint32_t size) {
     PaletteTwice result = {};
     for (std::uint32_t i = 0; i != size; ++i) {
-        const short colour[3] = {palette[i].rgbBlue, palette[i].rgbGreen, palette[i].rgbRed};
-        result.colours[i] = LoadError(colour);
+        const BYTE colour[4] = {palette[i].rgbBlue, palette[i].rgbGreen, palette[i].rgbRed, 0};
+        result.colours[i] = LoadColour(colour);
     }
     return result;
 }
@@ -169,17 +237,30 @@ PaletteTwice PaletteTwiceOf(const RGBQUAD* palette, std::uint32_t size) {
 // -------------------------------------------------------------------------------------------------
 
 template <class Choose>
+void DitherOneRow(const Choose& choose, bool keepErrors, const PaletteTwice& palette, const MappingRows& rows,
+                  int width, int step) {
+    if constexpr (std::is_same_v<Choose, ByThreshold>) {
+        DitherBlackAndWhite(choose, rows, width, step);
+    } else if (keepErrors) {
+        DitherRow<Choose, true>(choose, palette, rows, width, step);
+    } else {
+        DitherRow<Choose, false>(choose, palette, rows, width, step);
+    }
+}
+
+template <class Choose>
 bool MapAll(const ColourReader& reader, const Mapping& mapping, MappingRows& rows, const NewPicture& result,
             const Progress& progress) {
     const DibView& view = result.view;
     const Choose choose(mapping, view.palette);
     const PaletteTwice palette = PaletteTwiceOf(view.palette, view.paletteSize);
+    const PixelFormat pack = PixelFormatOf(32, {});
     return ForEachRow(view.height, progress, [&](int row) {
         ReadColours(reader, row, 0, view.width, rows.colours);
         if (mapping.dither) {
             std::swap(rows.errors[0], rows.errors[1]);
-            (mapping.keepErrors ? DitherRow<Choose, true> : DitherRow<Choose, false>)(choose, palette, rows, view.width,
-                                                                                      row % 2 == 0 ? 1 : -1);
+            pack.encode(pack.masks, rows.colours, rows.packed, view.width);
+            DitherOneRow(choose, mapping.keepErrors, palette, rows, view.width, row % 2 == 0 ? 1 : -1);
         } else {
             MapRow(choose, rows, view.width);
         }
@@ -193,7 +274,7 @@ MappingRows AllocateMappingRows(int width) {
     const auto pixels = static_cast<std::size_t>(width);
     const std::size_t errorBytes = (pixels + 2) * kErrorBytes;
     MappingRows rows = {};
-    rows.block = AllocateWorkingBlock(2 * errorBytes + 4 * pixels);
+    rows.block = AllocateWorkingBlock(2 * errorBytes + 8 * pixels);
     if (!rows.block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return rows;
@@ -203,6 +284,7 @@ MappingRows AllocateMappingRows(int width) {
     BYTE* const bytes = rows.block.As<BYTE>() + 2 * errorBytes;
     rows.colours = {bytes, bytes + pixels, bytes + 2 * pixels};
     rows.indices = bytes + 3 * pixels;
+    rows.packed = bytes + 4 * pixels;
     return rows;
 }
 
@@ -210,6 +292,9 @@ bool MapColours(const ColourReader& reader, const Mapping& mapping, MappingRows&
                 const Progress& progress) {
     switch (mapping.chooseBy) {
     case ChooseBy::kThreshold:
+        if (mapping.dither && IsGreyReader(reader)) {
+            return DitherGreys(reader, mapping.threshold, rows, result, progress);
+        }
         return MapAll<ByThreshold>(reader, mapping, rows, result, progress);
     case ChooseBy::kFixedLevels:
         return MapAll<ByFixedLevels>(reader, mapping, rows, result, progress);

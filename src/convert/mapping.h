@@ -22,11 +22,12 @@ struct Mapping {
     bool keepErrors; // errors from the row above stay when the pixel before adds its own; else they are replaced
 };
 
-// Working rows for pictures of one width: three planar channels, indices and two rows of errors.
+// Working rows for pictures of one width.
 struct MappingRows {
     WorkingBlock block;
     PlanarRow colours;
     BYTE* indices;
+    BYTE* packed;     // the colours of a row as 32-bit pixels with a fourth byte of 0
     short* errors[2]; // four values a pixel, from one pixel before the first to one behind the last
 };
 

@@ -1,5 +1,6 @@
 #include "frame/indices.h"
 
+#include <cstdint>
 #include <cstring>
 
 namespace qv8 {
@@ -15,15 +16,37 @@ void Unpack(const BYTE* packed, int count, BYTE* indices) {
     }
 }
 
+// Eight indices of one bit each, as the bits of a byte: the product moves each to its place in the highest byte, and no
+// two of its terms meet.
+BYTE PackEight(const BYTE* indices) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, indices, sizeof bytes);
+    return static_cast<BYTE>(bytes * 0x8040201008040201ULL >> 56U);
+}
+
+template <int kBits>
+BYTE PackByte(const BYTE* indices, int count) {
+    constexpr int kPerByte = 8 / kBits;
+    unsigned byte = 0;
+    for (int k = 0; k < kPerByte; ++k) {
+        byte = byte << kBits | (k < count ? indices[k] : 0U);
+    }
+    return static_cast<BYTE>(byte);
+}
+
 template <int kBits>
 void Pack(const BYTE* indices, int count, BYTE* packed) {
     constexpr int kPerByte = 8 / kBits;
-    for (int i = 0; i < count; i += kPerByte) {
-        unsigned byte = 0;
-        for (int k = 0; k < kPerByte; ++k) {
-            byte = byte << kBits | (i + k < count ? indices[i + k] : 0U);
+    int i = 0;
+    for (; i + kPerByte <= count; i += kPerByte) {
+        if constexpr (kBits == 1) {
+            packed[i / kPerByte] = PackEight(indices + i);
+        } else {
+            packed[i / kPerByte] = static_cast<BYTE>(indices[i] << 4 | indices[i + 1]);
         }
-        packed[i / kPerByte] = static_cast<BYTE>(byte);
+    }
+    if (i < count) {
+        packed[i / kPerByte] = PackByte<kBits>(indices + i, count - i);
     }
 }
 
