@@ -22,10 +22,15 @@ using Twice = short __attribute__((vector_size(16)));
 constexpr std::size_t kErrorBytes = 4 * sizeof(short); // of one pixel
 
 Twice Clamp(Twice value) {
-    constexpr Twice kLow = {};
-    constexpr Twice kHigh = {255, 255, 255, 255, 255, 255, 255, 255};
-    value = value > kLow ? value : kLow;
-    return value < kHigh ? value : kHigh;
+    const __m128i atLeast0 = _mm_max_epi16(reinterpret_cast<__m128i>(value), _mm_setzero_si128());
+    return reinterpret_cast<Twice>(_mm_min_epi16(atLeast0, _mm_set1_epi16(255)));
+}
+
+// One of two values, by a mask of all bits.
+Twice Select(Twice mask, Twice ifSet, Twice ifClear) {
+    const auto bits = reinterpret_cast<__m128i>(mask);
+    return reinterpret_cast<Twice>(_mm_or_si128(_mm_and_si128(bits, reinterpret_cast<__m128i>(ifSet)),
+                                                _mm_andnot_si128(bits, reinterpret_cast<__m128i>(ifClear))));
 }
 
 // Division by 16 that truncates toward zero.
@@ -207,7 +212,7 @@ void DitherBlackAndWhite(const ByThreshold& choose, const MappingRows& rows, int
     int x = step > 0 ? 0 : width - 1;
     for (int i = 0; i < width; ++i, x += step) {
         const Twice base = LoadColour(rows.packed + std::ptrdiff_t{4} * x) + LoadError(current + std::ptrdiff_t{4} * x);
-        const Twice value = (Clamp(base + fromBlack) & ~isWhite) | (Clamp(base - fromWhite) & isWhite);
+        const Twice value = Select(isWhite, Clamp(base - fromWhite), Clamp(base + fromBlack));
         fromBlack = reinterpret_cast<Twice>(_mm_mulhi_epu16(reinterpret_cast<__m128i>(value), sevenSixteenths));
         fromWhite =
             reinterpret_cast<Twice>(_mm_mulhi_epu16(reinterpret_cast<__m128i>(kWhite - value), sevenSixteenths));
