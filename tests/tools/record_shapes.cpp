@@ -1,0 +1,168 @@
+// Makes data/gdi_shapes.bin anew: draws some thousands of shapes with the platform's own calls and writes down what
+// came out.
+//
+//     record_shapes FILE
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <utility>
+#include <vector>
+
+#include "support/draw_shape.h"
+#include "support/random.h"
+#include "support/shapes.h"
+
+using test::Shape;
+
+namespace {
+
+class Generator {
+public:
+    std::vector<Shape> Make() {
+        Repeat(850, [this] { ScatteredPolygon(random_.Between(1, 20), random_.Between(1, 20), 0); });
+        Repeat(250, [this] { ScatteredPolygon(random_.Between(20, 100), random_.Between(20, 100), 0); });
+        Repeat(60, [this] { ScatteredPolygon(300, 5, 0); });
+        Repeat(30, [this] { ScatteredPolygon(3, 150, 0); });
+        Repeat(80, [this] { ScatteredPolygon(random_.Between(5, 30), random_.Between(5, 30), 40); });
+        Repeat(300, [this] { LatticePolygon(random_.Between(1, 4)); });
+        Repeat(150, [this] { LatticePolygon(14); }); // corners on the border or in the middle
+        Repeat(20, [this] { SinglePointPolygon(); });
+        Repeat(100, [this] { StraightPolygon(); });
+        AllDirections();
+        SmallEllipses();
+        Repeat(330, [this] { ScatteredEllipse(100, 100, 0); });
+        Repeat(60, [this] { ScatteredEllipse(300, 6, 0); });
+        Repeat(60, [this] { ScatteredEllipse(40, 40, 30); });
+        Ellipse(65536, 10, {0, 0}, {65536, 10});
+        return std::move(shapes_);
+    }
+
+private:
+    template <typename Function>
+    void Repeat(int times, Function make) {
+        for (int i = 0; i < times; ++i) {
+            make();
+        }
+    }
+
+    void Add(Shape::Kind kind, int width, int height, std::vector<POINT> points) {
+        Shape shape;
+        shape.kind = kind;
+        shape.width = width;
+        shape.height = height;
+        shape.points = std::move(points);
+        shapes_.push_back(std::move(shape));
+    }
+
+    // Corners anywhere in the bitmap and up to `beyond` pixels around it.
+    POINT Anywhere(int width, int height, int beyond) {
+        const LONG x = random_.Between(-beyond, width - 1 + beyond);
+        return {x, random_.Between(-beyond, height - 1 + beyond)};
+    }
+    void ScatteredPolygon(int width, int height, int beyond) {
+        std::vector<POINT> points;
+        Repeat(random_.Between(2, 12), [&] { points.push_back(Anywhere(width, height, beyond)); });
+        Add(Shape::kPolygon, width, height, std::move(points));
+    }
+
+    // Corners on a lattice of three by three, so that many coincide, lie in one line or end horizontally.
+    void LatticePolygon(int step) {
+        std::vector<POINT> points;
+        Repeat(random_.Between(2, 12), [&] {
+            const LONG x = step * random_.Between(0, 2);
+            points.push_back({x, step * random_.Between(0, 2)});
+        });
+        Add(Shape::kPolygon, 2 * step + 1, 2 * step + 1, std::move(points));
+    }
+    void SinglePointPolygon() {
+        const POINT point = Anywhere(9, 5, 0);
+        Add(Shape::kPolygon, 9, 5, std::vector<POINT>(static_cast<std::size_t>(random_.Between(2, 5)), point));
+    }
+    void StraightPolygon() {
+        const int dx = random_.Between(-5, 5);
+        const int dy = random_.Between(-5, 5);
+        std::vector<POINT> points;
+        Repeat(random_.Between(3, 6), [&] {
+            const int distance = random_.Between(-5, 5);
+            points.push_back({25 + distance * dx, 25 + distance * dy});
+        });
+        Add(Shape::kPolygon, 51, 51, std::move(points));
+    }
+
+    // From one point in every direction: each slope of a line and each way to break a tie.
+    void AllDirections() {
+        for (int dy = -8; dy <= 8; ++dy) {
+            for (int dx = -8; dx <= 8; ++dx) {
+                Add(Shape::kPolygon, 17, 17, {{8, 8}, {8 + dx, 8 + dy}});
+            }
+        }
+    }
+
+    // The platform never writes the outermost rows of very narrow ellipses and shows what its memory held before, so
+    // nothing is known of these.
+    static bool IsDefined(std::int64_t width, std::int64_t height) {
+        const std::int64_t square = width * width;
+        return width < 3 || (width % 2 != 0 ? 9 * height < 8 * square : 16 * height < 7 * square);
+    }
+    void Ellipse(int width, int height, POINT corner, POINT opposite) {
+        const int shapeWidth = std::abs(opposite.x - corner.x);
+        const int shapeHeight = std::abs(opposite.y - corner.y);
+        if (IsDefined(shapeWidth, shapeHeight)) {
+            Add(Shape::kEllipse, width, height, {corner, opposite});
+        }
+    }
+    void SmallEllipses() {
+        for (int height = 0; height <= 20; ++height) {
+            for (int width = 0; width <= 20; ++width) {
+                const LONG x = random_.Between(0, 2);
+                const LONG y = random_.Between(0, 2);
+                Ellipse(width + 3, height + 3, {x, y}, {x + width, y + height});
+            }
+        }
+    }
+    void ScatteredEllipse(int width, int height, int beyond) {
+        const POINT corner = Anywhere(width, height, beyond);
+        Ellipse(width, height, corner, Anywhere(width, height, beyond));
+    }
+
+    test::Random random_{1};
+    std::vector<Shape> shapes_;
+};
+
+// Draws every shape twice, in opposite order, so that what depends on earlier drawing is noticed.
+bool Record(std::vector<Shape>& shapes) {
+    std::vector<Shape> again = shapes;
+    for (Shape& shape : shapes) {
+        if (!DrawShape(shape)) {
+            return false;
+        }
+    }
+    for (std::size_t i = shapes.size(); i-- > 0;) {
+        if (!DrawShape(again[i]) || again[i].mask != shapes[i].mask) {
+            std::fprintf(stderr, "not the same twice: %s\n", Describe(shapes[i]).c_str());
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    if (argumentCount != 2) {
+        std::fputs("usage: record_shapes FILE\n", stderr);
+        return 2;
+    }
+    std::vector<Shape> shapes = Generator().Make();
+    if (!Record(shapes)) {
+        std::fputs("drawing failed\n", stderr);
+        return 1;
+    }
+    const std::vector<BYTE> bytes = EncodeShapes(shapes);
+    std::ofstream file(arguments[1], std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    std::printf("%u shapes, %u bytes\n", static_cast<unsigned>(shapes.size()), static_cast<unsigned>(bytes.size()));
+    return file ? 0 : 1;
+}
