@@ -33,6 +33,9 @@ void ConvertPixels(const PixelFormat& from, const PixelFormat& to, const BYTE* s
         kernels.narrow32(source, result, width);
         return;
     }
+    if (to.bytesPerPixel == 4) { // fourth bytes, which encoding leaves alone
+        std::memset(result, 0, static_cast<std::size_t>(width) * 4);
+    }
     PlanarChunk chunk;
     const PlanarRow planar = chunk.Row();
     ForEachChunk(width, [&](int column, int count) {
