@@ -138,9 +138,13 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, D
 
 /* Converts the picture to another depth. 16-bit results are always 5-5-5.
      bitDepth      1, 4, 8, 16, 24, 32, or QV8_DEPTH_GREY (80) for 8 bits with a grey ramp; only the low 16 bits count.
-     fixedPalette  non-zero: reduce to a fixed table (16 or 216 colours) instead of one built from the picture.
+     fixedPalette  non-zero: reduce to a fixed table (16 or 216 colours). 0: to one built from the picture, 16 or 256
+                   colours by median cut from 16 bits on, the 16 most used ones from 8 bits. Results of 1 bit and of
+                   grey have fixed tables in any case.
      dither        non-zero: spread the error of each pixel over its neighbours while reducing.
      threshold     0..255, black/white threshold of a 1-bit result: white from a mean of this value on.
+   A reduction to 256 colours built from the picture may show stray pixels, of the first colour of the table, where a rare
+   colour falls beside all of its boxes; the fixed table and 16 colours have none.
    Statuses: 5 another depth, or the depth the picture has. A zero handle returns 0 and leaves the status alone. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither,
                                                 DWORD threshold, DWORD progressOwner, DWORD_PTR dialog1,
