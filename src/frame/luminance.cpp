@@ -16,12 +16,14 @@ constexpr float kBlue = 0.114F;
 namespace baseline {
 #include "frame/lanes_sse2.inl"
 #include "frame/luminance.inl"
+constexpr LuminanceKernels kKernels = {Luminance, GreyLevel, nullptr};
 } // namespace baseline
 
 #include "frame/avx2_begin.h"
 namespace avx2 {
 #include "frame/lanes_avx2.inl"
 #include "frame/luminance.inl"
+#include "frame/luminance_avx2.inl"
 } // namespace avx2
 #include "frame/avx2_end.h"
 

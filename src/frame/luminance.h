@@ -10,6 +10,8 @@ struct LuminanceKernels {
     void (*luminance)(const PlanarRow& row, BYTE* result, int count);
     // The same products summed in double precision, truncated: the grey levels of colour conversion.
     void (*greyLevel)(const PlanarRow& row, BYTE* result, int count);
+    // 24-bit pixels with all three channels at their luminance; null where planar channels are the only way.
+    void (*grey24)(const BYTE* source, BYTE* result, int count);
 };
 
 const LuminanceKernels& TheLuminanceKernels();

@@ -33,5 +33,3 @@ void GreyLevel(const PlanarRow& row, BYTE* __restrict result, int count) {
         result[i] = static_cast<BYTE>(static_cast<int>(sum));
     }
 }
-
-constexpr LuminanceKernels kKernels = {Luminance, GreyLevel};

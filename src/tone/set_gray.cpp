@@ -27,6 +27,10 @@ HGLOBAL GreyTrueColour(const DibView& source, DWORD progressOwner) {
         // Fourth bytes and padding are 0.
         const std::size_t written = format.bytesPerPixel == 4 ? 0 : pixelBytes;
         std::memset(resultRow + written, 0, source.stride - written);
+        if (format.bytesPerPixel == 3 && kernels.grey24 != nullptr) {
+            kernels.grey24(sourceRow, resultRow, source.width);
+            return;
+        }
         ForEachChunk(source.width, [&](int start, int count) {
             const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
             PlanarChunk chunk;
