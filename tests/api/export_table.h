@@ -1,0 +1,113 @@
+// One row per export. The tests that hold for every export run over this table: failures and cancelling, refused
+// pictures, areas, threads, and the checksums that make both builds give the same bytes.
+//
+// To add an export: write its row in export_table.cpp, run the tests, look at checksums.actual.txt and copy it over
+// data/checksums.txt.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "qv8effect.h"
+#include "support/area.h"
+#include "support/hooks.h"
+#include "support/picture.h"
+
+namespace test {
+
+// What a call is made with besides the effect's own parameters.
+struct Call {
+    ImageSet target = {nullptr, nullptr};
+    int bits = 24; // of the picture, for parameters that go by it
+    Area area;
+    DWORD progressOwner = 1; // nobody's
+    DWORD_PTR dialog[3] = {0, 0, 0};
+};
+
+struct Result {
+    HGLOBAL image = nullptr;
+    HGLOBAL mask = nullptr;
+    bool succeeded = false; // as the export's own result tells
+};
+
+// The effect's own parameters: typical ones, or random ones in the given range, both ends included.
+class Parameters {
+public:
+    Parameters() = default;
+    explicit Parameters(Random& random) : random_(&random) {}
+
+    int Number(int typical, int low, int high) {
+        return random_ != nullptr ? random_->Between(low, high) : typical;
+    }
+    BOOL Flag(BOOL typical) {
+        return Number(typical, 0, 1) != 0 ? Number(1, 1, 300) : 0;
+    }
+    // One of 2^20 + 1 equally spaced numbers.
+    double Real(double typical, double low, double high);
+    // A number from the range, or now and then one of the far ends of its type.
+    LONG Wild(LONG typical, LONG low, LONG high);
+
+private:
+    Random* random_ = nullptr;
+};
+
+enum class AreaUse {
+    kNone,
+    kTrueColour, // at 16, 24 and 32 bits; not even looked at in pictures with indices
+    kAlways,
+};
+
+struct Export {
+    const char* name;
+    unsigned accepts; // kAccept bits
+    AreaUse areaUse;
+    int zeroHandleStatus;   // kUntouched: stays what it was; success: the export takes no picture
+    int unknownDepthStatus; // for a picture of a depth that does not exist
+    Result (*call)(const Call& call, Parameters& parameters);
+
+    bool TakesPicture() const { return zeroHandleStatus != QV8_STATUS_SUCCESS; }
+    bool Accepts(const Layout& layout) const { return (layout.acceptedBy & accepts) != 0; }
+    bool UsesAreaOf(const Layout& layout) const {
+        return areaUse == AreaUse::kAlways || (areaUse == AreaUse::kTrueColour && layout.bits > 8);
+    }
+};
+
+std::span<const Export> Exports();
+
+// Calls an export whose arguments are target, area, its own parameters, owner and dialog.
+template <class Function, class... OwnParameters>
+auto CallWithArea(Function* function, const Call& call, OwnParameters... parameters) {
+    const Area& area = call.area;
+    return function(&call.target, area.type, area.points.empty() ? nullptr : area.points.data(),
+                    static_cast<int>(area.points.size()), &area.rect, area.inside, parameters..., call.progressOwner,
+                    call.dialog[0], call.dialog[1], call.dialog[2]);
+}
+
+constexpr int kUntouched = 77; // no status: what the tests set before each call
+
+// A picture and an area of it, ready for calls.
+struct Scene {
+    Source picture;
+    Source mask;
+    Area area;
+
+    Call AsCall() const;
+    // Neither the picture nor the mask was changed or left locked.
+    bool Untouched() const;
+};
+Scene RandomScene(const Layout& layout, AreaForm form, int width, int height, Random& random);
+
+struct Outcome {
+    Block image;
+    Block mask;
+    bool succeeded = false;
+    int status = kUntouched;
+    hooks::Report report; // of a watched call
+};
+
+// Calls the export with status kUntouched before.
+Outcome CallExport(const Export& row, const Call& call, Parameters parameters = {});
+// As CallExport under watch, with all that is left behind checked: nothing but the result, and no lock.
+Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& failure = {});
+
+} // namespace test

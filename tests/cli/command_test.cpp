@@ -1,0 +1,242 @@
+#include "command_line.h"
+
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "area_options.h"
+#include "files.h"
+#include "image_file.h"
+#include "interrupt.h"
+#include "progress.h"
+
+namespace {
+
+struct Outcome {
+    int code;
+    std::string out;
+    std::string err;
+};
+
+Outcome RunQv8(const std::vector<std::string>& words) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int code = RunCommandLine(words, out, err);
+    return {code, out.str(), err.str()};
+}
+
+bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+constexpr std::size_t kPixels24 = 14 + 40;
+
+// A 24-bit picture of 8 x 4 pixels, whose rows need no padding.
+const BmpForm kForm{.bits = 24, .width = 8, .height = 4};
+
+// What adding `level` to the red bytes at the given pixels (from the top) makes of the picture.
+template <class Inside>
+Bytes ReddenedWhere(Inside inside, int level) {
+    Bytes file = BuildBmp(kForm);
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x < 8; ++x) {
+            unsigned char& red = file[kPixels24 + static_cast<std::size_t>((3 - y) * 24 + 3 * x + 2)];
+            red = inside(x, y) ? static_cast<unsigned char>(std::min(red + level, 255)) : red;
+        }
+    }
+    return file;
+}
+
+// Runs rgb-level --red 40 with further words and returns the written pixels.
+Bytes Reddened(const Folder& folder, std::vector<std::string> words) {
+    words.insert(words.begin(), {"rgb-level", "--red", "40"});
+    words.push_back(folder.Store("in.bmp", BuildBmp(kForm)));
+    words.push_back(folder.Name("out.bmp"));
+    const Outcome outcome = RunQv8(words);
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    return Slice(folder.Load("out.bmp"), kPixels24);
+}
+
+TEST(Command, AppliesAnEffectToAFile) {
+    const Folder folder;
+    EXPECT_EQ(Reddened(folder, {}), Slice(ReddenedWhere([](int, int) { return true; }, 40), kPixels24));
+}
+
+TEST(Command, LimitsAnEffectToAnArea) {
+    const Folder folder;
+    const auto expect = [&](std::vector<std::string> words, auto inside) {
+        SCOPED_TRACE(words[0]);
+        EXPECT_EQ(Reddened(folder, words), Slice(ReddenedWhere(inside, 40), kPixels24));
+        words.push_back("--outside");
+        EXPECT_EQ(Reddened(folder, words),
+                  Slice(ReddenedWhere([&](int x, int y) { return !inside(x, y); }, 40), kPixels24));
+    };
+    const auto inBox = [](int x, int y) { return x >= 2 && x <= 5 && y >= 1 && y <= 2; };
+    expect({"--polygon", "2,1", "5,1", "5,2", "2,2"}, inBox);
+    BmpForm form{.bits = 1, .width = 8, .height = 4};
+    const Bytes none{0, 0, 0, 0};
+    const Bytes some{0x3C, 0, 0, 0};
+    expect({"--mask", folder.Store("bits.bmp", BuildBmp(form, {none, some, some, none}))}, inBox);
+    form.bits = 32;
+    const Bytes dark(32, 0);
+    Bytes light(32, 0);
+    std::fill(light.begin() + 8, light.begin() + 24, static_cast<unsigned char>(200));
+    expect({"--mask", folder.Store("light.bmp", BuildBmp(form, {dark, light, light, dark}))}, inBox);
+}
+
+// The outline is the library's; the corners of its rectangle and the middle are beyond doubt.
+TEST(Command, TakesAnEllipse) {
+    const Folder folder;
+    const Bytes before = Slice(BuildBmp(kForm), kPixels24);
+    for (const bool outside : {false, true}) {
+        std::vector<std::string> words{"--ellipse", "0,0,8,4"};
+        if (outside) {
+            words.push_back("--outside");
+        }
+        const Bytes after = Reddened(folder, words);
+        for (const std::size_t corner : {2U, 23U, 74U, 95U}) {
+            EXPECT_EQ(after[corner] != before[corner], outside) << corner;
+        }
+        for (const std::size_t middle : {38U, 59U}) {
+            EXPECT_EQ(after[middle] != before[middle], !outside) << middle;
+        }
+    }
+}
+
+TEST(Command, InvertsAllChannelsUnlessSomeAreNamed) {
+    const Folder folder;
+    const Bytes file = BuildBmp(kForm);
+    for (const bool redOnly : {false, true}) {
+        std::vector<std::string> words{"rgb-rev", folder.Store("in.bmp", file), folder.Name("out.bmp")};
+        if (redOnly) {
+            words.push_back("--red");
+        }
+        ASSERT_EQ(RunQv8(words).code, 0);
+        const Bytes written = folder.Load("out.bmp");
+        for (std::size_t i = kPixels24; i < file.size(); ++i) {
+            const bool inverted = !redOnly || (i - kPixels24) % 3 == 2;
+            ASSERT_EQ(written[i], inverted ? 255 - file[i] : file[i]) << i;
+        }
+    }
+}
+
+TEST(Command, InputMayBeTheOutput) {
+    const Folder folder;
+    const std::string name = folder.Store("a.bmp", BuildBmp(kForm));
+    ASSERT_EQ(RunQv8({"rgb-level", "--red", "-300", name, name}).code, 0);
+    EXPECT_EQ(folder.Load("a.bmp")[kPixels24 + 2], 0);
+    EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
+    const Folder folder;
+    const std::string in = folder.Store("in.bmp", BuildBmp(kForm));
+    const std::string out = folder.Name("out.bmp");
+    const std::string cut = folder.Store("cut.bmp", Slice(BuildBmp(kForm), 0, 90));
+    const std::string other = folder.Store("other.bmp", BuildBmp({.bits = 1, .width = 9, .height = 4}));
+    const std::string nowhere = folder.Name("nowhere");
+    struct Case {
+        std::vector<std::string> words;
+        int code;
+        std::string told;
+    };
+    const Case cases[] = {
+        {{"convert-color", "--depth", "24", in, out}, 1, "in.bmp: convert-color: "},
+        {{}, 2, "subcommand"},
+        {{"blur", in, out}, 2, "\"blur\""},
+        {{"rgb-level", in}, 2, "OUTPUT"},
+        {{"rgb-level", "--red", "x", in, out}, 2, "--red"},
+        {{"rgb-level", "--red", "3000000000", in, out}, 2, "--red"},
+        {{"rgb-gamma", "--red", "nan", in, out}, 2, "--red"},
+        {{"rgb-rev", "--polygon", "1,1", in, out}, 2, "--polygon"},
+        {{"rgb-rev", "--ellipse", "1,1,2", in, out}, 2, "--ellipse"},
+        {{"rgb-rev", "--mask", in, "--ellipse", "1,1,2,2", in, out}, 2, "excludes"},
+        {{"rgb-rev", "--outside", in, out}, 2, "--outside"},
+        {{"rgb-rev", in, folder.Name("out.gif")}, 2, "out.gif"},
+        {{"convert-color", "--depth", "7", in, out}, 2, "--depth"},
+        {{"rgb-rev", nowhere, out}, 3, "nowhere"},
+        {{"rgb-rev", cut, out}, 3, "cut.bmp"},
+        {{"rgb-rev", "--max-pixels", "31", in, out}, 3, "limit of 31"},
+        {{"rgb-rev", "--mask", cut, in, out}, 3, "cut.bmp"},
+        {{"rgb-rev", "--mask", other, in, out}, 3, "9 x 4"},
+        {{"info", nowhere}, 3, "nowhere"},
+        {{"rgb-rev", in, nowhere + "/out.bmp"}, 4, "nowhere"},
+    };
+    for (const Case& wrong : cases) {
+        const Outcome outcome = RunQv8(wrong.words);
+        EXPECT_EQ(outcome.code, wrong.code) << outcome.err;
+        EXPECT_TRUE(Has(outcome.err, wrong.told)) << outcome.err;
+        EXPECT_EQ(folder.FileCount(), 3U) << outcome.err;
+    }
+}
+
+TEST(Command, WhatIsThereStaysWhenWritingFails) {
+    const Folder folder;
+    const std::string in = folder.Store("in.bmp", BuildBmp(kForm));
+    const std::string kept = folder.Store("kept.bmp", {1, 2, 3});
+    std::filesystem::permissions(folder.Path("kept.bmp"), std::filesystem::perms::owner_read);
+    EXPECT_EQ(RunQv8({"rgb-rev", in, kept}).code, 4);
+    std::filesystem::permissions(folder.Path("kept.bmp"), std::filesystem::perms::owner_all);
+    std::filesystem::create_directory(folder.Path("folder.bmp"));
+    EXPECT_EQ(RunQv8({"rgb-rev", in, folder.Name("folder.bmp")}).code, 4);
+    SetInterrupted(true);
+    EXPECT_EQ(RunQv8({"rgb-rev", in, kept}).code, 130);
+    SetInterrupted(false);
+    const Picture picture = LoadPicture(in, 1000).picture;
+    SetInterrupted(true); // when all is done but for the last step
+    EXPECT_THROW(SavePicture(picture, kept, ImageFormat::kPng, 90), Failure);
+    SetInterrupted(false);
+    EXPECT_EQ(folder.Load("kept.bmp"), (Bytes{1, 2, 3}));
+    EXPECT_EQ(folder.FileCount(), 3U);
+}
+
+TEST(Command, AnInterruptStopsTheLibrary) {
+    const Progress progress(Progress::Bar::kHidden);
+    EXPECT_NE(PercentProgress(1, 2, 0, 100, progress.Owner()), 0);
+    SetInterrupted(true);
+    EXPECT_EQ(PercentProgress(1, 2, 0, 100, progress.Owner()), 0);
+    SetInterrupted(false);
+    EXPECT_EQ(StatusFailure("", QV8_STATUS_CANCELLED).Code(), 130);
+}
+
+TEST(Command, TellsAboutAPicture) {
+    const Folder folder;
+    const std::string name = folder.Store("a.bmp", BuildBmp({.bits = 4, .width = 5, .height = 7, .colours = 9}));
+    const Outcome outcome = RunQv8({"info", name});
+    EXPECT_EQ(outcome.code, 0);
+    for (const char* part : {"a.bmp", "BMP", "5 x 7", "4 bits", "9 entries"}) {
+        EXPECT_TRUE(Has(outcome.out, part)) << outcome.out;
+    }
+}
+
+TEST(Command, ListsEveryEffectAndExplainsIt) {
+    const Outcome list = RunQv8({"effects"});
+    EXPECT_EQ(list.code, 0);
+    for (const Effect& effect : AllEffects()) {
+        EXPECT_TRUE(Has(list.out, effect.name));
+        const Outcome help = RunQv8({effect.name, "--help"});
+        EXPECT_EQ(help.code, 0);
+        EXPECT_TRUE(Has(help.out, effect.help)) << help.out;
+        EXPECT_TRUE(Has(help.out, "130 cancelled")) << effect.name;
+    }
+}
+
+TEST(Command, PointsAreReadAsWritten) {
+    const auto points = ParsePolygon("-5,3 7,-8");
+    ASSERT_TRUE(points);
+    EXPECT_EQ((*points)[0].x, -5);
+    EXPECT_EQ((*points)[1].y, -8);
+    for (const char* wrong : {"", "1,2", "1,2 3", "1,2 3,4,5", "1,2 3,x", "1,2 3,99999999999", "1;2 3;4"}) {
+        EXPECT_FALSE(ParsePolygon(wrong)) << wrong;
+    }
+    EXPECT_EQ(JoinPolygonWords({"--polygon", "1,2", "-3,4", "in", "5,6"}),
+              (std::vector<std::string>{"--polygon=1,2 -3,4", "in", "5,6"}));
+}
+
+TEST(Command, TheBarShowsHowFarTheWorkIs) {
+    EXPECT_EQ(ProgressLine(0), "[" + std::string(40, '.') + "]   0 %");
+    EXPECT_EQ(ProgressLine(50), "[" + std::string(20, '#') + std::string(20, '.') + "]  50 %");
+    EXPECT_EQ(ProgressLine(100), "[" + std::string(40, '#') + "] 100 %");
+}
+
+} // namespace

@@ -1,0 +1,93 @@
+// The finished program, run as a user's script runs it.
+#include <csignal>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#ifdef _WIN32
+#include <qv8platform.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+#include "files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path ProgramPath() {
+#ifdef _WIN32
+    wchar_t name[MAX_PATH];
+    GetModuleFileNameW(nullptr, name, MAX_PATH);
+    return fs::path(name).parent_path() / "qv8.exe";
+#else
+    return fs::read_symlink("/proc/self/exe").parent_path() / "qv8";
+#endif
+}
+
+// Runs the program through the system's command interpreter; what it says goes to the given files.
+int RunQv8(const std::vector<std::string>& words, const fs::path& out, const fs::path& err) {
+    std::u8string line = u8"\"" + ProgramPath().u8string() + u8"\"";
+    for (const std::string& word : words) {
+        line += u8" \"" + std::u8string(word.begin(), word.end()) + u8"\"";
+    }
+    line += u8" >\"" + out.u8string() + u8"\" 2>\"" + err.u8string() + u8"\"";
+#ifdef _WIN32
+    return _wsystem((L"\"" + fs::path(line).wstring() + L"\"").c_str());
+#else
+    const int status = std::system(reinterpret_cast<const char*>(line.c_str()));
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
+}
+
+TEST(Program, GivesItsExitCodeAndKeepsItsTwoOutputsApart) {
+    const Folder folder;
+    EXPECT_EQ(RunQv8({"effects"}, folder.Path("out"), folder.Path("err")), 0);
+    EXPECT_FALSE(folder.Load("out").empty());
+    EXPECT_TRUE(folder.Load("err").empty());
+    EXPECT_EQ(RunQv8({"nothing"}, folder.Path("out"), folder.Path("err")), 2);
+    EXPECT_TRUE(folder.Load("out").empty());
+    EXPECT_FALSE(folder.Load("err").empty());
+}
+
+TEST(Program, ShowsNoBarInAFileAndTakesNamesOfAllLanguages) {
+    const Folder folder;
+    const std::string in = folder.Store("\xC3\xA9\xE6\xB5\xB7 1.bmp", BuildBmp({.bits = 8, .width = 3}));
+    const std::string out = folder.Name("\xC3\xB8\xD0\x96.bmp");
+    EXPECT_EQ(RunQv8({"convert-color", "--depth", "24", in, out}, folder.Path("out"), folder.Path("err")), 0);
+    EXPECT_TRUE(folder.Load("err").empty());
+    EXPECT_EQ(folder.Load("\xC3\xB8\xD0\x96.bmp").size(), 14U + 40 + 2 * 12);
+}
+
+#ifndef _WIN32
+// The program waits for its input in a pipe, so the signal comes before its work begins.
+TEST(Program, CtrlCEndsTheWorkAndLeavesNoFile) {
+    const Folder folder;
+    const std::string in = folder.Name("pipe");
+    const std::string out = folder.Name("out.png");
+    ASSERT_EQ(mkfifo(in.c_str(), 0600), 0);
+    const std::string program = ProgramPath().string();
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGINT, SIG_DFL);
+        execl(program.c_str(), "qv8", "rgb-rev", in.c_str(), out.c_str(), static_cast<char*>(nullptr));
+        _exit(99);
+    }
+    const int pipe = open(in.c_str(), O_WRONLY); // opens when the program opens the other end
+    kill(child, SIGINT);
+    const Bytes picture = BuildBmp({});
+    EXPECT_EQ(write(pipe, picture.data(), picture.size()), static_cast<ssize_t>(picture.size()));
+    close(pipe);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 130);
+    EXPECT_EQ(folder.FileCount(), 1U);
+}
+#endif
+
+} // namespace

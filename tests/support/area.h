@@ -1,0 +1,37 @@
+// Areas of effect: random ones of every form, and which pixels they hold.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "qv8effect.h"
+#include "support/picture.h"
+
+namespace test {
+
+// The area arguments of a call. The mask of a mask area belongs to the call's target.
+struct Area {
+    DWORD type = QV8_AREA_WHOLE;
+    std::vector<POINT> points;
+    RECT rect = {};
+    BOOL inside = 1;
+};
+
+enum class AreaForm { kWhole, kMask, kPolygonInside, kPolygonOutside, kEllipseInside, kEllipseOutside };
+
+std::span<const AreaForm> AreaForms();
+std::string Describe(const Area& area);
+const char* NameOf(AreaForm form); // inside and outside share a name
+
+// Shapes reach beyond the picture now and then, and their sides come in any order.
+Area RandomArea(AreaForm form, int width, int height, Random& random);
+// A mask with random bits, in clusters, under random colours.
+Picture RandomMask(int width, int height, Random& random);
+
+// Which pixels of a picture the area holds, rows from the bottom, as the platform draws the shape on a canvas of the
+// picture's size; nothing when the platform refuses to draw it.
+std::optional<std::vector<bool>> PixelsOf(const Area& area, const Picture& mask, int width, int height);
+
+} // namespace test

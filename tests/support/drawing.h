@@ -1,0 +1,33 @@
+// The drawing calls of the platform, for programs that are no part of the library. Off Windows they are not public, but
+// they are there under the platform's names.
+#pragma once
+
+#include "qv8platform.h"
+
+#ifndef _WIN32
+
+using HDC = void*;
+using HGDIOBJ = void*;
+using HBITMAP = void*;
+struct BITMAPINFO;
+
+enum { WHITE_BRUSH = 0, WHITE_PEN = 6, DIB_RGB_COLORS = 0 };
+
+extern "C" {
+QV8_PLATFORM_EXPORT HDC GetDC(HWND window);
+QV8_PLATFORM_EXPORT int ReleaseDC(HWND window, HDC context);
+QV8_PLATFORM_EXPORT HDC CreateCompatibleDC(HDC context);
+QV8_PLATFORM_EXPORT BOOL DeleteDC(HDC context);
+QV8_PLATFORM_EXPORT HBITMAP CreateCompatibleBitmap(HDC context, int width, int height);
+QV8_PLATFORM_EXPORT BOOL DeleteObject(HGDIOBJ object);
+QV8_PLATFORM_EXPORT HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
+QV8_PLATFORM_EXPORT HGDIOBJ GetStockObject(int index);
+QV8_PLATFORM_EXPORT int SetDIBits(HDC context, HBITMAP bitmap, UINT startRow, UINT rows, const void* bits,
+                                  const BITMAPINFO* info, UINT usage);
+QV8_PLATFORM_EXPORT int GetDIBits(HDC context, HBITMAP bitmap, UINT startRow, UINT rows, void* bits, BITMAPINFO* info,
+                                  UINT usage);
+QV8_PLATFORM_EXPORT BOOL Polygon(HDC context, const POINT* points, int count);
+QV8_PLATFORM_EXPORT BOOL Ellipse(HDC context, int left, int top, int right, int bottom);
+}
+
+#endif

@@ -1,0 +1,297 @@
+#include "support/hooks.h"
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <set>
+
+#include "qv8com.h"
+#include "support/drawing.h"
+
+#ifdef _WIN32
+// Replacements under names of their own, put into the import table by InstallHooks.
+#define QV8_HOOK(name) Hooked##name
+#define QV8_REAL(name) (&name)
+#define QV8_HOOK_API __stdcall
+#else
+#include <dlfcn.h>
+// Replacements under the functions' own names.
+#define QV8_HOOK(name) name
+#define QV8_REAL(name) NextDefinition<decltype(&name)>(#name)
+#define QV8_HOOK_API
+#endif
+
+namespace test::hooks {
+namespace {
+
+struct State {
+    Report report;
+    Failure failure;
+    std::set<HGLOBAL> blocks;
+    std::map<HGLOBAL, int> locks;
+    std::set<const void*> drawingObjects;
+};
+
+// Watched calls run on one thread; others may pass through the replacements while nothing is watched.
+std::atomic<State*> watching = nullptr;
+
+#ifndef _WIN32
+template <class Function>
+Function NextDefinition(const char* name) {
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+#endif
+
+// Counts a call and tells whether it is to fail.
+bool Fails(Kind kind) {
+    State* const state = watching;
+    if (state == nullptr) {
+        return false;
+    }
+    const int call = ++state->report.calls[static_cast<std::size_t>(kind)];
+    const Failure& failure = state->failure;
+    if (kind != failure.kind || (failure.andAfter ? call < failure.call : call != failure.call)) {
+        return false;
+    }
+    return state->report.failed = true;
+}
+
+void Misuse(State& state, const char* what) {
+    state.report.misuse += what;
+    state.report.misuse += "; ";
+}
+
+template <class Object>
+Object Taken(Object object) {
+    State* const state = watching;
+    if (state != nullptr && object != nullptr) {
+        state->drawingObjects.insert(object);
+    }
+    return object;
+}
+
+void GivenBack(const void* object, bool accepted) {
+    State* const state = watching;
+    if (state != nullptr && (state->drawingObjects.erase(object) == 0 || !accepted)) {
+        Misuse(*state, "a context or bitmap given back that was not taken or is in use");
+    }
+}
+
+} // namespace
+} // namespace test::hooks
+
+using namespace test::hooks;
+
+extern "C" {
+
+HGLOBAL QV8_HOOK_API QV8_HOOK(GlobalAlloc)(UINT flags, SIZE_T bytes) {
+    if (Fails(Kind::kAllocation)) {
+        return nullptr;
+    }
+    const HGLOBAL block = QV8_REAL(GlobalAlloc)(flags, bytes);
+    State* const state = watching;
+    if (state != nullptr && block != nullptr) {
+        state->blocks.insert(block);
+    }
+    return block;
+}
+
+void* QV8_HOOK_API QV8_HOOK(GlobalLock)(HGLOBAL block) {
+    if (Fails(Kind::kLock)) {
+        return nullptr;
+    }
+    void* const address = QV8_REAL(GlobalLock)(block);
+    State* const state = watching;
+    if (state != nullptr && address != nullptr) {
+        ++state->locks[block];
+    }
+    return address;
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(GlobalUnlock)(HGLOBAL block) {
+    State* const state = watching;
+    if (state != nullptr && --state->locks[block] < 0) {
+        Misuse(*state, "a block unlocked that was not locked");
+    }
+    return QV8_REAL(GlobalUnlock)(block);
+}
+
+HGLOBAL QV8_HOOK_API QV8_HOOK(GlobalFree)(HGLOBAL block) {
+    State* const state = watching;
+    if (state != nullptr) {
+        if (state->blocks.erase(block) == 0) {
+            Misuse(*state, "a block freed that was not allocated");
+        }
+        if (state->locks[block] != 0) {
+            Misuse(*state, "a block freed while locked");
+        }
+        state->locks.erase(block);
+    }
+    return QV8_REAL(GlobalFree)(block);
+}
+
+int QV8_HOOK_API QV8_HOOK(PercentDlgOpen)(DWORD_PTR first, DWORD_PTR second, DWORD_PTR third) {
+    State* const state = watching;
+    if (state == nullptr) {
+        return QV8_REAL(PercentDlgOpen)(first, second, third);
+    }
+    if (Fails(Kind::kDialog)) {
+        return 0;
+    }
+    state->report.dialogs.push_back({first, second, third});
+    return 1;
+}
+
+int QV8_HOOK_API QV8_HOOK(PercentProgress)(int current, int last, int fromPercent, int toPercent, DWORD owner) {
+    State* const state = watching;
+    if (state != nullptr) {
+        state->report.progress.push_back({current, last, fromPercent, toPercent, owner});
+        if (Fails(Kind::kProgress)) {
+            return 0;
+        }
+        if (owner == 0) {
+            return 1;
+        }
+    }
+    return QV8_REAL(PercentProgress)(current, last, fromPercent, toPercent, owner);
+}
+
+void QV8_HOOK_API QV8_HOOK(PercentDlgClose)(void) {
+    State* const state = watching;
+    if (state == nullptr) {
+        QV8_REAL(PercentDlgClose)();
+    } else {
+        ++state->report.dialogsClosed;
+    }
+}
+
+HDC QV8_HOOK_API QV8_HOOK(GetDC)(HWND window) {
+    return Fails(Kind::kGetContext) ? nullptr : Taken(QV8_REAL(GetDC)(window));
+}
+
+int QV8_HOOK_API QV8_HOOK(ReleaseDC)(HWND window, HDC context) {
+    const int result = QV8_REAL(ReleaseDC)(window, context);
+    GivenBack(context, result != 0);
+    return result;
+}
+
+HDC QV8_HOOK_API QV8_HOOK(CreateCompatibleDC)(HDC context) {
+    return Fails(Kind::kCreateContext) ? nullptr : Taken(QV8_REAL(CreateCompatibleDC)(context));
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(DeleteDC)(HDC context) {
+    const BOOL result = QV8_REAL(DeleteDC)(context);
+    GivenBack(context, result != 0);
+    return result;
+}
+
+HBITMAP QV8_HOOK_API QV8_HOOK(CreateCompatibleBitmap)(HDC context, int width, int height) {
+    return Fails(Kind::kCreateBitmap) ? nullptr : Taken(QV8_REAL(CreateCompatibleBitmap)(context, width, height));
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(DeleteObject)(HGDIOBJ object) {
+    const BOOL result = QV8_REAL(DeleteObject)(object);
+    GivenBack(object, result != 0);
+    return result;
+}
+
+HGDIOBJ QV8_HOOK_API QV8_HOOK(SelectObject)(HDC context, HGDIOBJ object) {
+    return Fails(Kind::kSelect) ? nullptr : QV8_REAL(SelectObject)(context, object);
+}
+
+int QV8_HOOK_API QV8_HOOK(SetDIBits)(HDC context, HBITMAP bitmap, UINT startRow, UINT rows, const void* bits,
+                                     const BITMAPINFO* info, UINT usage) {
+    return Fails(Kind::kSetBits) ? 0 : QV8_REAL(SetDIBits)(context, bitmap, startRow, rows, bits, info, usage);
+}
+
+int QV8_HOOK_API QV8_HOOK(GetDIBits)(HDC context, HBITMAP bitmap, UINT startRow, UINT rows, void* bits,
+                                     BITMAPINFO* info, UINT usage) {
+    return Fails(Kind::kGetBits) ? 0 : QV8_REAL(GetDIBits)(context, bitmap, startRow, rows, bits, info, usage);
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(Polygon)(HDC context, const POINT* points, int count) {
+    return Fails(Kind::kPolygon) ? 0 : QV8_REAL(Polygon)(context, points, count);
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(Ellipse)(HDC context, int left, int top, int right, int bottom) {
+    return Fails(Kind::kEllipse) ? 0 : QV8_REAL(Ellipse)(context, left, top, right, bottom);
+}
+
+} // extern "C"
+
+namespace test::hooks {
+namespace {
+
+#ifdef _WIN32
+
+template <class Function>
+std::uintptr_t AddressOf(Function* function) {
+    return reinterpret_cast<std::uintptr_t>(function);
+}
+
+// What is called instead of an imported function, or 0 to leave it.
+std::uintptr_t ReplacementOf(const std::string& name) {
+#define QV8_ENTRY(function)                                                                                            \
+    { #function, AddressOf(&Hooked##function) }
+    static const std::map<std::string, std::uintptr_t> kReplacements = {
+        QV8_ENTRY(GlobalAlloc),        QV8_ENTRY(GlobalLock),     QV8_ENTRY(GlobalUnlock),
+        QV8_ENTRY(GlobalFree),         QV8_ENTRY(PercentDlgOpen), QV8_ENTRY(PercentProgress),
+        QV8_ENTRY(PercentDlgClose),    QV8_ENTRY(GetDC),          QV8_ENTRY(ReleaseDC),
+        QV8_ENTRY(CreateCompatibleDC), QV8_ENTRY(DeleteDC),       QV8_ENTRY(CreateCompatibleBitmap),
+        QV8_ENTRY(DeleteObject),       QV8_ENTRY(SelectObject),   QV8_ENTRY(SetDIBits),
+        QV8_ENTRY(GetDIBits),          QV8_ENTRY(Polygon),        QV8_ENTRY(Ellipse),
+    };
+#undef QV8_ENTRY
+    const auto found = kReplacements.find(name);
+    return found != kReplacements.end() ? found->second : 0;
+}
+
+void Overwrite(std::uintptr_t* slot, std::uintptr_t value) {
+    DWORD before = 0;
+    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
+    *slot = value;
+    VirtualProtect(slot, sizeof *slot, before, &before);
+}
+
+void InstallHooks() {
+    auto* const base = reinterpret_cast<BYTE*>(GetModuleHandleA("Qv8Effect.dll"));
+    const auto* const dosHeader = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dosHeader->e_lfanew);
+    const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports);
+    for (; library->Name != 0; ++library) {
+        const auto* names = reinterpret_cast<const DWORD*>(base + library->OriginalFirstThunk);
+        auto* slots = reinterpret_cast<std::uintptr_t*>(base + library->FirstThunk);
+        for (; *names != 0; ++names, ++slots) {
+            const char* const name = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + *names)->Name;
+            if (const std::uintptr_t replacement = ReplacementOf(name)) {
+                Overwrite(slots, replacement);
+            }
+        }
+    }
+}
+
+#else
+
+void InstallHooks() {}
+
+#endif
+
+} // namespace
+
+Report Watch(const Failure& failure, const std::function<void()>& call) {
+    [[maybe_unused]] static const bool installed = (InstallHooks(), true);
+    State state;
+    state.failure = failure;
+    watching = &state;
+    call();
+    watching = nullptr;
+    state.report.blocks.assign(state.blocks.begin(), state.blocks.end());
+    for (const auto& [block, count] : state.locks) {
+        state.report.locks += std::max(count, 0);
+    }
+    state.report.drawingObjects = static_cast<int>(state.drawingObjects.size());
+    return std::move(state.report);
+}
+
+} // namespace test::hooks

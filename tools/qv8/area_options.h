@@ -1,0 +1,50 @@
+// The options that limit an effect to a part of the picture.
+#ifndef QV8_TOOL_AREA_OPTIONS_H
+#define QV8_TOOL_AREA_OPTIONS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "effects.h"
+
+// The area in the form in which the library takes it.
+struct Area {
+    ImageSet target{};
+    DWORD type = QV8_AREA_WHOLE;
+    std::vector<POINT> points;
+    RECT rect{};
+    BOOL inside = TRUE;
+    Picture mask; // what target.hMask names
+
+    int PointCount() const {
+        return static_cast<int>(points.size());
+    }
+};
+
+class AreaOptions {
+public:
+    // Adds --mask, --polygon, --ellipse and --outside. The options must stay where they are while the command is in
+    // use.
+    void AddTo(CLI::App& command);
+
+    // Reads the mask file, if there is one. Throws a Failure when it cannot be used.
+    Area Resolve(const EffectRequest& request) const;
+
+private:
+    std::string maskName_;
+    std::string polygon_;
+    std::string ellipse_;
+    bool outside_ = false;
+};
+
+// The points of "x,y x,y ...", or nothing when the text is anything else or has fewer than two.
+std::optional<std::vector<POINT>> ParsePolygon(const std::string& text);
+
+// The rectangle of "left,top,right,bottom", or nothing when the text is anything else.
+std::optional<RECT> ParseRectangle(const std::string& text);
+
+// Joins the words behind "--polygon" that are points into one word, so that the option is told from what follows it.
+std::vector<std::string> JoinPolygonWords(const std::vector<std::string>& words);
+
+#endif

@@ -1,0 +1,24 @@
+// The functions behind the rows of the effect table, in the order of their families.
+#ifndef QV8_TOOL_EFFECT_FAMILIES_H
+#define QV8_TOOL_EFFECT_FAMILIES_H
+
+#include "effects.h"
+
+// tone_effects.cpp
+EffectCall AddRgbGamma(CLI::App& command);
+EffectCall AddRgbLevel(CLI::App& command);
+EffectCall AddRgbRev(CLI::App& command);
+EffectCall AddYccGamma(CLI::App& command);
+EffectCall AddYccLevel(CLI::App& command);
+EffectCall AddYccRev(CLI::App& command);
+EffectCall AddChroma(CLI::App& command);
+EffectCall AddSetGray(CLI::App& command);
+
+// convert_effects.cpp
+EffectCall AddConvertColor(CLI::App& command);
+
+// image_effects.cpp
+EffectCall AddCreateImage(CLI::App& command);
+EffectCall AddCopyImage(CLI::App& command);
+
+#endif

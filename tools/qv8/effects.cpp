@@ -1,0 +1,27 @@
+#include "effects.h"
+
+#include <array>
+
+#include "effect_families.h"
+
+namespace {
+
+constexpr std::array kEffects{
+    Effect{"rgb-gamma", "lighten or darken red, green and blue by a curve", AddRgbGamma},
+    Effect{"rgb-level", "add a level to red, green and blue", AddRgbLevel},
+    Effect{"rgb-rev", "invert red, green and blue, or those that are named", AddRgbRev},
+    Effect{"ycc-gamma", "lighten or darken luminance and colour differences by a curve", AddYccGamma},
+    Effect{"ycc-level", "add a level to luminance and colour differences", AddYccLevel},
+    Effect{"ycc-rev", "invert luminance and colour differences, or those that are named", AddYccRev},
+    Effect{"chroma", "strengthen or weaken colour", AddChroma},
+    Effect{"set-gray", "turn the picture grey at its own depth", AddSetGray},
+    Effect{"convert-color", "convert to another depth", AddConvertColor},
+    Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
+    Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
+};
+
+} // namespace
+
+std::span<const Effect> AllEffects() {
+    return kEffects;
+}

@@ -1,0 +1,12 @@
+# CLI11 and stb consist of headers alone and suit any compiler, so a cross build uses the ones of the building system.
+# Their parent folder holds that system's own C library headers as well, which a cross compiler must not see: a folder
+# of links offers the two and nothing else.
+foreach(package CLI/CLI.hpp stb/stb_image.h)
+  get_filename_component(folder ${package} DIRECTORY)
+  find_path(QV8_${folder}_PARENT ${package} NO_CMAKE_FIND_ROOT_PATH PATHS /usr/include /usr/local/include REQUIRED)
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/headers)
+  file(CREATE_LINK ${QV8_${folder}_PARENT}/${folder} ${CMAKE_BINARY_DIR}/headers/${folder} SYMBOLIC)
+endforeach()
+
+add_library(qv8_header_only INTERFACE)
+target_include_directories(qv8_header_only SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/headers)

@@ -1,0 +1,12 @@
+// What there is to know about a picture file, in words.
+#ifndef QV8_TOOL_INFO_H
+#define QV8_TOOL_INFO_H
+
+#include <string>
+
+#include "image_file.h"
+
+// Several lines, one for each property.
+std::string DescribePicture(const std::string& name, const LoadedPicture& loaded);
+
+#endif

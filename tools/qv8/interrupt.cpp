@@ -1,0 +1,59 @@
+#include "interrupt.h"
+
+#include <atomic>
+
+#ifdef _WIN32
+#include <qv8platform.h>
+#else
+#include <csignal>
+#endif
+
+#include "failure.h"
+
+namespace {
+
+std::atomic<bool> interruptNoted{false}; // written by a signal handler, or by a thread of the system
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+#ifdef _WIN32
+// The system calls this with a stack that is aligned to 4 bytes only.
+__attribute__((force_align_arg_pointer)) BOOL WINAPI OnConsoleEvent(DWORD event) {
+    const bool first = !interruptNoted.exchange(true);
+    return first && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT);
+}
+#else
+void OnSignal(int) {
+    interruptNoted = true;
+}
+#endif
+
+} // namespace
+
+void WatchForInterrupt() {
+#ifdef _WIN32
+    SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+#else
+    struct sigaction current {};
+    if (sigaction(SIGINT, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) {
+        return; // whoever started this program in the background does not want it to be interrupted
+    }
+    struct sigaction action {};
+    action.sa_handler = OnSignal;
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+    sigaction(SIGINT, &action, nullptr);
+#endif
+}
+
+bool Interrupted() {
+    return interruptNoted;
+}
+
+void SetInterrupted(bool interrupted) {
+    interruptNoted = interrupted;
+}
+
+void StopIfInterrupted() {
+    if (Interrupted()) {
+        throw Failure(kExitCancelled, "cancelled");
+    }
+}
