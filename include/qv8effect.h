@@ -143,8 +143,9 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, D
                    grey have fixed tables in any case.
      dither        non-zero: spread the error of each pixel over its neighbours while reducing.
      threshold     0..255, black/white threshold of a 1-bit result: white from a mean of this value on.
-   A reduction to 256 colours built from the picture may show stray pixels, of the first colour of the table, where a rare
-   colour falls beside all of its boxes; the fixed table and 16 colours have none.
+   A reduction to 256 colours built from the picture shows stray pixels, of the first colour of the table, where a colour
+   falls beside all of its boxes, and with dithering each of them may draw a streak behind it, most of all in soft
+   gradients. The fixed table and 16 colours have none.
    Statuses: 5 another depth, or the depth the picture has. A zero handle returns 0 and leaves the status alone. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither,
                                                 DWORD threshold, DWORD progressOwner, DWORD_PTR dialog1,
