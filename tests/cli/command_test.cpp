@@ -159,7 +159,7 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         {{"rgb-rev", "--max-pixels", "31", in, out}, 3, "limit of 31"},
         {{"rgb-rev", "--mask", cut, in, out}, 3, "cut.bmp"},
         {{"rgb-rev", "--mask", other, in, out}, 3, "9 x 4"},
-        {{"info", nowhere}, 3, "nowhere"},
+        {{"info", "/nowhere"}, 3, "/nowhere"},
         {{"rgb-rev", in, nowhere + "/out.bmp"}, 4, "nowhere"},
     };
     for (const Case& wrong : cases) {

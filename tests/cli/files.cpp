@@ -59,7 +59,8 @@ Bytes BuildBmp(const BmpForm& form, const std::vector<Bytes>& rowsFromBottom) {
     info.resize(info.size() + form.gap, 0xCD);
     Bytes file;
     Append(file, 0x4D42, 2);
-    Append(file, 0, 8);
+    Append(file, 0, 4); // the size, known at the end
+    Append(file, 0, 4);
     Append(file, static_cast<std::uint32_t>(14 + info.size()), 4);
     file.insert(file.end(), info.begin(), info.end());
     for (std::size_t y = 0; y < rowsFromBottom.size(); ++y) {

@@ -150,6 +150,7 @@ int CarryOut(const Action& action, std::ostream& out, std::ostream& err) {
 
 int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& err) {
     CLI::App app("Applies an effect to a picture.", "qv8");
+    app.allow_windows_style_options(false); // a word that begins with a slash is a file on every system
     app.require_subcommand(1);
     app.set_version_flag("--version", "qv8 " QV8_VERSION);
     app.footer(kFooter);
