@@ -2,21 +2,21 @@
  * Qv8Effect: effects on pictures held as packed device-independent bitmaps in movable global memory.
  *
  * PICTURES. A picture is an HGLOBAL from GlobalAlloc (movable memory) that holds, without gaps, a 40-byte
- * BITMAPINFOHEADER, the colour table and the rows, bottom row first, each padded to a multiple of 4 bytes. Depths are 1,
- * 4, 8 (indices into the colour table), 16 (5-5-5 or 5-6-5), 24 and 32 bits. `biClrUsed` entries are in the table, or
- * the full 2, 16 or 256 when it is 0; an index beyond the table reads as black. Width and height are at least 1.
+ * BITMAPINFOHEADER, the colour table and the rows, bottom row first, each padded to a multiple of 4 bytes. Depths are
+ * 1, 4, 8 (indices into the colour table), 16 (5-5-5 or 5-6-5), 24 and 32 bits. `biClrUsed` entries are in the table,
+ * or the full 2, 16 or 256 when it is 0; an index beyond the table reads as black. Width and height are at least 1.
  *
  * OWNERSHIP. Pictures passed in are locked and unlocked, never changed and never freed. Pictures returned are new and
  * unlocked; the caller frees them with GlobalFree. Pointers are read during the call only.
  *
- * RESULTS. Functions that return HGLOBAL return a new picture, or 0. Functions that return ImageSet return a new picture
- * and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` (always, once the progress dialog is open)
- * and return 1, or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion library (qv8com.h),
- * per thread, as one of the QV8_STATUS values. On every failure all that the call made is freed.
+ * RESULTS. Functions that return HGLOBAL return a new picture, or 0. Functions that return ImageSet return a new
+ * picture and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` (always, once the progress dialog
+ * is open) and return 1, or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion library
+ * (qv8com.h), per thread, as one of the QV8_STATUS values. On every failure all that the call made is freed.
  *
- * STATUSES. Every function can leave: 0 success; 1 cancelled; 2 the progress dialog could not be opened; 3 out of memory,
- * or a result above 0x7FFFFFFF bytes; 7 a picture that is a zero handle, is damaged, or has a depth or layout that the
- * function does not accept. Further statuses stand with each function.
+ * STATUSES. Every function can leave: 0 success; 1 cancelled; 2 the progress dialog could not be opened; 3 out of
+ * memory, or a result above 0x7FFFFFFF bytes; 7 a picture that is a zero handle, is damaged, or has a depth or layout
+ * that the function does not accept. Further statuses stand with each function.
  *
  * THREADS. Every function runs to its end on the calling thread. No state is kept between calls, so any number of
  * threads may call at once, on shared source pictures too, and a progress callback may call back into the library.
@@ -29,17 +29,15 @@
  *
  * THE AREA OF EFFECT, in functions with these arguments, limits an effect to a part of the picture:
  *   target      the picture and, for area type 0, its mask. Null counts as {0, 0}.
- *   areaType    0 (QV8_AREA_MASK) the set bits of target->hMask, a 1-bit picture of the same size, whatever its colours;
- *               1 (QV8_AREA_WHOLE) the whole picture; 2 (QV8_AREA_POLYGON) a polygon, alternate fill, outline included;
- *               3 (QV8_AREA_ELLIPSE) an ellipse. Only the low byte counts.
- *   points      corners of the polygon in pixels, y counted from the top; moved to the nearest edge where outside.
- *   pointCount  number of corners, at least 2.
- *   rect        bounding rectangle of the ellipse in pixels, y counted from the top, right and bottom excluded; cut to
- *               the picture; either order of its sides. Null counts as all zeros.
- *   inside      non-zero: the effect applies inside the polygon or ellipse; 0: outside it.
- * Statuses: 2 the shape could not be drawn; 5 another `areaType`, fewer than 2 points or null points; 7 area type 0
- * without a mask, or a mask that is not 1-bit or of another size.
- * What an argument does not use is ignored: area type 1 looks at nothing else.
+ *   areaType    0 (QV8_AREA_MASK) the set bits of target->hMask, a 1-bit picture of the same size, whatever its
+ * colours; 1 (QV8_AREA_WHOLE) the whole picture; 2 (QV8_AREA_POLYGON) a polygon, alternate fill, outline included; 3
+ * (QV8_AREA_ELLIPSE) an ellipse. Only the low byte counts. points      corners of the polygon in pixels, y counted from
+ * the top; moved to the nearest edge where outside. pointCount  number of corners, at least 2. rect        bounding
+ * rectangle of the ellipse in pixels, y counted from the top, right and bottom excluded; cut to the picture; either
+ * order of its sides. Null counts as all zeros. inside      non-zero: the effect applies inside the polygon or ellipse;
+ * 0: outside it. Statuses: 2 the shape could not be drawn; 5 another `areaType`, fewer than 2 points or null points; 7
+ * area type 0 without a mask, or a mask that is not 1-bit or of another size. What an argument does not use is ignored:
+ * area type 1 looks at nothing else.
  *
  * BYTE and flag arguments arrive in 32-bit slots; of BYTE arguments only the low byte counts, a BOOL is true when it is
  * not 0. "Clamped" means that a value out of range counts as the nearest one in range, without an error.
@@ -69,13 +67,13 @@ typedef struct ImageSet {
 
 enum {
     QV8_STATUS_SUCCESS = 0,
-    QV8_STATUS_CANCELLED = 1,    /* the user or the progress owner asked to stop */
-    QV8_STATUS_DIALOG = 2,       /* no progress dialog, or an area could not be drawn */
-    QV8_STATUS_MEMORY = 3,       /* out of memory, or a size above 0x7FFFFFFF bytes */
-    QV8_STATUS_DEPTH = 4,        /* bit depth not handled */
-    QV8_STATUS_PARAMETER = 5,    /* bad parameter */
-    QV8_STATUS_PICTURE = 7,      /* bad picture */
-    QV8_STATUS_DRAWING = 9       /* a drawing operation failed */
+    QV8_STATUS_CANCELLED = 1, /* the user or the progress owner asked to stop */
+    QV8_STATUS_DIALOG = 2,    /* no progress dialog, or an area could not be drawn */
+    QV8_STATUS_MEMORY = 3,    /* out of memory, or a size above 0x7FFFFFFF bytes */
+    QV8_STATUS_DEPTH = 4,     /* bit depth not handled */
+    QV8_STATUS_PARAMETER = 5, /* bad parameter */
+    QV8_STATUS_PICTURE = 7,   /* bad picture */
+    QV8_STATUS_DRAWING = 9    /* a drawing operation failed */
 };
 
 enum { QV8_AREA_MASK = 0, QV8_AREA_WHOLE = 1, QV8_AREA_POLYGON = 2, QV8_AREA_ELLIPSE = 3 };
@@ -109,7 +107,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBRev(const ImageSet* target, DWORD areaType
                                           DWORD_PTR dialog3);
 
 /* The curve of QV8RGBGamma on luminance, red difference and blue difference (in this order).
-     gammaY, gammaCr, gammaCb  curve strength; 0 leaves the component, but for the rounding of the way there and back. */
+     gammaY, gammaCr, gammaCb  curve strength; 0 leaves the component, but for the rounding of the way there and back.
+ */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCGamma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                             const RECT* rect, BOOL inside, double gammaY, double gammaCr,
                                             double gammaCb, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
@@ -143,10 +142,10 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, D
                    grey have fixed tables in any case.
      dither        non-zero: spread the error of each pixel over its neighbours while reducing.
      threshold     0..255, black/white threshold of a 1-bit result: white from a mean of this value on.
-   A reduction to 256 colours built from the picture shows stray pixels, of the first colour of the table, where a colour
-   falls beside all of its boxes, and with dithering each of them may draw a streak behind it, most of all in soft
-   gradients. The fixed table and 16 colours have none.
-   Statuses: 5 another depth, or the depth the picture has. A zero handle returns 0 and leaves the status alone. */
+   A reduction to 256 colours built from the picture shows stray pixels, of the first colour of the table, where a
+   colour falls beside all of its boxes, and with dithering each of them may draw a streak behind it, most of all in
+   soft gradients. The fixed table and 16 colours have none. Statuses: 5 another depth, or the depth the picture has. A
+   zero handle returns 0 and leaves the status alone. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither,
                                                 DWORD threshold, DWORD progressOwner, DWORD_PTR dialog1,
                                                 DWORD_PTR dialog2, DWORD_PTR dialog3);
@@ -180,8 +179,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType,
    Statuses: 5 another direction. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Emboss(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                           const RECT* rect, BOOL inside, DWORD direction, DWORD depth, DWORD base,
-                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
-                                          DWORD_PTR dialog3);
+                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /* Softens with the mean of a square. radius: 1..20 pixels, clamped; low byte. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
@@ -207,8 +205,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8AntiAlias(const ImageSet* target, DWORD areaT
    Statuses: 5 both below 2. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Mosaic(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                           const RECT* rect, BOOL inside, int blockWidth, int blockHeight,
-                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
-                                          DWORD_PTR dialog3);
+                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /* Draws the edges as grey levels.
      channel        0 luminance, 1 red, 2 green, 3 blue; low byte.

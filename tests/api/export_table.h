@@ -65,8 +65,12 @@ struct Export {
     int unknownDepthStatus; // for a picture of a depth that does not exist
     Result (*call)(const Call& call, Parameters& parameters);
 
-    bool TakesPicture() const { return zeroHandleStatus != QV8_STATUS_SUCCESS; }
-    bool Accepts(const Layout& layout) const { return (layout.acceptedBy & accepts) != 0; }
+    bool TakesPicture() const {
+        return zeroHandleStatus != QV8_STATUS_SUCCESS;
+    }
+    bool Accepts(const Layout& layout) const {
+        return (layout.acceptedBy & accepts) != 0;
+    }
     bool UsesAreaOf(const Layout& layout) const {
         return areaUse == AreaUse::kAlways || (areaUse == AreaUse::kTrueColour && layout.bits > 8);
     }
@@ -78,7 +82,7 @@ std::span<const Export> Exports();
 template <class Function, class... OwnParameters>
 auto CallWithArea(Function* function, const Call& call, OwnParameters... parameters) {
     const Area& area = call.area;
-    return function(&call.target, area.type, area.points.empty() ? nullptr : area.points.data(),
+    return function(&call.target, area.type, area.omitPoints ? nullptr : area.points.data(),
                     static_cast<int>(area.points.size()), &area.rect, area.inside, parameters..., call.progressOwner,
                     call.dialog[0], call.dialog[1], call.dialog[2]);
 }

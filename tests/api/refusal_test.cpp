@@ -52,6 +52,7 @@ struct AreaCase {
     Mask mask;
     int status;
     RECT rect = {2, 2, 9, 9};
+    bool omitPoints = false;
 };
 
 const AreaCase kAreas[] = {
@@ -61,6 +62,7 @@ const AreaCase kAreas[] = {
     {"low byte 1", 0xABCDEF01, {}, Mask::kNone, kOk},
     {"whole with a bad mask", QV8_AREA_WHOLE, {}, Mask::kCutShort, kOk},
     {"no points", QV8_AREA_POLYGON, {}, Mask::kNone, QV8_STATUS_PARAMETER},
+    {"null points", QV8_AREA_POLYGON, {{3, 3}, {5, 9}}, Mask::kNone, QV8_STATUS_PARAMETER, {}, true},
     {"one point", QV8_AREA_POLYGON, {{3, 3}}, Mask::kNone, QV8_STATUS_PARAMETER},
     {"two points", QV8_AREA_POLYGON, {{3, 3}, {5, 9}}, Mask::kNone, kOk},
     {"the farthest points", QV8_AREA_POLYGON, {{INT_MIN, INT_MAX}, {INT_MAX, INT_MIN}, {0, 0}}, Mask::kNone, kOk},
@@ -113,7 +115,7 @@ TEST(EveryExport, ChecksItsArea) {
                 Call call;
                 call.target = {picture.Handle(), mask.get()};
                 call.bits = layout.bits;
-                call.area = {areaCase.type, areaCase.points, areaCase.rect, 1};
+                call.area = {areaCase.type, areaCase.points, areaCase.rect, 1, areaCase.omitPoints};
                 Expect(row, call, row.UsesAreaOf(layout) ? areaCase.status : kOk);
                 EXPECT_TRUE(picture.Untouched());
             }

@@ -9,6 +9,7 @@ struct CompanionRecord {
     int dialogsClosed;
     int reports;
     int foreignOwners; // reports with another owner than `expectedOwner`
+    int misaligned;    // calls on a stack that is not aligned to 16 bytes
     DWORD expectedOwner;
     DWORD_PTR dialogArguments[3];
     int status;

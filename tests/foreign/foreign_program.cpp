@@ -103,6 +103,7 @@ void CheckStackAndDialog(const Export& row) {
             Check(companionRecord.dialogsOpened == dialogs, context + ": dialogs opened");
             Check(companionRecord.dialogsClosed == dialogs, context + ": dialogs closed");
             Check(companionRecord.foreignOwners == 0, context + ": owner");
+            Check(companionRecord.misaligned == 0, context + ": the stack was not aligned again");
             const DWORD_PTR* const passed = companionRecord.dialogArguments;
             Check(dialogs == 0 || (passed[0] == 0xA1 && passed[1] == 0xA2 && passed[2] == 0xA3),
                   context + ": dialog arguments");
@@ -122,32 +123,37 @@ void CheckAllExports() {
     Check(present > 0, "no export at all");
 }
 
-// A 24-bit picture of 3 x 3 pixels; each pixel holds blue 10, green 20, red 30.
-constexpr int kSide = 3;
-constexpr int kStride = 12;
+// A 24-bit picture, large enough for vector code; each pixel holds blue 10, green 20, red 30.
+constexpr int kSide = 40;
+constexpr int kCentre = kSide / 2;
 
-struct SmallPicture {
+struct PlainPicture {
     BITMAPINFOHEADER header;
-    BYTE rows[kSide * kStride];
+    BYTE pixels[kSide * kSide][3]; // 120 bytes a row need no padding
 };
 
 HGLOBAL MakePicture() {
-    const HGLOBAL block = GlobalAlloc(GHND, sizeof(SmallPicture));
-    auto* const picture = static_cast<SmallPicture*>(GlobalLock(block));
+    const HGLOBAL block = GlobalAlloc(GHND, sizeof(PlainPicture));
+    auto* const picture = static_cast<PlainPicture*>(GlobalLock(block));
     picture->header = {sizeof(BITMAPINFOHEADER), kSide, kSide, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-    for (int i = 0; i != kSide * kStride; ++i) {
-        picture->rows[i] = i % kStride < 3 * kSide ? static_cast<BYTE>(10 + i % kStride % 3 * 10) : 0;
+    for (BYTE(&pixel)[3] : picture->pixels) {
+        pixel[0] = 10;
+        pixel[1] = 20;
+        pixel[2] = 30;
     }
     GlobalUnlock(block);
     return block;
 }
 
-// Bytes of the pixel in the centre, and of the one at the lower left.
+enum class First { kTargetAndArea, kImage };
+
+// An export with its own parameters, and the bytes it makes of the pixel in the centre and of the one at the lower
+// left.
 struct PixelCase {
     const char* name;
-    std::vector<DWORD> parameters;
+    First first;
     DWORD areaType;
-    bool hasArea;
+    std::vector<DWORD> parameters;
     std::vector<BYTE> centre;
     std::vector<BYTE> corner;
 };
@@ -158,49 +164,58 @@ std::vector<DWORD> Doubles(const std::vector<double>& values) {
     return slots;
 }
 
-// The curve of -1 is the square root: 255 sqrt(v / 255) is 50.5, 71.4 and 87.5, to which 0.5 is added.
+// The curve of -1 is the square root: 255 sqrt(v / 255) is 50.5, 71.4 and 87.5, to which 0.5 is added. The luminance is
+// 0.299 x 30 + 0.587 x 20 + 0.114 x 10 = 21.85.
 const PixelCase kPixels[] = {
-    {"QV8RGBLevel", {1, 2, 3}, 1, true, {13, 22, 31}, {13, 22, 31}},
-    {"QV8RGBLevel", {1, 2, 3}, 2, true, {13, 22, 31}, {10, 20, 30}},
-    {"QV8RGBRev", {1, 0, 1}, 3, true, {245, 20, 225}, {10, 20, 30}},
-    {"QV8RGBGamma", Doubles({-1, -1, -1}), 1, true, {50, 71, 87}, {50, 71, 87}},
-    {"QV8ConvertColor", {32, 0, 0, 0}, 0, false, {10, 20, 30, 0}, {10, 20, 30, 0}},
+    {"QV8RGBLevel", First::kTargetAndArea, 1, {1, 2, 3}, {13, 22, 31}, {13, 22, 31}},
+    {"QV8RGBLevel", First::kTargetAndArea, 2, {1, 2, 3}, {13, 22, 31}, {10, 20, 30}},
+    {"QV8RGBRev", First::kTargetAndArea, 3, {1, 0, 1}, {245, 20, 225}, {10, 20, 30}},
+    {"QV8RGBGamma", First::kTargetAndArea, 1, Doubles({-1, -1, -1}), {50, 71, 87}, {50, 71, 87}},
+    {"QV8YCCLevel", First::kTargetAndArea, 3, {1000, 0, 0}, {255, 255, 255}, {10, 20, 30}},
+    {"QV8Chroma", First::kTargetAndArea, 2, {static_cast<DWORD>(-100)}, {21, 21, 21}, {10, 20, 30}},
+    {"QV8SetGray", First::kImage, 0, {}, {21, 21, 21}, {21, 21, 21}},
+    {"QV8ConvertColor", First::kImage, 0, {32, 0, 0, 0}, {10, 20, 30, 0}, {10, 20, 30, 0}},
+    {"QV8CopyImage", First::kImage, 0, {}, {10, 20, 30}, {10, 20, 30}},
 };
 
-void CheckPixel(const PixelCase& row, int phase) {
-    struct {
-        HGLOBAL image, mask;
-    } const target = {MakePicture(), nullptr};
-    const POINT points[] = {{1, 0}, {2, 1}, {1, 1}};
-    const RECT rect = {0, 0, 2, 2};
-    std::vector<DWORD> arguments;
-    if (row.hasArea) {
-        arguments = {reinterpret_cast<DWORD>(&target), row.areaType,
-                     reinterpret_cast<DWORD>(points),  3,
-                     reinterpret_cast<DWORD>(&rect),   1};
-    } else {
-        arguments = {reinterpret_cast<DWORD>(target.image)};
+// The slots of a call: what it begins with, the parameters, a progress owner and no dialog.
+std::vector<DWORD> Slots(const PixelCase& row, const HGLOBAL (&target)[2], DWORD owner) {
+    static const POINT kTriangle[] = {{15, 15}, {30, 15}, {20, 30}};
+    static const RECT kRound = {10, 10, 30, 30};
+    std::vector<DWORD> slots = {reinterpret_cast<DWORD>(target[0])};
+    if (row.first == First::kTargetAndArea) {
+        slots = {reinterpret_cast<DWORD>(target),    row.areaType,
+                 reinterpret_cast<DWORD>(kTriangle), 3,
+                 reinterpret_cast<DWORD>(&kRound),   1};
     }
-    arguments.insert(arguments.end(), row.parameters.begin(), row.parameters.end());
-    arguments.insert(arguments.end(), {0x89ABCDEF, 0, 0, 0});
+    slots.insert(slots.end(), row.parameters.begin(), row.parameters.end());
+    slots.insert(slots.end(), {owner, 0, 0, 0});
+    return slots;
+}
+
+void CheckPixels(const PixelCase& row, int phase) {
+    const HGLOBAL target[2] = {MakePicture(), nullptr};
     companionRecord = {};
     companionRecord.expectedOwner = 0x89ABCDEF;
     companionRecord.status = -1;
-    const HGLOBAL result = reinterpret_cast<HGLOBAL>(Call(row.name, arguments, phase).eax);
+    const std::vector<DWORD> slots = Slots(row, target, companionRecord.expectedOwner);
+    const HGLOBAL result = reinterpret_cast<HGLOBAL>(Call(row.name, slots, phase).eax);
 
     const std::string context = std::string(row.name) + " on a picture at phase " + std::to_string(phase);
     const auto* const bytes = static_cast<const BYTE*>(GlobalLock(result));
     Check(bytes != nullptr && companionRecord.status == 0, context + ": no result");
     Check(companionRecord.reports > 0 && companionRecord.foreignOwners == 0, context + ": progress");
+    Check(companionRecord.misaligned == 0, context + ": the stack was not aligned again");
     if (bytes != nullptr) {
-        const auto size = static_cast<int>(row.centre.size());
-        const BYTE* const rows = bytes + sizeof(BITMAPINFOHEADER);
-        Check(std::memcmp(rows + kStride + size, row.centre.data(), row.centre.size()) == 0, context + ": centre");
-        Check(std::memcmp(rows, row.corner.data(), row.corner.size()) == 0, context + ": corner");
+        const std::size_t pixelBytes = row.centre.size();
+        const BYTE* const pixels = bytes + sizeof(BITMAPINFOHEADER);
+        const BYTE* const centre = pixels + (kCentre * kSide + kCentre) * pixelBytes;
+        Check(std::memcmp(centre, row.centre.data(), pixelBytes) == 0, context + ": centre");
+        Check(std::memcmp(pixels, row.corner.data(), pixelBytes) == 0, context + ": corner");
     }
     GlobalUnlock(result);
     GlobalFree(result);
-    GlobalFree(target.image);
+    GlobalFree(target[0]);
 }
 
 } // namespace
@@ -214,7 +229,7 @@ int main() {
     CheckAllExports();
     for (const PixelCase& row : kPixels) {
         for (int phase = 0; phase != 16; phase += 4) {
-            CheckPixel(row, phase);
+            CheckPixels(row, phase);
         }
     }
     std::printf("%d failures\n", failures);

@@ -24,6 +24,14 @@ DWORD FirstMask(const void* picture) {
     return mask;
 }
 
+// Counts a call whose arguments do not begin on a multiple of 16, where our compiler puts them once the stack is
+// aligned.
+template <class Argument>
+void NoteStack(const Argument* first) {
+    asm volatile("" : "+r"(first)); // keeps the argument where the caller left it
+    Record().misaligned += reinterpret_cast<DWORD_PTR>(first) % 16 != 0 ? 1 : 0;
+}
+
 } // namespace
 
 // Callers may have aligned the stack to 4 bytes only.
@@ -34,16 +42,18 @@ extern "C" {
 int COMPANION_FUNCTION PercentDlgOpen(DWORD_PTR first, DWORD_PTR second, DWORD_PTR third) {
     CompanionRecord& record = Record();
     ++record.dialogsOpened;
+    NoteStack(&first);
     record.dialogArguments[0] = first;
     record.dialogArguments[1] = second;
     record.dialogArguments[2] = third;
     return 1;
 }
 
-int COMPANION_FUNCTION PercentProgress(int, int, int, int, DWORD progressOwner) {
+int COMPANION_FUNCTION PercentProgress(int current, int, int, int, DWORD progressOwner) {
     CompanionRecord& record = Record();
     ++record.reports;
     record.foreignOwners += progressOwner != record.expectedOwner ? 1 : 0;
+    NoteStack(&current);
     return 1;
 }
 
@@ -53,6 +63,7 @@ void COMPANION_FUNCTION PercentDlgClose() {
 
 void COMPANION_FUNCTION SetErrorStatus(int code) {
     Record().status = code;
+    NoteStack(&code);
 }
 
 int COMPANION_FUNCTION DibNumColors(const void* picture) {

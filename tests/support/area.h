@@ -17,6 +17,7 @@ struct Area {
     std::vector<POINT> points;
     RECT rect = {};
     BOOL inside = 1;
+    bool omitPoints = false; // a null pointer in their place
 };
 
 enum class AreaForm { kWhole, kMask, kPolygonInside, kPolygonOutside, kEllipseInside, kEllipseOutside };
