@@ -1,8 +1,8 @@
 // One row per export. The tests that hold for every export run over this table: failures and cancelling, refused
 // pictures, areas, threads, and the checksums that make both builds give the same bytes.
 //
-// To add an export: write its row in export_table.cpp, run the tests, look at checksums.actual.txt and copy it over
-// data/checksums.txt.
+// To add an export: write its row in the rows_*.cpp of its family, run the tests, look at checksums.actual.txt and copy
+// it over data/checksums.txt.
 #pragma once
 
 #include <span>
@@ -18,7 +18,8 @@ namespace test {
 // What a call is made with besides the effect's own parameters.
 struct Call {
     ImageSet target = {nullptr, nullptr};
-    int bits = 24; // of the picture, for parameters that go by it
+    HGLOBAL second = nullptr; // for effects that take two pictures
+    int bits = 24;            // of the picture, for parameters that go by it
     Area area;
     DWORD progressOwner = 1; // nobody's
     DWORD_PTR dialog[3] = {0, 0, 0};
@@ -93,6 +94,7 @@ constexpr int kUntouched = 77; // no status: what the tests set before each call
 struct Scene {
     Source picture;
     Source mask;
+    Source second; // of the same size; 24 bits like the picture, else any layout
     Area area;
 
     Call AsCall() const;

@@ -1,31 +1,11 @@
-// The exported functions: each is the call frame around one worker.
-#include "convert/convert_color.h"
-#include "frame/area.h"
-#include "frame/call_frame.h"
-#include "image/create_copy.h"
+// Exported functions: tone and colour.
+#include "exports/entry.h"
 #include "tone/rgb_curves.h"
 #include "tone/set_gray.h"
 #include "tone/ycc_curves.h"
 
-// Callers align the stack to 4 bytes only, our code wants 16.
-#ifdef __i386__
-#define QV8_ENTRY __attribute__((force_align_arg_pointer))
-#else
-#define QV8_ENTRY
-#endif
-
-namespace {
-
-ImageSet ImagesOf(const ImageSet* target) {
-    return target != nullptr ? *target : ImageSet{nullptr, nullptr};
-}
-
-qv8::AreaArguments AreaOf(DWORD areaType, const POINT* points, int pointCount, const RECT* rect, BOOL inside) {
-    return {static_cast<BYTE>(areaType), points, pointCount, rect != nullptr ? *rect : RECT{0, 0, 0, 0}, inside != 0};
-}
-
-} // namespace
-
+using qv8::AreaOf;
+using qv8::ImagesOf;
 using qv8::RunFramed;
 
 extern "C" {
@@ -96,27 +76,6 @@ QV8_ENTRY HGLOBAL QV8API QV8Chroma(const ImageSet* target, DWORD areaType, const
 QV8_ENTRY HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                     DWORD_PTR dialog3) {
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] { return qv8::SetGray(image, progressOwner); });
-}
-
-QV8_ENTRY HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither, DWORD threshold,
-                                         DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::ConvertColor(image, static_cast<WORD>(bitDepth), fixedPalette != 0, dither != 0,
-                                 static_cast<BYTE>(threshold), progressOwner);
-    });
-}
-
-QV8_ENTRY HGLOBAL QV8API QV8CreateImage(int width, int height, DWORD bitDepth, DWORD red, DWORD green, DWORD blue,
-                                        DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::CreateImage(width, height, static_cast<std::int16_t>(bitDepth), static_cast<BYTE>(red),
-                                static_cast<BYTE>(green), static_cast<BYTE>(blue), progressOwner);
-    });
-}
-
-QV8_ENTRY HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
-                                      DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] { return qv8::CopyImage(image, progressOwner); });
 }
 
 } // extern "C"

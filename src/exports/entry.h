@@ -1,0 +1,24 @@
+// What the exported functions share: each is the call frame around one worker.
+#pragma once
+
+#include "frame/area.h"
+#include "frame/call_frame.h"
+
+// Callers align the stack to 4 bytes only, our code wants 16.
+#ifdef __i386__
+#define QV8_ENTRY __attribute__((force_align_arg_pointer))
+#else
+#define QV8_ENTRY
+#endif
+
+namespace qv8 {
+
+inline ImageSet ImagesOf(const ImageSet* target) {
+    return target != nullptr ? *target : ImageSet{nullptr, nullptr};
+}
+
+inline AreaArguments AreaOf(DWORD areaType, const POINT* points, int pointCount, const RECT* rect, BOOL inside) {
+    return {static_cast<BYTE>(areaType), points, pointCount, rect != nullptr ? *rect : RECT{0, 0, 0, 0}, inside != 0};
+}
+
+} // namespace qv8

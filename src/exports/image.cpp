@@ -1,0 +1,22 @@
+// Exported functions: creation and copy.
+#include "exports/entry.h"
+#include "image/create_copy.h"
+
+using qv8::RunFramed;
+
+extern "C" {
+
+QV8_ENTRY HGLOBAL QV8API QV8CreateImage(int width, int height, DWORD bitDepth, DWORD red, DWORD green, DWORD blue,
+                                        DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+        return qv8::CreateImage(width, height, static_cast<std::int16_t>(bitDepth), static_cast<BYTE>(red),
+                                static_cast<BYTE>(green), static_cast<BYTE>(blue), progressOwner);
+    });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                      DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] { return qv8::CopyImage(image, progressOwner); });
+}
+
+} // extern "C"

@@ -1,0 +1,21 @@
+// The rows of the table of exports, one file per family. Each row: name, layouts accepted, use of the area, status of a
+// zero handle and of a depth that does not exist, typical call.
+#pragma once
+
+#include "api/export_table.h"
+
+namespace test {
+
+constexpr int kBadPicture = QV8_STATUS_PICTURE;
+constexpr int kBadParameter = QV8_STATUS_PARAMETER;
+constexpr int kBadDepth = QV8_STATUS_DEPTH;
+
+inline Result Single(HGLOBAL image) {
+    return {image, nullptr, image != nullptr};
+}
+
+std::span<const Export> ToneRows();
+std::span<const Export> ConvertRows();
+std::span<const Export> ImageRows();
+
+} // namespace test
