@@ -24,3 +24,39 @@ inline void StoreBytes(BYTE* bytes, Floats value) {
     const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
 }
+
+// --- Words: 2 * kLanes lanes of 16 bits
+// -------------------------------------------------------------------------------
+
+constexpr int kWordLanes = 16;
+using Words = WORD __attribute__((vector_size(32)));
+
+inline Words SpreadWord(int value) {
+    return reinterpret_cast<Words>(_mm256_set1_epi16(static_cast<short>(value)));
+}
+inline Words LoadWords(const BYTE* bytes) {
+    return reinterpret_cast<Words>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes))));
+}
+inline void StoreWords(BYTE* bytes, Words words) {
+    const auto value = reinterpret_cast<__m256i>(words);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes),
+                     _mm_packus_epi16(_mm256_castsi256_si128(value), _mm256_extracti128_si256(value, 1)));
+}
+inline Ints LowInts(Words words) {
+    return reinterpret_cast<Ints>(_mm256_unpacklo_epi16(reinterpret_cast<__m256i>(words), _mm256_setzero_si256()));
+}
+inline Ints HighInts(Words words) {
+    return reinterpret_cast<Ints>(_mm256_unpackhi_epi16(reinterpret_cast<__m256i>(words), _mm256_setzero_si256()));
+}
+inline Words PackInts(Ints low, Ints high) {
+    return reinterpret_cast<Words>(_mm256_packs_epi32(reinterpret_cast<__m256i>(low), reinterpret_cast<__m256i>(high)));
+}
+inline Words HighProduct(Words a, Words b) {
+    return reinterpret_cast<Words>(_mm256_mulhi_epu16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Floats Smaller(Floats a, Floats b) {
+    return _mm256_min_ps(a, b);
+}
+inline Floats Larger(Floats a, Floats b) {
+    return _mm256_max_ps(a, b);
+}

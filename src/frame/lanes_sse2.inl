@@ -34,3 +34,43 @@ inline void StoreBytes(BYTE* bytes, Floats value) {
     const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
     __builtin_memcpy(bytes, &packed, sizeof packed);
 }
+
+// --- Words: 2 * kLanes lanes of 16 bits
+// -------------------------------------------------------------------------------
+
+constexpr int kWordLanes = 8;
+using Words = WORD __attribute__((vector_size(16)));
+
+inline Words SpreadWord(int value) {
+    return reinterpret_cast<Words>(_mm_set1_epi16(static_cast<short>(value)));
+}
+// kWordLanes bytes, widened.
+inline Words LoadWords(const BYTE* bytes) {
+    return reinterpret_cast<Words>(
+        _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes)), _mm_setzero_si128()));
+}
+// Signed words, clamped to 0..255.
+inline void StoreWords(BYTE* bytes, Words words) {
+    const auto value = reinterpret_cast<__m128i>(words);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(value, value));
+}
+// Unsigned words as two vectors of ints, in an order that PackInts turns back.
+inline Ints LowInts(Words words) {
+    return reinterpret_cast<Ints>(_mm_unpacklo_epi16(reinterpret_cast<__m128i>(words), _mm_setzero_si128()));
+}
+inline Ints HighInts(Words words) {
+    return reinterpret_cast<Ints>(_mm_unpackhi_epi16(reinterpret_cast<__m128i>(words), _mm_setzero_si128()));
+}
+// Clamps to 16 bits with sign.
+inline Words PackInts(Ints low, Ints high) {
+    return reinterpret_cast<Words>(_mm_packs_epi32(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
+}
+inline Words HighProduct(Words a, Words b) {
+    return reinterpret_cast<Words>(_mm_mulhi_epu16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+inline Floats Smaller(Floats a, Floats b) {
+    return _mm_min_ps(a, b);
+}
+inline Floats Larger(Floats a, Floats b) {
+    return _mm_max_ps(a, b);
+}

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "frame/area_rows.h"
 #include "frame/planar_chunks.h"
 #include "frame/progress.h"
 
@@ -28,31 +29,6 @@ HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD pr
     return result.Release();
 }
 
-void CopyBytes(const BYTE* source, BYTE* result, std::size_t from, std::size_t to) {
-    std::memcpy(result + from, source + from, to - from);
-}
-
-void CopyRows(const DibView& source, const NewPicture& result, int begin, int end) {
-    if (begin < end) {
-        std::memcpy(result.Row(begin), source.Row(begin), static_cast<std::size_t>(end - begin) * source.stride);
-    }
-}
-
-// One row of the area: what the effect does not write is copied, just before it is in the way of the cache anyway.
-void ApplyToRow(const DibView& source, const Area& area, const ToneEffect& effect, const PixelFormat& format, int row,
-                BYTE* resultRow) {
-    const BYTE* const sourceRow = source.Row(row);
-    const auto pixelBytes = static_cast<std::size_t>(format.bytesPerPixel);
-    std::size_t copied = 0;
-    ForEachRun(area, row, [&](int column, int count) {
-        const std::size_t begin = static_cast<std::size_t>(column) * pixelBytes;
-        CopyBytes(sourceRow, resultRow, copied, begin);
-        effect.pixels(effect.context, format, sourceRow + begin, resultRow + begin, count);
-        copied = begin + static_cast<std::size_t>(count) * pixelBytes;
-    });
-    CopyBytes(sourceRow, resultRow, copied, source.stride);
-}
-
 HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, DWORD progressOwner) {
     NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
     if (!result) {
@@ -60,15 +36,12 @@ HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect&
     }
     const Progress progress{progressOwner};
     const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
-    const WorkRect& rect = area.rect;
-    CopyRows(source, result, 0, rect.firstRow);
-    for (int row = rect.firstRow; row <= rect.lastRow; ++row) {
-        ApplyToRow(source, area, effect, format, row, result.Row(row));
-        if (!progress.Report(row - rect.firstRow, rect.lastRow - rect.firstRow)) {
-            return nullptr;
-        }
+    const auto write = [&](int /*row*/, int /*column*/, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
+        effect.pixels(effect.context, format, sourcePixels, resultPixels, count);
+    };
+    if (!WriteArea(source, area, result, progress, write)) {
+        return nullptr;
     }
-    CopyRows(source, result, rect.lastRow + 1, source.height);
     return result.Release();
 }
 

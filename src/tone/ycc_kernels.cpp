@@ -11,12 +11,14 @@ namespace {
 
 namespace baseline {
 #include "frame/lanes_sse2.inl"
+#include "frame/ycc_lanes.inl"
 #include "tone/ycc_kernels.inl"
 } // namespace baseline
 
 #include "frame/avx2_begin.h"
 namespace avx2 {
 #include "frame/lanes_avx2.inl"
+#include "frame/ycc_lanes.inl"
 #include "tone/ycc_kernels.inl"
 } // namespace avx2
 #include "frame/avx2_end.h"

@@ -1,12 +1,6 @@
 // Compiled once per target, see ycc_kernels.cpp. Every product and sum is single precision in the written order, and
 // every component is truncated to an integer in between: that is what the results are made of.
 
-struct Colours {
-    Floats blue;
-    Floats green;
-    Floats red;
-};
-
 struct Components {
     Ints y;
     Ints cr;
@@ -19,10 +13,6 @@ inline Components Forward(const Colours& c, Floats offset) {
     const Floats cr = c.red * Spread(0.5F) + c.green * Spread(-0.41869F) + c.blue * Spread(-0.08131F) + offset;
     const Floats cb = c.red * Spread(-0.16874F) + c.green * Spread(-0.33126F) + c.blue * Spread(0.5F) + offset;
     return {Truncate(y), Truncate(cr), Truncate(cb)};
-}
-
-inline Colours Back(Floats y, Floats cr, Floats cb) {
-    return {y + Spread(1.772F) * cb, y - Spread(0.34414F) * cb - Spread(0.71414F) * cr, y + Spread(1.402F) * cr};
 }
 
 // Runs `change`, from colours to colours, over whole vectors; what is left over goes through a vector of its own.

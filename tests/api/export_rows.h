@@ -16,6 +16,7 @@ inline Result Single(HGLOBAL image) {
 
 std::span<const Export> ToneRows();
 std::span<const Export> ConvertRows();
+std::span<const Export> FilterRows();
 std::span<const Export> ImageRows();
 
 } // namespace test

@@ -1,0 +1,52 @@
+// Exported functions: custom filter, sharpen, relief, soften.
+#include "exports/entry.h"
+#include "filter/box_mean.h"
+#include "filter/convolution.h"
+#include "filter/sharpen.h"
+
+using qv8::AreaOf;
+using qv8::ImagesOf;
+using qv8::RunFramed;
+
+extern "C" {
+
+QV8_ENTRY HGLOBAL QV8API QV8CustomFilter(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                         const RECT* rect, BOOL inside, const LONG* kernel, DWORD divisor, DWORD offset,
+                                         BOOL red, BOOL green, BOOL blue, DWORD progressOwner, DWORD_PTR dialog1,
+                                         DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+        return qv8::CustomFilter(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), kernel,
+                                 static_cast<BYTE>(divisor), static_cast<BYTE>(offset), red != 0, green != 0, blue != 0,
+                                 progressOwner);
+    });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                  const RECT* rect, BOOL inside, DWORD strength, DWORD progressOwner, DWORD_PTR dialog1,
+                                  DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+        return qv8::Sharpen(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
+                            static_cast<BYTE>(strength), progressOwner);
+    });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8Emboss(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                   const RECT* rect, BOOL inside, DWORD direction, DWORD depth, DWORD base,
+                                   DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+        return qv8::Emboss(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
+                           static_cast<BYTE>(direction), static_cast<BYTE>(depth), static_cast<BYTE>(base),
+                           progressOwner);
+    });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                                  const RECT* rect, BOOL inside, DWORD radius, DWORD progressOwner, DWORD_PTR dialog1,
+                                  DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+        return qv8::Shade(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
+                          static_cast<BYTE>(radius), progressOwner);
+    });
+}
+
+} // extern "C"

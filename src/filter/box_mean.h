@@ -1,0 +1,11 @@
+// The mean of a square around each pixel, cut at the picture's border.
+#pragma once
+
+#include "filter/filter_frame.h"
+
+namespace qv8 {
+
+// QV8Shade. Returns a new picture, or 0 with its status set.
+HGLOBAL Shade(const ImageSet& target, const AreaArguments& area, BYTE radius, DWORD progressOwner);
+
+} // namespace qv8

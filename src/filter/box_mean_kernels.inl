@@ -1,0 +1,81 @@
+// Compiled once per target, see box_mean_kernels.cpp.
+
+// The change of kWordLanes column sums.
+template <class Change>
+inline void ChangeSums(int count, WORD* sums, Change change) {
+    for (int i = 0; i < count; i += kWordLanes) {
+        Words sum;
+        __builtin_memcpy(&sum, sums + i, sizeof sum);
+        sum += change(i);
+        __builtin_memcpy(sums + i, &sum, sizeof sum);
+    }
+}
+
+void Slide(const BYTE* added, const BYTE* removed, int count, WORD* sums) {
+    if (added != nullptr && removed != nullptr) {
+        ChangeSums(count, sums, [=](int i) { return LoadWords(added + i) - LoadWords(removed + i); });
+    } else if (added != nullptr) {
+        ChangeSums(count, sums, [=](int i) { return LoadWords(added + i); });
+    } else if (removed != nullptr) {
+        ChangeSums(count, sums, [=](int i) { return SpreadWord(0) - LoadWords(removed + i); });
+    }
+}
+
+inline Words LoadSums(const WORD* sums) {
+    Words result;
+    __builtin_memcpy(&result, sums, sizeof result);
+    return result;
+}
+
+inline Words BoxSums(const WORD* sums, int radius, int step) {
+    Words box = LoadSums(sums);
+    for (int k = 1; k <= radius; ++k) {
+        box += LoadSums(sums - std::ptrdiff_t{k} * step) + LoadSums(sums + std::ptrdiff_t{k} * step);
+    }
+    return box;
+}
+
+// A half more than the sum, times the reciprocal, is at least half a box pixel's part away from any whole number, which
+// is a hundred times what the rounding of quotients below 256 can move it.
+inline Ints Mean(Ints sums, Floats reciprocal) {
+    return Truncate((ToFloats(sums) + Spread(0.5F)) * reciprocal);
+}
+
+// Division by a product and a shift; see FixedReciprocal.
+template <class Boxes>
+inline void DivideFixed(const FixedReciprocal& reciprocal, Boxes boxes, int count, BYTE* result) {
+    const Words factor = SpreadWord(reciprocal.factor);
+    for (int i = 0; i < count; i += kWordLanes) {
+        StoreWords(result + i, HighProduct(boxes(i), factor) >> static_cast<WORD>(reciprocal.shift));
+    }
+}
+
+void NarrowMeans(const WORD* sums, int radius, int step, int boxPixels, int count, BYTE* result) {
+    const FixedReciprocal fixed = MakeFixedReciprocal(boxPixels);
+    if (fixed.exact) {
+        if (radius == 1) { // known while compiling, so that nothing is counted
+            DivideFixed(
+                fixed, [=](int i) { return BoxSums(sums + i, 1, step); }, count, result);
+        } else {
+            DivideFixed(
+                fixed, [=](int i) { return BoxSums(sums + i, radius, step); }, count, result);
+        }
+        return;
+    }
+    const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
+    for (int i = 0; i < count; i += kWordLanes) {
+        const Words box = BoxSums(sums + i, radius, step);
+        StoreWords(result + i, PackInts(Mean(LowInts(box), reciprocal), Mean(HighInts(box), reciprocal)));
+    }
+}
+
+void WideMeans(const DWORD* sums, int boxPixels, int count, BYTE* result) {
+    const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
+    for (int i = 0; i < count; i += kLanes) {
+        Ints box;
+        __builtin_memcpy(&box, sums + i, sizeof box);
+        StoreBytes(result + i, (ToFloats(box) + Spread(0.5F)) * reciprocal);
+    }
+}
+
+constexpr BoxMeanKernels kKernels = {Slide, NarrowMeans, WideMeans};

@@ -1,0 +1,41 @@
+// Convolution with a small integer kernel: the custom filter and the relief.
+#pragma once
+
+#include "filter/filter_frame.h"
+
+namespace qv8 {
+
+constexpr int kMaxTaps = 81;
+
+// A weight that is not 0, and where its neighbour stands; dy counts upward.
+struct Tap {
+    int dx;
+    int dy;
+    LONG weight;
+};
+
+struct Convolution {
+    Tap taps[kMaxTaps];
+    int tapCount = 0;
+    int divisor = 1; // 1..255
+    int offset = 0;  // 0..255, added after the division
+    // Whether all sums, less the lowest, fit 16 bits; `lowest` is the least sum that any pixels can have.
+    bool narrow = true;
+    int lowest = 0;
+};
+
+// The taps of a square kernel of `side` rows, the one above first.
+Convolution MakeConvolution(const LONG* kernel, int side, int divisor, int offset);
+
+// The filter's kernel; `context` is a Convolution.
+void Convolve(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
+
+// QV8CustomFilter. Returns a new picture, or 0 with its status set.
+HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset,
+                     bool red, bool green, bool blue, DWORD progressOwner);
+
+// QV8Emboss.
+HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction, BYTE depth, BYTE base,
+               DWORD progressOwner);
+
+} // namespace qv8

@@ -1,0 +1,135 @@
+#include "filter/filter_frame.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "filter/row_ring.h"
+#include "frame/area_rows.h"
+
+namespace qv8 {
+namespace {
+
+// One call: what the rows are made from and where they go.
+struct FilterCall {
+    const Filter& filter;
+    const Area& area;
+    RowRing ring;
+    PixelFormat format; // of a true-colour picture
+    BYTE indices[256];  // of each level of a grey ramp
+    int filteredRow = -1;
+};
+
+FilterCall MakeCall(const DibView& source, const Filter& filter, const Area& area) {
+    FilterCall call = {filter, area, {}, {}, {}};
+    if (source.IsPaletted()) {
+        for (std::uint32_t i = 0; i < source.paletteSize; ++i) {
+            call.indices[source.palette[i].rgbBlue] = static_cast<BYTE>(i);
+        }
+    } else {
+        call.format = PixelFormatOf(source.bitCount, source.masks);
+    }
+    return call;
+}
+
+void FilterPlane(const FilterCall& call, const FilterRow& at, Plane plane) {
+    const int begin = call.area.rect.left * at.step;
+    const int count = call.area.rect.Width() * at.step;
+    BYTE* const result = call.ring.results[plane];
+    if (call.filter.channels[plane] || call.ring.kind == RowKind::kGrey) {
+        call.filter.samples(call.filter.context, at, plane, begin, count, result);
+    } else {
+        std::memcpy(result, at.rows[plane][0] + begin, static_cast<std::size_t>(count));
+    }
+}
+
+// Filters all columns of the area's rectangle in one row.
+void FilterWholeRow(FilterCall& call, int row) {
+    const FilterRow& at = MoveTo(call.ring, row);
+    const WorkRect& rect = call.area.rect;
+    BYTE* const* const results = call.ring.results;
+    if (call.filter.samples == nullptr) {
+        call.filter.pixels(call.filter.context, at, rect.left, rect.right + 1, {results[0], results[1], results[2]});
+        return;
+    }
+    const int planes = call.ring.kind == RowKind::kPlanar ? 3 : 1;
+    for (int plane = 0; plane < planes; ++plane) {
+        FilterPlane(call, at, static_cast<Plane>(plane));
+    }
+}
+
+void CopyNeighbours(const DibView& source, int row, int column, int count, const BYTE* codes, BYTE* result) {
+    const int bytes = source.bitCount / 8;
+    const int copied = std::min(bytes, 3);
+    for (int i = 0; i < count; ++i) {
+        const BYTE* const from =
+            source.Row(row + codes[i] / 3 - 1) + std::ptrdiff_t{column + i + codes[i] % 3 - 1} * bytes;
+        BYTE* const to = result + std::ptrdiff_t{i} * bytes;
+        for (int k = 0; k < copied; ++k) {
+            to[k] = from[k];
+        }
+    }
+}
+
+// Writes a run of pixels from the results of its row.
+void WriteRun(const DibView& source, const FilterCall& call, int row, int column, int count, BYTE* result) {
+    const std::ptrdiff_t first = column - call.area.rect.left;
+    BYTE* const* const results = call.ring.results;
+    const bool neighbours = call.filter.result == Filter::Result::kNeighbour;
+    if (call.ring.kind == RowKind::kPacked) {
+        std::memcpy(result, results[0] + first * 3, static_cast<std::size_t>(count) * 3);
+    } else if (source.IsPaletted()) {
+        for (int i = 0; i < count; ++i) {
+            const BYTE value = results[0][first + i];
+            result[i] = neighbours ? value : call.indices[value];
+        }
+    } else if (neighbours) {
+        CopyNeighbours(source, row, column, count, results[0] + first, result);
+    } else {
+        const bool grey = call.filter.result == Filter::Result::kGrey;
+        const PlanarRow planes = {results[0] + first, results[grey ? 0 : 1] + first, results[grey ? 0 : 2] + first};
+        call.format.encode(call.format.masks, planes, result, count);
+    }
+}
+
+HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter, DWORD progressOwner) {
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    if (!result) {
+        return nullptr;
+    }
+    FilterCall call = MakeCall(source, filter, area);
+    if (!MakeRowRing(source, filter, area.rect.Width(), call.ring)) {
+        return nullptr;
+    }
+    const auto write = [&](int row, int column, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
+        if (call.filteredRow != row) { // rows without a pixel of the area are never filtered
+            FilterWholeRow(call, row);
+            call.filteredRow = row;
+        }
+        if (source.bitCount == 32) { // fourth bytes, which are not written
+            std::memcpy(resultPixels, sourcePixels, static_cast<std::size_t>(count) * 4);
+        }
+        WriteRun(source, call, row, column, count, resultPixels);
+    };
+    return WriteArea(source, area, result, {progressOwner}, write) ? result.Release() : nullptr;
+}
+
+} // namespace
+
+HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, const Filter& filter,
+                    DWORD progressOwner) {
+    Picture source;
+    if (!OpenPicture(target.hImage, kAcceptGreyOrTrueColour, source)) {
+        return nullptr;
+    }
+    if (!filter.valid) {
+        SetErrorStatus(QV8_STATUS_PARAMETER);
+        return nullptr;
+    }
+    Area area;
+    if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {
+        return nullptr;
+    }
+    return FilterArea(source.view, area, filter, progressOwner);
+}
+
+} // namespace qv8

@@ -1,0 +1,64 @@
+// The worker of the neighbourhood filters: the picture's rows in a ring of planar rows, a kernel, and the pixels of the
+// area written from what the kernel gives.
+#pragma once
+
+#include <cstddef>
+
+#include "frame/area.h"
+#include "frame/pixel_kernels.h"
+
+namespace qv8 {
+
+// Kernels may read this many samples beyond the last neighbour of a row, and write as many beyond the last result.
+constexpr int kFilterSlack = 64;
+
+// Samples are the 8-bit channels of pixels. A plane holds one channel of each pixel of a row, or, at 24 bits, all three
+// side by side where the filter treats all channels alike.
+enum Plane { kBlue, kGreen, kRed, kLuminance, kPlaneCount };
+
+// The surroundings of the row that is being filtered.
+struct FilterRow {
+    int row = 0;    // in the picture, from the bottom
+    int height = 0; // of the picture
+    int width = 0;  // of the picture in pixels
+    int step = 1;   // samples from one pixel of a plane to the next
+    // The samples of row `row` + dy, |dy| at most the filter's reach: rows[plane][dy] is the one of column 0. Rows
+    // beyond the picture's border are those at the border. Within a row, the filter's reach in pixels can be read
+    // beyond both ends, where the pixel at the border repeats. Grey pictures have the planes kBlue and kLuminance, both
+    // their grey.
+    const BYTE* const* rows[kPlaneCount] = {};
+    // The filter's own memory for each plane, zero before the first row, that many bytes for each sample of a row and
+    // its two ends of reach + kFilterSlack pixels. Points at column 0.
+    std::byte* scratch[3] = {};
+};
+
+struct Filter {
+    // Filters the samples `begin` to `begin` + `count` - 1 of one plane: any channel, all treated alike.
+    using Samples = void (*)(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
+    // Filters pixels, all channels of each at once. In grey pictures all planes of the result are the same.
+    using Pixels = void (*)(const void* context, const FilterRow& at, int begin, int count, const PlanarRow& result);
+
+    enum class Result {
+        kColours, // channels, or grey levels
+        kGrey,    // `pixels` writes grey levels to the blue plane, which become all channels
+        // `pixels` writes to the blue plane where the pixel is copied from, untouched: 3 (dy + 1) + dx + 1. In 8-bit
+        // pictures it writes the new indices themselves.
+        kNeighbour,
+    };
+
+    bool valid = true; // whether the filter's own parameters are good; else status 5
+    int reach = 0;     // rows and columns on each side
+    const void* context = nullptr;
+    Samples samples = nullptr; // one of these two is null
+    Pixels pixels = nullptr;
+    Result result = Result::kColours;
+    bool wantsLuminance = false;
+    bool channels[3] = {true, true, true}; // blue, green, red to be filtered; `samples` only
+    int scratchBytes = 0;                  // for each sample
+};
+
+// Filters the area of a grey ramp or true-colour picture. Returns a new picture, or 0 with its status set.
+HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, const Filter& filter,
+                    DWORD progressOwner);
+
+} // namespace qv8

@@ -1,0 +1,11 @@
+// Sharpening away from the mean of the 3 x 3 neighbourhood, in luminance.
+#pragma once
+
+#include "filter/filter_frame.h"
+
+namespace qv8 {
+
+// QV8Sharp. Returns a new picture, or 0 with its status set.
+HGLOBAL Sharpen(const ImageSet& target, const AreaArguments& area, BYTE strength, DWORD progressOwner);
+
+} // namespace qv8

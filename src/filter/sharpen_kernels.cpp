@@ -1,0 +1,34 @@
+#include "filter/sharpen_kernels.h"
+
+#include <immintrin.h>
+
+#include <cstddef>
+
+#include "frame/target.h"
+
+namespace qv8 {
+namespace {
+
+namespace baseline {
+#include "frame/lanes_sse2.inl"
+#include "frame/ycc_lanes.inl"
+
+#include "filter/sharpen_kernels.inl"
+} // namespace baseline
+
+#include "frame/avx2_begin.h"
+namespace avx2 {
+#include "frame/lanes_avx2.inl"
+#include "frame/ycc_lanes.inl"
+
+#include "filter/sharpen_kernels.inl"
+} // namespace avx2
+#include "frame/avx2_end.h"
+
+} // namespace
+
+const SharpenKernels& TheSharpenKernels() {
+    return PickKernels(baseline::kKernels, avx2::kKernels);
+}
+
+} // namespace qv8

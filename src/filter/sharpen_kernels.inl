@@ -1,0 +1,59 @@
+// Compiled once per target, see sharpen_kernels.cpp.
+
+template <std::size_t kRows>
+inline void DifferencesOf(const BYTE* const* rows, const BYTE* centre, int count, short* result) {
+    const BYTE* own[kRows];
+    for (std::size_t r = 0; r < kRows; ++r) {
+        own[r] = rows[r];
+    }
+    for (int i = 0; i < count; i += kWordLanes) {
+        Words difference = LoadWords(centre + i) * SpreadWord(static_cast<int>(kRows) * 3);
+        for (const BYTE* const row : own) {
+            difference -= LoadWords(row + i - 1) + LoadWords(row + i) + LoadWords(row + i + 1);
+        }
+        __builtin_memcpy(result + i, &difference, sizeof difference);
+    }
+}
+
+void Differences(const BYTE* const* rows, int rowCount, const BYTE* centre, int count, short* result) {
+    if (rowCount == 3) {
+        DifferencesOf<3>(rows, centre, count, result);
+    } else if (rowCount == 2) {
+        DifferencesOf<2>(rows, centre, count, result);
+    } else {
+        DifferencesOf<1>(rows, centre, count, result);
+    }
+}
+
+inline Floats Sharpened(Floats strength, const BYTE* centre, const short* differences) {
+    Ints difference;
+    for (int lane = 0; lane < kLanes; ++lane) {
+        difference[lane] = differences[lane];
+    }
+    return LoadBytes(centre) + strength * ToFloats(difference);
+}
+
+void SharpenGrey(float strength, const BYTE* centre, const short* differences, int count, BYTE* result) {
+    for (int i = 0; i < count; i += kLanes) {
+        StoreBytes(result + i, Sharpened(Spread(strength), centre + i, differences + i));
+    }
+}
+
+void SharpenColours(float strength, const BYTE* luminance, const short* differences, const PlanarRow& source, int count,
+                    const PlanarRow& result) {
+    const PlanarRow from = source;
+    const PlanarRow to = result;
+    for (int i = 0; i < count; i += kLanes) {
+        const Floats red = LoadBytes(from.red + i);
+        const Floats green = LoadBytes(from.green + i);
+        const Floats blue = LoadBytes(from.blue + i);
+        const Floats cb = red * Spread(-0.16874F) + green * Spread(-0.33126F) + blue * Spread(0.5F);
+        const Floats cr = red * Spread(0.5F) + green * Spread(-0.41869F) + blue * Spread(-0.08131F);
+        const Colours colours = Back(Sharpened(Spread(strength), luminance + i, differences + i), cr, cb);
+        StoreBytes(to.blue + i, colours.blue);
+        StoreBytes(to.green + i, colours.green);
+        StoreBytes(to.red + i, colours.red);
+    }
+}
+
+constexpr SharpenKernels kKernels = {Differences, SharpenGrey, SharpenColours};
