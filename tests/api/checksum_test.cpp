@@ -40,7 +40,7 @@ Checksums ComputeChecksums() {
             }
             Random random(Hash(name, kHashSeed)); // a new row changes no other row's pictures
             for (const AreaForm form : AreaForms()) {
-                if (form != AreaForm::kWhole && !row.UsesAreaOf(layout)) {
+                if (!row.UsesForm(layout, form)) {
                     continue;
                 }
                 const std::string key = std::string(row.name) + " " + layout.name + " " + NameOf(form);

@@ -56,6 +56,8 @@ enum class AreaUse {
     kNone,
     kTrueColour, // at 16, 24 and 32 bits; not even looked at in pictures with indices
     kAlways,
+    kShapes,      // but no mask: type 0 is a bad parameter
+    kDrawnShapes, // the same, and the whole picture is drawn as a polygon
 };
 
 struct Export {
@@ -65,6 +67,8 @@ struct Export {
     int zeroHandleStatus;   // kUntouched: stays what it was; success: the export takes no picture
     int unknownDepthStatus; // for a picture of a depth that does not exist
     Result (*call)(const Call& call, Parameters& parameters);
+    bool takesSecond = false;                  // a second picture, refused with the same statuses
+    int badPictureStatus = QV8_STATUS_PICTURE; // for damaged pictures and layouts that are not accepted
 
     bool TakesPicture() const {
         return zeroHandleStatus != QV8_STATUS_SUCCESS;
@@ -72,8 +76,19 @@ struct Export {
     bool Accepts(const Layout& layout) const {
         return (layout.acceptedBy & accepts) != 0;
     }
+    bool TakesMasks() const {
+        return areaUse != AreaUse::kShapes && areaUse != AreaUse::kDrawnShapes;
+    }
     bool UsesAreaOf(const Layout& layout) const {
-        return areaUse == AreaUse::kAlways || (areaUse == AreaUse::kTrueColour && layout.bits > 8);
+        return areaUse == AreaUse::kTrueColour ? layout.bits > 8 : areaUse != AreaUse::kNone;
+    }
+    // Whether calls with an area of this form are calls of their own.
+    bool UsesForm(const Layout& layout, AreaForm form) const {
+        return form == AreaForm::kWhole || (UsesAreaOf(layout) && (form != AreaForm::kMask || TakesMasks()));
+    }
+    // The area type that says what is drawn for an area of the given type.
+    DWORD DrawnAs(DWORD areaType) const {
+        return areaUse == AreaUse::kDrawnShapes && areaType == QV8_AREA_WHOLE ? DWORD{QV8_AREA_POLYGON} : areaType;
     }
 };
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "api/export_table.h"
@@ -25,6 +26,15 @@ TEST(EveryExport, RefusesZeroHandles) {
     for (const Export& row : Exports()) {
         SCOPED_TRACE(row.name);
         Expect(row, Call{}, row.zeroHandleStatus);
+        if (row.takesSecond) {
+            const Source good(BlankPicture(24, kWidth, kHeight));
+            for (const bool first : {true, false}) {
+                Call call;
+                (first ? call.second : call.target.hImage) = good.Handle();
+                Expect(row, call, row.zeroHandleStatus);
+                EXPECT_TRUE(good.Untouched());
+            }
+        }
     }
 }
 
@@ -34,7 +44,12 @@ TEST(EveryExport, AcceptsTheLayoutsItSaysAndNoOther) {
         for (const Layout& layout : Layouts()) {
             SCOPED_TRACE(std::string(row.name) + " at " + layout.name);
             const Scene scene = RandomScene(layout, AreaForm::kWhole, kWidth, kHeight, random);
-            Expect(row, scene.AsCall(), row.Accepts(layout) ? kOk : QV8_STATUS_PICTURE);
+            Expect(row, scene.AsCall(), row.Accepts(layout) ? kOk : row.badPictureStatus);
+            if (row.takesSecond) {
+                Call turned = scene.AsCall();
+                std::swap(turned.target.hImage, turned.second);
+                Expect(row, turned, row.Accepts(layout) ? kOk : row.badPictureStatus);
+            }
             EXPECT_TRUE(scene.Untouched());
         }
     }
@@ -114,9 +129,12 @@ TEST(EveryExport, ChecksItsArea) {
                 const Block mask = MakeMask(areaCase.mask);
                 Call call;
                 call.target = {picture.Handle(), mask.get()};
+                call.second = picture.Handle();
                 call.bits = layout.bits;
                 call.area = {areaCase.type, areaCase.points, areaCase.rect, 1, areaCase.omitPoints};
-                Expect(row, call, row.UsesAreaOf(layout) ? areaCase.status : kOk);
+                const bool refusesMask = areaCase.type == QV8_AREA_MASK && !row.TakesMasks();
+                const int status = refusesMask ? QV8_STATUS_PARAMETER : areaCase.status;
+                Expect(row, call, row.UsesAreaOf(layout) ? status : kOk);
                 EXPECT_TRUE(picture.Untouched());
             }
         }
@@ -194,8 +212,33 @@ const Damage kDamages[] = {
     {"the largest header", "32", Change([](auto& header) { header.biSize = UINT_MAX; }), {kOk, QV8_STATUS_PICTURE}},
 };
 
+// The call with `block` as its picture, or as its second one beside a good first.
+Call CallWith(HGLOBAL block, int bits, bool asSecond, const Source& good) {
+    Call call;
+    call.target.hImage = asSecond ? good.Handle() : block;
+    call.second = asSecond ? block : good.Handle();
+    call.bits = bits;
+    return call;
+}
+
+// What the row says of such a picture. Odd layouts are refused as pictures, except where they are accepted.
+std::set<int> StatusesOf(const Export& row, const Damage& damage) {
+    if (damage.statuses == kOddLayout && (row.accepts & kAcceptOdd) != 0) {
+        return {kOk};
+    }
+    if (damage.statuses == kOddLayout || !row.Accepts(LayoutNamed(damage.layout))) {
+        return {row.badPictureStatus};
+    }
+    std::set<int> statuses = damage.statuses;
+    if (statuses.erase(QV8_STATUS_PICTURE) != 0) {
+        statuses.insert(row.badPictureStatus);
+    }
+    return statuses;
+}
+
 TEST(EveryExport, RefusesDamagedPictures) {
     Random random(12);
+    const Source good(BlankPicture(24, kWidth, kHeight));
     for (const Export& row : Exports()) {
         for (const Damage& damage : kDamages) {
             if (!row.TakesPicture()) {
@@ -206,21 +249,18 @@ TEST(EveryExport, RefusesDamagedPictures) {
             Picture picture = RandomPicture(layout, kWidth, kHeight, random);
             damage.apply(picture);
             const Block block = MakeBlock(picture.bytes);
-            Call call;
-            call.target.hImage = block.get();
-            call.bits = layout.bits;
-            const Outcome outcome = WatchExport(row, call);
-            std::set<int> statuses = row.Accepts(layout) ? damage.statuses : kPictureStatus;
-            if (statuses == kOddLayout) {
-                statuses = {(row.accepts & kAcceptOdd) != 0 ? kOk : QV8_STATUS_PICTURE};
+            for (int place = 0; place <= static_cast<int>(row.takesSecond); ++place) {
+                const Outcome outcome = WatchExport(row, CallWith(block.get(), layout.bits, place == 1, good));
+                EXPECT_EQ(StatusesOf(row, damage).count(outcome.status), 1U) << "status " << outcome.status;
+                EXPECT_EQ(ReadBlock(block.get()), picture.bytes);
             }
-            EXPECT_EQ(statuses.count(outcome.status), 1U) << "status " << outcome.status;
-            EXPECT_EQ(ReadBlock(block.get()), picture.bytes);
+            EXPECT_TRUE(good.Untouched());
         }
     }
 }
 
 TEST(EveryExport, RefusesDepthsThatDoNotExist) {
+    const Source good(BlankPicture(24, kWidth, kHeight));
     for (const Export& row : Exports()) {
         for (const int bits : {0, 2, 3, 5, 7, 9, 12, 15, 17, 31, 33, 48, 64, 80, 0x101, 0x8018, 0xFFFF}) {
             SCOPED_TRACE(std::string(row.name) + " at " + std::to_string(bits) + " bits");
@@ -231,10 +271,9 @@ TEST(EveryExport, RefusesDepthsThatDoNotExist) {
             header.biBitCount = static_cast<WORD>(bits);
             picture.SetHeader(header);
             const Block block = MakeBlock(picture.bytes);
-            Call call;
-            call.target.hImage = block.get();
-            call.bits = bits;
-            Expect(row, call, row.unknownDepthStatus);
+            for (int place = 0; place <= static_cast<int>(row.takesSecond); ++place) {
+                Expect(row, CallWith(block.get(), bits, place == 1, good), row.unknownDepthStatus);
+            }
         }
     }
 }

@@ -29,6 +29,7 @@ constexpr const char* kFooter = "Run \"qv8 EFFECT --help\" for the options of an
 struct FileOptions {
     std::string input;
     std::string output;
+    std::string maskOutput; // empty: the mask of the result is not wanted
     std::uint64_t maxPixels = std::uint64_t{256} << 20;
     int quality = 90;
 };
@@ -42,11 +43,16 @@ void AddMaxPixels(CLI::App& command, FileOptions& files) {
         ->group("Files");
 }
 
-void AddFileOptions(CLI::App& command, Source source, FileOptions& files) {
-    if (source == Source::kPicture) {
+void AddFileOptions(CLI::App& command, const Effect& effect, FileOptions& files) {
+    if (effect.source == Source::kPicture) {
         command.add_option("INPUT", files.input, "picture to read")->required()->type_name("");
     }
     command.add_option("OUTPUT", files.output, "picture to write: .bmp, .png, .jpg, .jpeg")->required()->type_name("");
+    if (effect.gives == Gives::kPictureAndMask) {
+        command.add_option("--mask-out", files.maskOutput, "write the mask of the result: .bmp, .png, .jpg, .jpeg")
+            ->type_name("FILE")
+            ->group("Files");
+    }
     AddMaxPixels(command, files);
     command.add_option("--quality", files.quality, "of a JPEG output, 1..100")
         ->type_name("N")
@@ -55,8 +61,33 @@ void AddFileOptions(CLI::App& command, Source source, FileOptions& files) {
         ->group("Files");
 }
 
+// Where the pictures of the result go, in what format. All that can be wrong with it is found before the work.
+struct Destination {
+    const FileOptions& files;
+    ImageFormat format;
+    ImageFormat maskFormat;
+
+    explicit Destination(const FileOptions& options)
+        : files(options), format(FormatForName(options.output)),
+          maskFormat(options.maskOutput.empty() ? format : FormatForName(options.maskOutput)) {
+        if (options.maskOutput == options.output) {
+            throw Failure(kExitUsage, options.output + ": the picture and its mask need a file each");
+        }
+    }
+
+    void Save(const EffectResult& result) const {
+        if (!files.maskOutput.empty()) {
+            if (!result.mask) {
+                throw Failure(kExitUsage, files.maskOutput + ": the result has no mask because the input has none");
+            }
+            SavePicture(result.mask, files.maskOutput, maskFormat, files.quality);
+        }
+        SavePicture(result.image, files.output, format, files.quality);
+    }
+};
+
 void ApplyEffect(const Effect& effect, const EffectCall& call, const FileOptions& files) {
-    const ImageFormat format = FormatForName(files.output);
+    const Destination destination(files);
     Picture source;
     if (effect.source == Source::kPicture) {
         source = LoadPicture(files.input, files.maxPixels).picture;
@@ -70,7 +101,7 @@ void ApplyEffect(const Effect& effect, const EffectCall& call, const FileOptions
         const std::string& subject = effect.source == Source::kPicture ? files.input : files.output;
         throw StatusFailure(subject + ": " + effect.name + ": ", GetErrorStatus());
     }
-    SavePicture(result.image, files.output, format, files.quality);
+    destination.Save(result);
 }
 
 void ListEffects(std::ostream& out) {
@@ -89,7 +120,7 @@ void AddEffectCommands(CLI::App& app, Action& action) {
     for (const Effect& effect : AllEffects()) {
         CLI::App* const command = app.add_subcommand(effect.name, effect.help)->group("Effects");
         const auto files = std::make_shared<FileOptions>();
-        AddFileOptions(*command, effect.source, *files);
+        AddFileOptions(*command, effect, *files);
         const EffectCall call = effect.addTo(*command);
         command->callback([&action, &effect, call, files] {
             action = [&effect, call, files](std::ostream&) { ApplyEffect(effect, call, *files); };

@@ -36,12 +36,14 @@ struct EffectResult {
 using EffectCall = std::function<EffectResult(const EffectRequest&)>;
 
 enum class Source { kPicture, kNone };
+enum class Gives { kPicture, kPictureAndMask }; // a mask is written where --mask-out says
 
 struct Effect {
     const char* name;
     const char* help;
     EffectCall (*addTo)(CLI::App& command); // the call reads the options' values, so it is made once they are parsed
     Source source = Source::kPicture;
+    Gives gives = Gives::kPicture;
 };
 
 std::span<const Effect> AllEffects();
