@@ -15,13 +15,13 @@ struct BoxMean {
     int summedRow[3] = {-1, -1, -1}; // the row that a plane's column sums belong to
 };
 
-// The filter's memory for one plane: column sums, 0 beyond the picture's border, and sums of whole boxes.
+// The filter's memory for one plane: column sums, 0 beyond the picture's border, and running sums of these.
 struct PlaneSums {
     WORD* columns;
-    DWORD* boxes;
+    DWORD* running;
 };
 
-// The boxes follow the columns' right end.
+// The running sums follow the columns' right end.
 PlaneSums SumsOf(const FilterRow& at, Plane plane, int radius) {
     auto* const columns = reinterpret_cast<WORD*>(at.scratch[plane]);
     const std::ptrdiff_t used = std::ptrdiff_t{at.width} * at.step + std::ptrdiff_t{radius} * at.step + kFilterSlack;
@@ -52,34 +52,20 @@ void SumColumns(const FilterRow& at, Plane plane, BoxMean& box, WORD* columns) {
     box.summedRow[plane] = at.row;
 }
 
-// Sums of the boxes around samples `begin` to `end` - 1, one sliding on from the other.
-void SumBoxes(const WORD* columns, int radius, int step, int begin, int end, DWORD* boxes) {
-    for (int channel = 0; channel < step && begin + channel < end; ++channel) {
-        DWORD sum = 0;
-        for (int k = -radius; k <= radius; ++k) {
-            sum += columns[begin + channel + k * step];
-        }
-        boxes[begin + channel] = sum;
-    }
-    const std::ptrdiff_t ahead = std::ptrdiff_t{radius} * step;
-    const std::ptrdiff_t behind = std::ptrdiff_t{radius + 1} * step;
-    for (int i = begin + step; i < end; ++i) {
-        boxes[i] = boxes[i - step] + columns[i + ahead] - columns[i - behind];
-    }
-}
-
-// Means of boxes that the left or right border cuts; column sums are 0 beyond it.
+// Means of boxes that the left or right border cuts, of one channel, from sample `begin` on. Beyond the border column
+// sums are 0.
 void CutMeans(const FilterRow& at, const WORD* columns, int radius, int begin, int end, BYTE* result) {
     const int rows = RowsOfBox(at, radius);
-    for (int i = begin; i < end; ++i) {
-        const int x = i / at.step;
-        const int first = std::max(x - radius, 0);
-        const int last = std::min(x + radius, at.width - 1);
-        int sum = 0;
-        for (int k = first; k <= last; ++k) {
-            sum += columns[k * at.step + i % at.step];
-        }
-        result[i - begin] = static_cast<BYTE>(sum / (rows * (last - first + 1)));
+    const int ahead = radius * at.step;
+    int sum = 0;
+    for (int i = begin - ahead; i <= begin + ahead; i += at.step) {
+        sum += columns[i];
+    }
+    int x = begin / at.step;
+    for (int i = begin; i < end; i += at.step, ++x) {
+        const int pixels = rows * (std::min(x + radius, at.width - 1) - std::max(x - radius, 0) + 1);
+        result[i - begin] = static_cast<BYTE>(sum / pixels);
+        sum += columns[i + ahead + at.step] - columns[i - ahead];
     }
 }
 
@@ -96,11 +82,15 @@ void MeanSamples(const void* context, const FilterRow& at, Plane plane, int begi
         TheBoxMeanKernels().narrowMeans(sums.columns + whole, box.radius, at.step, boxPixels, cut - whole,
                                         result + (whole - begin));
     } else if (whole < cut) {
-        SumBoxes(sums.columns, box.radius, at.step, whole, cut, sums.boxes);
-        TheBoxMeanKernels().wideMeans(sums.boxes + whole, boxPixels, cut - whole, result + (whole - begin));
+        const int reach = box.radius * at.step;
+        TheBoxMeanKernels().runningSums(sums.columns + whole - reach, at.step, cut - whole + 2 * reach, sums.running);
+        TheBoxMeanKernels().wideMeans(sums.running, 2 * reach + at.step, boxPixels, cut - whole,
+                                      result + (whole - begin));
     }
-    CutMeans(at, sums.columns, box.radius, begin, whole, result);
-    CutMeans(at, sums.columns, box.radius, cut, end, result + (cut - begin));
+    for (int channel = 0; channel < at.step; ++channel) {
+        CutMeans(at, sums.columns, box.radius, begin + channel, whole, result + channel);
+        CutMeans(at, sums.columns, box.radius, cut + channel, end, result + (cut - begin) + channel);
+    }
 }
 
 } // namespace

@@ -69,13 +69,35 @@ void NarrowMeans(const WORD* sums, int radius, int step, int boxPixels, int coun
     }
 }
 
-void WideMeans(const DWORD* sums, int boxPixels, int count, BYTE* result) {
-    const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
-    for (int i = 0; i < count; i += kLanes) {
-        Ints box;
-        __builtin_memcpy(&box, sums + i, sizeof box);
-        StoreBytes(result + i, (ToFloats(box) + Spread(0.5F)) * reciprocal);
+// Three channels side by side are summed in one register, whose fourth lane the next store overwrites.
+void RunningSums(const WORD* __restrict values, int step, int count, DWORD* __restrict sums) {
+    if (step == 3) {
+        __m128i sum = _mm_setzero_si128();
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums), sum);
+        for (int i = 0; i < count; i += 3) {
+            const __m128i words = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(values + i));
+            sum = _mm_add_epi32(sum, _mm_unpacklo_epi16(words, _mm_setzero_si128()));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 3 + i), sum);
+        }
+        return;
+    }
+    DWORD sum = 0;
+    sums[0] = 0;
+    for (int i = 0; i < count; ++i) {
+        sum += values[i];
+        sums[1 + i] = sum;
     }
 }
 
-constexpr BoxMeanKernels kKernels = {Slide, NarrowMeans, WideMeans};
+void WideMeans(const DWORD* sums, int distance, int boxPixels, int count, BYTE* result) {
+    const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
+    for (int i = 0; i < count; i += kLanes) {
+        Ints begin;
+        Ints end;
+        __builtin_memcpy(&begin, sums + i, sizeof begin);
+        __builtin_memcpy(&end, sums + i + distance, sizeof end);
+        StoreBytes(result + i, (ToFloats(end - begin) + Spread(0.5F)) * reciprocal);
+    }
+}
+
+constexpr BoxMeanKernels kKernels = {Slide, NarrowMeans, RunningSums, WideMeans};

@@ -17,6 +17,12 @@ EffectCall AddSetGray(CLI::App& command);
 // convert_effects.cpp
 EffectCall AddConvertColor(CLI::App& command);
 
+// filter_effects.cpp
+EffectCall AddCustomFilter(CLI::App& command);
+EffectCall AddSharp(CLI::App& command);
+EffectCall AddEmboss(CLI::App& command);
+EffectCall AddShade(CLI::App& command);
+
 // image_effects.cpp
 EffectCall AddCreateImage(CLI::App& command);
 EffectCall AddCopyImage(CLI::App& command);

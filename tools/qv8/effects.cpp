@@ -16,6 +16,10 @@ constexpr std::array kEffects{
     Effect{"chroma", "strengthen or weaken colour", AddChroma},
     Effect{"set-gray", "turn the picture grey at its own depth", AddSetGray},
     Effect{"convert-color", "convert to another depth", AddConvertColor},
+    Effect{"custom-filter", "convolve with a kernel of up to 9 x 9 weights", AddCustomFilter},
+    Effect{"sharp", "sharpen the luminance", AddSharp},
+    Effect{"emboss", "turn the picture into a relief", AddEmboss},
+    Effect{"shade", "soften with the mean of a square", AddShade},
     Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
     Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
 };
