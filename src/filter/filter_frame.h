@@ -30,13 +30,17 @@ struct FilterRow {
     // The filter's own memory for each plane, zero before the first row, that many bytes for each sample of a row and
     // its two ends of reach + kFilterSlack pixels. Points at column 0.
     std::byte* scratch[3] = {};
+
+    bool IsGrey() const {
+        return rows[kLuminance][0] == rows[kBlue][0];
+    }
 };
 
 struct Filter {
     // Filters the samples `begin` to `begin` + `count` - 1 of one plane: any channel, all treated alike.
     using Samples = void (*)(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
-    // Filters pixels, all channels of each at once. In grey pictures all planes of the result are the same.
-    using Pixels = void (*)(const void* context, const FilterRow& at, int begin, int count, const PlanarRow& result);
+    // Filters the pixels `begin` to `end` - 1, all channels of each at once. In grey pictures all planes of the result are the same.
+    using Pixels = void (*)(const void* context, const FilterRow& at, int begin, int end, const PlanarRow& result);
 
     enum class Result {
         kColours, // channels, or grey levels

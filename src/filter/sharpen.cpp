@@ -54,7 +54,7 @@ void SharpenPixels(const void* context, const FilterRow& at, int begin, int end,
         }
     }
 
-    if (at.rows[kLuminance][0] == at.rows[kBlue][0]) { // a grey picture
+    if (at.IsGrey()) {
         TheSharpenKernels().grey(strength, luminance, differences, count, result.blue);
         return;
     }

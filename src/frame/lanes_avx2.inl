@@ -60,3 +60,45 @@ inline Floats Smaller(Floats a, Floats b) {
 inline Floats Larger(Floats a, Floats b) {
     return _mm256_max_ps(a, b);
 }
+inline Floats SquareRoot(Floats value) {
+    return _mm256_sqrt_ps(value);
+}
+inline Ints LowSquareSums(Words a, Words b) {
+    const __m256i pairs = _mm256_unpacklo_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b));
+    return reinterpret_cast<Ints>(_mm256_madd_epi16(pairs, pairs));
+}
+inline Ints HighSquareSums(Words a, Words b) {
+    const __m256i pairs = _mm256_unpackhi_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b));
+    return reinterpret_cast<Ints>(_mm256_madd_epi16(pairs, pairs));
+}
+inline Words Smaller(Words a, Words b) {
+    return reinterpret_cast<Words>(_mm256_min_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Words Larger(Words a, Words b) {
+    return reinterpret_cast<Words>(_mm256_max_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+
+// --- Bytes: 4 * kLanes lanes of 8 bits
+// -------------------------------------------------------------------------------
+
+constexpr int kByteLanes = 32;
+using Bytes = BYTE __attribute__((vector_size(32)));
+
+inline Bytes SpreadByte(int value) {
+    return reinterpret_cast<Bytes>(_mm256_set1_epi8(static_cast<char>(value)));
+}
+inline Bytes LoadSamples(const BYTE* bytes) {
+    return reinterpret_cast<Bytes>(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes)));
+}
+inline void StoreSamples(BYTE* bytes, Bytes value) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes), reinterpret_cast<__m256i>(value));
+}
+inline Bytes Smaller(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm256_min_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Bytes Larger(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm256_max_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Bytes Excess(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm256_subs_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}

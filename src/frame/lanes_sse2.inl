@@ -74,3 +74,48 @@ inline Floats Smaller(Floats a, Floats b) {
 inline Floats Larger(Floats a, Floats b) {
     return _mm_max_ps(a, b);
 }
+inline Floats SquareRoot(Floats value) {
+    return _mm_sqrt_ps(value);
+}
+// The sums of the squares of two signed words each, in the order of LowInts and HighInts.
+inline Ints LowSquareSums(Words a, Words b) {
+    const __m128i pairs = _mm_unpacklo_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b));
+    return reinterpret_cast<Ints>(_mm_madd_epi16(pairs, pairs));
+}
+inline Ints HighSquareSums(Words a, Words b) {
+    const __m128i pairs = _mm_unpackhi_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b));
+    return reinterpret_cast<Ints>(_mm_madd_epi16(pairs, pairs));
+}
+// Of signed words.
+inline Words Smaller(Words a, Words b) {
+    return reinterpret_cast<Words>(_mm_min_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+inline Words Larger(Words a, Words b) {
+    return reinterpret_cast<Words>(_mm_max_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+
+// --- Bytes: 4 * kLanes lanes of 8 bits
+// -------------------------------------------------------------------------------
+
+constexpr int kByteLanes = 16;
+using Bytes = BYTE __attribute__((vector_size(16)));
+
+inline Bytes SpreadByte(int value) {
+    return reinterpret_cast<Bytes>(_mm_set1_epi8(static_cast<char>(value)));
+}
+inline Bytes LoadSamples(const BYTE* bytes) {
+    return reinterpret_cast<Bytes>(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
+}
+inline void StoreSamples(BYTE* bytes, Bytes value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), reinterpret_cast<__m128i>(value));
+}
+inline Bytes Smaller(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm_min_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+inline Bytes Larger(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm_max_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+// a - b, or 0 where b is larger.
+inline Bytes Excess(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm_subs_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}

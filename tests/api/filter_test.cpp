@@ -199,17 +199,6 @@ TEST(Shade, SlidesOverWholeBoxes) {
     }
 }
 
-int LuminanceAt(const Picture& source, int x, int row) {
-    const Colour colour = source.ColourAt(x, row);
-    if (source.Bits() == 8) {
-        return colour.blue;
-    }
-    const float red = static_cast<float>(colour.red) * 0.299F;
-    const float green = static_cast<float>(colour.green) * 0.587F;
-    const float blue = static_cast<float>(colour.blue) * 0.114F;
-    return static_cast<int>(red + green + blue);
-}
-
 Colour Sharpened(const Picture& source, int x, int row, float strength) {
     const Box box = BoxAround(source, x, row, 1);
     const int centre = LuminanceAt(source, x, row);

@@ -18,7 +18,7 @@ unsigned IndexOfGrey(const Picture& picture, BYTE grey) {
 
 } // namespace
 
-void CheckFilter(const Scene& scene, const std::function<HGLOBAL(const Call&)>& call, const SlowPixel& pixel) {
+void CheckPixels(const Scene& scene, const std::function<HGLOBAL(const Call&)>& call, const SetPixel& set) {
     const Picture& source = scene.picture.Content();
     const auto area = PixelsOf(scene.area, scene.mask.Content(), source.Width(), source.Height());
     const Block result(call(scene.AsCall()));
@@ -36,12 +36,7 @@ void CheckFilter(const Scene& scene, const std::function<HGLOBAL(const Call&)>& 
     for (int row = 0; row != source.Height(); ++row) {
         for (int x = 0; x != source.Width(); ++x, ++i) {
             if ((*area)[i]) {
-                const Colour colour = pixel(source, x, row);
-                if (source.Bits() == 8) {
-                    expected.SetIndex(x, row, IndexOfGrey(source, colour.blue));
-                } else {
-                    expected.SetColour(x, row, colour);
-                }
+                set(source, x, row, expected);
             }
         }
     }
@@ -49,14 +44,35 @@ void CheckFilter(const Scene& scene, const std::function<HGLOBAL(const Call&)>& 
     EXPECT_TRUE(scene.Untouched());
 }
 
+void CheckFilter(const Scene& scene, const std::function<HGLOBAL(const Call&)>& call, const SlowPixel& pixel) {
+    CheckPixels(scene, call, [&](const Picture& source, int x, int row, Picture& expected) {
+        const Colour colour = pixel(source, x, row);
+        if (source.Bits() == 8) {
+            expected.SetIndex(x, row, IndexOfGrey(source, colour.blue));
+        } else {
+            expected.SetColour(x, row, colour);
+        }
+    });
+}
+
 Colour Repeated(const Picture& source, int x, int row) {
     return source.ColourAt(std::clamp(x, 0, source.Width() - 1), std::clamp(row, 0, source.Height() - 1));
 }
 
-void ForEachFilterScene(Random& random, int rounds, const std::function<void(const Scene&)>& use) {
-    constexpr unsigned kAccepted = kAccept8Grey | kAccept16 | kAccept24 | kAccept32;
+int LuminanceAt(const Picture& source, int x, int row) {
+    const Colour colour = source.ColourAt(x, row);
+    if (source.Bits() == 8) {
+        return colour.blue;
+    }
+    const float red = static_cast<float>(colour.red) * 0.299F;
+    const float green = static_cast<float>(colour.green) * 0.587F;
+    const float blue = static_cast<float>(colour.blue) * 0.114F;
+    return static_cast<int>(red + green + blue);
+}
+
+void ForEachFilterScene(Random& random, int rounds, const std::function<void(const Scene&)>& use, unsigned accepted) {
     for (const Layout& layout : Layouts()) {
-        if ((layout.acceptedBy & kAccepted) == 0) {
+        if ((layout.acceptedBy & accepted) == 0) {
             continue;
         }
         for (const AreaForm form : AreaForms()) {

@@ -1,0 +1,284 @@
+#include "filter/mosaic.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "filter/box_mean_kernels.h"
+#include "filter/filter_frame.h"
+#include "frame/colour_reader.h"
+#include "frame/indices.h"
+#include "frame/nearest_colours.h"
+#include "frame/progress.h"
+
+namespace qv8 {
+namespace {
+
+constexpr int kMaxSummedRows = 0xFFFF / 255; // of samples in 16 bits
+
+// Blocks side by side, from the area's first column to its last, or as far as the picture goes.
+struct BlockRow {
+    int width = 0; // of a block
+    int left = 0;
+    int end = 0; // the column behind the last block
+    int count = 0;
+    int readFrom = 0; // the last multiple of 8 that is not behind `left`, where reading a row begins
+
+    int Begin(int block) const {
+        return left + block * width;
+    }
+    int End(int block) const {
+        return width < end - Begin(block) ? Begin(block) + width : end;
+    }
+};
+
+// Working memory for a row of blocks. Rows begin at the column `readFrom`.
+struct MosaicRows {
+    WorkingBlock memory;
+    std::uint64_t* sums = nullptr; // blue, green and red of each block
+    WORD* columns[3] = {};         // sums of each channel of a column, `step` apart
+    int step = 1;
+    BYTE* packed = nullptr; // the same of a row of the picture: packed pixels of 24 and 32 bits, else channels
+    PlanarRow channels = {};
+    std::size_t samples = 0; // of one row, with room for loops that go on beyond its end
+    PlanarRow means = {};    // channels, or in `blue` indices
+    BYTE* painted = nullptr; // a row of the result, from column 0 on
+};
+
+struct MosaicCall {
+    const DibView& source;
+    const Area& area;
+    const NewPicture& result;
+    ColourReader reader;
+    NearestColours nearest; // of a picture with a colour table
+    BlockRow blocks;
+    MosaicRows rows;
+};
+
+bool AllocateRows(const DibView& source, const BlockRow& blocks, MosaicRows& rows) {
+    const bool packed = source.bitCount >= 24;
+    const auto pixels = static_cast<std::uint64_t>(blocks.end - blocks.readFrom) + kFilterSlack;
+    rows.step = packed ? source.bitCount / 8 : 1;
+    const std::uint64_t samples = pixels * static_cast<std::uint64_t>(packed ? rows.step : 3);
+    const std::uint64_t sumBytes = static_cast<std::uint64_t>(blocks.count) * 3 * sizeof(std::uint64_t);
+    const std::uint64_t bytes = sumBytes + samples * (sizeof(WORD) + 1) + pixels * 3 + source.stride;
+    rows.memory = bytes <= kMaxBlockBytes ? AllocateWorkingBlock(static_cast<SIZE_T>(bytes)) : WorkingBlock();
+    if (!rows.memory) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return false;
+    }
+    rows.samples = static_cast<std::size_t>(samples);
+    rows.sums = rows.memory.As<std::uint64_t>();
+    auto* const columns = reinterpret_cast<WORD*>(rows.sums + std::ptrdiff_t{blocks.count} * 3);
+    const auto plane = static_cast<std::size_t>(pixels);
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        rows.columns[channel] = columns + channel * (packed ? 1 : plane);
+    }
+    rows.packed = reinterpret_cast<BYTE*>(columns + rows.samples);
+    rows.channels = {rows.packed, rows.packed + plane, rows.packed + 2 * plane};
+    BYTE* const means = rows.packed + rows.samples;
+    rows.means = {means, means + plane, means + 2 * plane};
+    rows.painted = means + 3 * plane;
+    return true;
+}
+
+// Adds a row of the picture to the sums of its columns.
+void AddRow(const MosaicCall& call, int row) {
+    const MosaicRows& rows = call.rows;
+    const int count = call.blocks.end - call.blocks.readFrom;
+    const auto slide = TheBoxMeanKernels().slide;
+    if (rows.step > 1) {
+        const std::size_t bytes = static_cast<std::size_t>(count) * static_cast<std::size_t>(rows.step);
+        std::memcpy(rows.packed, call.source.Row(row) + std::ptrdiff_t{call.blocks.readFrom} * rows.step, bytes);
+        slide(rows.packed, nullptr, count * rows.step, rows.columns[0]);
+        return;
+    }
+    ReadColours(call.reader, row, call.blocks.readFrom, count, rows.channels);
+    slide(rows.channels.blue, nullptr, count, rows.columns[0]);
+    slide(rows.channels.green, nullptr, count, rows.columns[1]);
+    slide(rows.channels.red, nullptr, count, rows.columns[2]);
+}
+
+// Adds the sums of the columns to those of their blocks and clears them.
+void AddColumns(const MosaicCall& call) {
+    const BlockRow& blocks = call.blocks;
+    const MosaicRows& rows = call.rows;
+    for (int block = 0; block < blocks.count; ++block) {
+        const std::ptrdiff_t begin = std::ptrdiff_t{blocks.Begin(block) - blocks.readFrom} * rows.step;
+        const std::ptrdiff_t end = std::ptrdiff_t{blocks.End(block) - blocks.readFrom} * rows.step;
+        for (int channel = 0; channel < 3; ++channel) {
+            std::uint64_t sum = 0;
+            for (std::ptrdiff_t i = begin; i < end; i += rows.step) {
+                sum += rows.columns[channel][i];
+            }
+            rows.sums[block * 3 + channel] += sum;
+        }
+    }
+    std::memset(rows.columns[0], 0, rows.samples * sizeof(WORD));
+}
+
+BYTE Mean(std::uint64_t sum, std::uint64_t pixels) {
+    return static_cast<BYTE>(sum <= 0xFFFFFFFFU ? static_cast<std::uint32_t>(sum) / static_cast<std::uint32_t>(pixels)
+                                                : sum / pixels);
+}
+
+// Makes the means of the blocks that begin in `row`. False when memory is short.
+bool MeanBlocks(MosaicCall& call, int row, int endRow) {
+    const BlockRow& blocks = call.blocks;
+    const MosaicRows& rows = call.rows;
+    std::memset(rows.sums, 0, static_cast<std::size_t>(blocks.count) * 3 * sizeof *rows.sums);
+    for (int begin = row; begin < endRow; begin += kMaxSummedRows) {
+        for (int y = begin; y < std::min(begin + kMaxSummedRows, endRow); ++y) {
+            AddRow(call, y);
+        }
+        AddColumns(call);
+    }
+    for (int block = 0; block < blocks.count; ++block) {
+        const int begin = blocks.Begin(block) - blocks.readFrom;
+        const auto width = static_cast<std::size_t>(blocks.End(block) - blocks.Begin(block));
+        const std::uint64_t pixels = std::uint64_t{width} * static_cast<std::uint64_t>(endRow - row);
+        const std::uint64_t* const sums = rows.sums + std::ptrdiff_t{block} * 3;
+        const BYTE blue = Mean(sums[0], pixels);
+        const BYTE green = Mean(sums[1], pixels);
+        const BYTE red = Mean(sums[2], pixels);
+        if (call.source.IsPaletted()) {
+            BYTE index = 0;
+            if (!FindNearest(call.nearest, red, green, blue, index)) {
+                return false;
+            }
+            std::memset(rows.means.blue + begin, index, width);
+        } else {
+            std::memset(rows.means.blue + begin, blue, width);
+            std::memset(rows.means.green + begin, green, width);
+            std::memset(rows.means.red + begin, red, width);
+        }
+    }
+    return true;
+}
+
+// Makes the packed row of the means; 32-bit pixels keep a fourth byte and are packed where they go.
+void PackMeans(const MosaicCall& call) {
+    const MosaicRows& rows = call.rows;
+    const int column = call.blocks.readFrom;
+    const int count = call.blocks.end - column;
+    const PixelFormat& format = call.reader.format;
+    if (call.source.IsPaletted()) {
+        PackIndices(call.source.bitCount, rows.means.blue, count, rows.painted, column);
+    } else if (call.source.bitCount < 32) {
+        format.encode(format.masks, rows.means, rows.painted + std::ptrdiff_t{column} * format.bytesPerPixel, count);
+    }
+}
+
+void CopyBits(const BYTE* from, std::uint64_t begin, std::uint64_t end, BYTE* to) {
+    const auto merge = [&](std::size_t at, unsigned mask) {
+        to[at] = static_cast<BYTE>((to[at] & ~mask) | (from[at] & mask));
+    };
+    const auto first = static_cast<std::size_t>(begin / 8);
+    const auto last = static_cast<std::size_t>(end / 8);
+    const unsigned head = 0xFFU >> begin % 8;
+    const unsigned tail = ~(0xFFU >> end % 8) & 0xFF;
+    if (first == last) {
+        merge(first, head & tail);
+        return;
+    }
+    merge(first, head);
+    std::memcpy(to + first + 1, from + first + 1, last - first - 1);
+    if (tail != 0) {
+        merge(last, tail);
+    }
+}
+
+void PaintRow(const MosaicCall& call, int row) {
+    const DibView& source = call.source;
+    BYTE* const result = call.result.Row(row);
+    // Whole rows are painted but for what may follow their last pixel.
+    const bool whole = call.area.mask == nullptr && source.bitCount < 32;
+    const std::size_t copyFrom = whole ? source.stride - 4 : 0;
+    std::memcpy(result + copyFrom, source.Row(row) + copyFrom, source.stride - copyFrom);
+    ForEachRun(call.area, row, [&](int column, int count) {
+        if (source.bitCount == 32) {
+            const int i = column - call.blocks.readFrom;
+            const PlanarRow& means = call.rows.means;
+            const PixelFormat& format = call.reader.format;
+            format.encode(format.masks, {means.blue + i, means.green + i, means.red + i},
+                          result + std::ptrdiff_t{column} * 4, count);
+        } else {
+            const auto bits = static_cast<std::uint64_t>(source.bitCount);
+            const std::uint64_t begin = bits * static_cast<std::uint64_t>(column);
+            CopyBits(call.rows.painted, begin, begin + bits * static_cast<std::uint64_t>(count), result);
+        }
+    });
+}
+
+void CopyRows(const MosaicCall& call, int begin, int end) {
+    if (begin < end) {
+        std::memcpy(call.result.Row(begin), call.source.Row(begin),
+                    static_cast<std::size_t>(end - begin) * call.source.stride);
+    }
+}
+
+// False when cancelled or memory is short.
+bool PaintBlocks(MosaicCall& call, int blockHeight, const Progress& progress) {
+    const WorkRect& rect = call.area.rect;
+    CopyRows(call, 0, rect.firstRow);
+    int row = rect.firstRow;
+    while (row <= rect.lastRow) {
+        const int endRow = blockHeight < call.source.height - row ? row + blockHeight : call.source.height;
+        if (!MeanBlocks(call, row, endRow)) {
+            return false;
+        }
+        PackMeans(call);
+        for (int y = row; y < endRow && y <= rect.lastRow; ++y) {
+            PaintRow(call, y);
+        }
+        if (!progress.Report(row - rect.firstRow, rect.lastRow - rect.firstRow)) {
+            return false;
+        }
+        row = endRow;
+    }
+    CopyRows(call, rect.lastRow + 1, call.source.height);
+    return true;
+}
+
+BlockRow LayBlocks(const DibView& source, const WorkRect& rect, int blockWidth) {
+    BlockRow result;
+    result.width = std::min(blockWidth, source.width);
+    result.left = rect.left;
+    result.count = (rect.Width() - 1) / result.width + 1;
+    const std::int64_t end = rect.left + std::int64_t{result.count} * result.width;
+    result.end = static_cast<int>(std::min<std::int64_t>(end, source.width));
+    result.readFrom = rect.left / 8 * 8;
+    return result;
+}
+
+HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int blockHeight, DWORD progressOwner) {
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    if (!result) {
+        return nullptr;
+    }
+    MosaicCall call = {source, area, result, MakeColourReader(source), {}, LayBlocks(source, area.rect, blockWidth),
+                       {}};
+    if (!AllocateRows(source, call.blocks, call.rows) ||
+        (source.IsPaletted() && !MakeNearestColours(source, call.nearest))) {
+        return nullptr;
+    }
+    return PaintBlocks(call, blockHeight, {progressOwner}) ? result.Release() : nullptr;
+}
+
+} // namespace
+
+HGLOBAL Mosaic(const ImageSet& target, const AreaArguments& areaArguments, int blockWidth, int blockHeight,
+               DWORD progressOwner) {
+    if (target.hImage != nullptr && blockWidth < 2 && blockHeight < 2) {
+        SetErrorStatus(QV8_STATUS_PARAMETER);
+        return nullptr;
+    }
+    Picture source;
+    Area area;
+    if (!OpenPicture(target.hImage, kAcceptAll, source) ||
+        !ResolveArea(source.view, target.hMask, areaArguments, area)) {
+        return nullptr;
+    }
+    return MosaicArea(source.view, area, std::max(blockWidth, 1), std::max(blockHeight, 1), progressOwner);
+}
+
+} // namespace qv8

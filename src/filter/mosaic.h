@@ -1,0 +1,11 @@
+// Rectangular blocks in their mean colour.
+#pragma once
+
+#include "frame/area.h"
+
+namespace qv8 {
+
+// QV8Mosaic. Returns a new picture, or 0 with its status set.
+HGLOBAL Mosaic(const ImageSet& target, const AreaArguments& area, int blockWidth, int blockHeight, DWORD progressOwner);
+
+} // namespace qv8

@@ -1,0 +1,12 @@
+// Edges as grey levels: the length of the gradient in luminance or in one channel.
+#pragma once
+
+#include "filter/filter_frame.h"
+
+namespace qv8 {
+
+// QV8Outline. Returns a new picture, or 0 with its status set.
+HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain,
+                DWORD progressOwner);
+
+} // namespace qv8

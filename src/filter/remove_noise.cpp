@@ -1,0 +1,145 @@
+#include "filter/remove_noise.h"
+
+#include <cstdlib>
+
+#include "filter/smoothing_kernels.h"
+#include "frame/rows.h"
+
+namespace qv8 {
+namespace {
+
+constexpr BYTE kByLuminance = 0;
+constexpr BYTE kByChannel = 1;
+constexpr BYTE kCentre = 4; // among the nine places of a neighbourhood
+
+RowsOfThree RowsAround(const FilterRow& at, Plane plane, int begin) {
+    const BYTE* const* const rows = at.rows[plane];
+    return {
+        {at.row > 0 ? rows[-1] + begin : nullptr, rows[0] + begin, at.row + 1 < at.height ? rows[1] + begin : nullptr}};
+}
+
+// Runs use(sample, place) for the samples of a neighbourhood that are in the picture, by their places.
+template <class Use>
+void ForEachNeighbour(const FilterRow& at, Plane plane, int index, Use use) {
+    const int samples = at.width * at.step;
+    for (int place = 0; place < 9; ++place) {
+        const int row = at.row + place / 3 - 1;
+        const int other = index + (place % 3 - 1) * at.step;
+        if (row >= 0 && row < at.height && other >= 0 && other < samples) {
+            use(at.rows[plane][place / 3 - 1][other], place);
+        }
+    }
+}
+
+// Adds an item to sorted ones.
+template <class Item>
+void Insert(Item item, Item* sorted, int count) {
+    int at = count;
+    for (; at > 0 && sorted[at - 1] > item; --at) {
+        sorted[at] = sorted[at - 1];
+    }
+    sorted[at] = item;
+}
+
+// The vector loops want a second row and neighbours on both sides; these do without.
+template <class Cut, class Whole>
+void FilterSamples(const FilterRow& at, int begin, int count, Cut cut, Whole whole) {
+    if (at.height == 1) {
+        for (int i = begin; i < begin + count; ++i) {
+            cut(i);
+        }
+        return;
+    }
+    whole();
+    ForEachCutSample(at, begin, count, cut);
+}
+
+// --- By channel
+// -----------------------------------------------------------------------------------------------------
+
+BYTE CutMedian(const FilterRow& at, Plane plane, int index, int threshold) {
+    BYTE neighbours[8];
+    int count = 0;
+    const BYTE centre = at.rows[plane][0][index];
+    bool standsOut = false;
+    ForEachNeighbour(at, plane, index, [&](BYTE sample, int place) {
+        if (place != kCentre) {
+            Insert(sample, neighbours, count++);
+            standsOut = standsOut || std::abs(sample - centre) > threshold;
+        }
+    });
+    return standsOut ? neighbours[count / 2] : centre;
+}
+
+void MedianSamples(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result) {
+    const int threshold = *static_cast<const int*>(context);
+    FilterSamples(
+        at, begin, count, [&](int i) { result[i - begin] = CutMedian(at, plane, i, threshold); },
+        [&] { TheSmoothingKernels().medians(RowsAround(at, plane, begin), at.step, threshold, count, result); });
+}
+
+// --- By luminance
+// ---------------------------------------------------------------------------------------------------
+
+int CutMedianKey(const FilterRow& at, int column) {
+    int keys[9];
+    int count = 0;
+    ForEachNeighbour(at, kLuminance, column, [&](BYTE sample, int place) { Insert(sample << 4 | place, keys, count++); });
+    return keys[count / 2];
+}
+
+// In grey pictures the level is the new index, whatever the table holds there.
+void MedianPixels(const void* /*context*/, const FilterRow& at, int begin, int end, const PlanarRow& result) {
+    const SmoothingKernels& kernels = TheSmoothingKernels();
+    const bool levels = at.IsGrey();
+    FilterSamples(
+        at, begin, end - begin,
+        [&](int column) {
+            const int key = CutMedianKey(at, column);
+            result.blue[column - begin] = static_cast<BYTE>(levels ? key >> 4 : key & 15);
+        },
+        [&] {
+            (levels ? kernels.medianLevels : kernels.medianPositions)(RowsAround(at, kLuminance, begin), end - begin,
+                                                                      result.blue);
+        });
+}
+
+// --- Neither
+// --------------------------------------------------------------------------------------------------------
+
+HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments, DWORD progressOwner) {
+    Picture source;
+    Area area;
+    if (!OpenPicture(target.hImage, kAcceptGreyOrTrueColour, source) ||
+        !ResolveArea(source.view, target.hMask, areaArguments, area)) {
+        return nullptr;
+    }
+    NewPicture result = DuplicateDib(source.view, source.view.width, source.view.height, Pixels::kCopied);
+    if (!result || !ForEachRow(area.rect.Height(), {progressOwner}, [](int /*row*/) {})) {
+        return nullptr;
+    }
+    return result.Release();
+}
+
+} // namespace
+
+HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode, BYTE sensitivity,
+                    DWORD progressOwner) {
+    if (mode != kByLuminance && mode != kByChannel) {
+        return CopyUnchanged(target, area, progressOwner);
+    }
+    const int threshold = 255 - sensitivity;
+    Filter filter;
+    filter.reach = 1;
+    if (mode == kByChannel) {
+        filter.context = &threshold;
+        filter.samples = MedianSamples;
+    } else {
+        filter.pixels = MedianPixels;
+        filter.wantsLuminance = true;
+        filter.result = Filter::Result::kNeighbour;
+    }
+    return ApplyFilter(target, area, filter, progressOwner);
+}
+
+} // namespace qv8

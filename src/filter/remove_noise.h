@@ -1,0 +1,12 @@
+// Medians of the 3 x 3 neighbourhood: of whole pixels by luminance, or of each channel that stands out.
+#pragma once
+
+#include "filter/filter_frame.h"
+
+namespace qv8 {
+
+// QV8RemoveNoise. Returns a new picture, or 0 with its status set.
+HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode, BYTE sensitivity,
+                    DWORD progressOwner);
+
+} // namespace qv8

@@ -1,0 +1,30 @@
+#include "filter/smoothing_kernels.h"
+
+#include <immintrin.h>
+
+#include "frame/target.h"
+
+namespace qv8 {
+namespace {
+
+namespace baseline {
+#include "frame/lanes_sse2.inl"
+
+#include "filter/smoothing_kernels.inl"
+} // namespace baseline
+
+#include "frame/avx2_begin.h"
+namespace avx2 {
+#include "frame/lanes_avx2.inl"
+
+#include "filter/smoothing_kernels.inl"
+} // namespace avx2
+#include "frame/avx2_end.h"
+
+} // namespace
+
+const SmoothingKernels& TheSmoothingKernels() {
+    return PickKernels(baseline::kKernels, avx2::kKernels);
+}
+
+} // namespace qv8
