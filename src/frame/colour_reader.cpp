@@ -1,5 +1,7 @@
 #include "frame/colour_reader.h"
 
+#include <cstring>
+
 #include "frame/indices.h"
 #include "frame/planar_chunks.h"
 
@@ -8,10 +10,10 @@ namespace {
 
 void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int count, const PlanarRow& result) {
     ForEachChunk(count, [&](int start, int part) {
-        BYTE indices[kChunkPixels];
-        UnpackIndices(reader.picture.bitCount, row, column + start, part, indices);
+        BYTE indices[kChunkPixels + 8];
+        const BYTE* const first = UnpackFrom(reader.picture.bitCount, row, column + start, part, indices);
         for (int i = 0; i != part; ++i) {
-            const RGBQUAD& colour = reader.palette.colours[indices[i]];
+            const RGBQUAD& colour = reader.palette.colours[first[i]];
             result.blue[start + i] = colour.rgbBlue;
             result.green[start + i] = colour.rgbGreen;
             result.red[start + i] = colour.rgbRed;
@@ -39,6 +41,24 @@ void ReadColours(const ColourReader& reader, int row, int column, int count, con
         const PixelFormat& format = reader.format;
         format.decode(format.masks, source + std::ptrdiff_t{column} * format.bytesPerPixel, result, count);
     }
+}
+
+void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result) {
+    const int bitCount = reader.picture.bitCount;
+    const BYTE* const source = reader.picture.Row(row);
+    if (bitCount == 24) {
+        std::memcpy(result, source + std::ptrdiff_t{column} * 3, static_cast<std::size_t>(count) * 3);
+        return;
+    }
+    if (bitCount == 32) {
+        ThePixelKernels().narrow32(source + std::ptrdiff_t{column} * 4, result, count);
+        return;
+    }
+    PlanarChunk chunk;
+    ForEachChunk(count, [&](int start, int part) {
+        ReadColours(reader, row, column + start, part, chunk.Row());
+        ThePixelKernels().encode24({}, chunk.Row(), result + std::ptrdiff_t{start} * 3, part);
+    });
 }
 
 } // namespace qv8

@@ -13,7 +13,10 @@ struct ColourReader {
 
 ColourReader MakeColourReader(const DibView& picture);
 
-// Reads `count` pixels of a row from `column` on. In 1- and 4-bit pictures the column is a multiple of 8.
+// Reads `count` pixels of a row from `column` on.
 void ReadColours(const ColourReader& reader, int row, int column, int count, const PlanarRow& result);
+
+// The same as packed 24-bit pixels.
+void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result);
 
 } // namespace qv8

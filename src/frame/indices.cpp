@@ -67,6 +67,12 @@ void UnpackIndices(int bitCount, const BYTE* row, int column, int count, BYTE* i
     }
 }
 
+const BYTE* UnpackFrom(int bitCount, const BYTE* row, int column, int count, BYTE* indices) {
+    const int skipped = column % 8;
+    UnpackIndices(bitCount, row, column - skipped, count + skipped, indices);
+    return indices + skipped;
+}
+
 void PackIndices(int bitCount, const BYTE* indices, int count, BYTE* row, int column) {
     BYTE* const packed = row + column / 8 * bitCount;
     switch (bitCount) {

@@ -1,4 +1,6 @@
-// Luminance and colour differences in the lanes of vector registers; included after a lanes_*.inl.
+// Luminance and colour differences of colours, for vectors of a target: included by kernel files after its lanes. Every
+// product and sum is single precision in the written order, and every component is truncated to an integer: that is
+// what the results are made of.
 
 struct Colours {
     Floats blue;
@@ -6,7 +8,21 @@ struct Colours {
     Floats red;
 };
 
-// Red and blue difference around 0. Every product and sum is single precision in this order.
+struct Components {
+    Ints y;
+    Ints cr;
+    Ints cb;
+};
+
+// Sums start with `offset` last: 128 for components in 0..255, 0, which changes no sum, for components around 0.
+inline Components Forward(const Colours& c, Floats offset) {
+    const Floats y = c.red * Spread(0.299F) + c.green * Spread(0.587F) + c.blue * Spread(0.114F);
+    const Floats cr = c.red * Spread(0.5F) + c.green * Spread(-0.41869F) + c.blue * Spread(-0.08131F) + offset;
+    const Floats cb = c.red * Spread(-0.16874F) + c.green * Spread(-0.33126F) + c.blue * Spread(0.5F) + offset;
+    return {Truncate(y), Truncate(cr), Truncate(cb)};
+}
+
+// The way back, from red and blue difference around 0; in the written order too.
 inline Colours Back(Floats y, Floats cr, Floats cb) {
     return {y + Spread(1.772F) * cb, y - Spread(0.34414F) * cb - Spread(0.71414F) * cr, y + Spread(1.402F) * cr};
 }

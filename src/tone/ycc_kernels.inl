@@ -1,20 +1,6 @@
 // Compiled once per target, see ycc_kernels.cpp. Every product and sum is single precision in the written order, and
 // every component is truncated to an integer in between: that is what the results are made of.
 
-struct Components {
-    Ints y;
-    Ints cr;
-    Ints cb;
-};
-
-// Sums start with `offset` last: 128 for components in 0..255, 0, which changes no sum, for components around 0.
-inline Components Forward(const Colours& c, Floats offset) {
-    const Floats y = c.red * Spread(0.299F) + c.green * Spread(0.587F) + c.blue * Spread(0.114F);
-    const Floats cr = c.red * Spread(0.5F) + c.green * Spread(-0.41869F) + c.blue * Spread(-0.08131F) + offset;
-    const Floats cb = c.red * Spread(-0.16874F) + c.green * Spread(-0.33126F) + c.blue * Spread(0.5F) + offset;
-    return {Truncate(y), Truncate(cr), Truncate(cb)};
-}
-
 // Runs `change`, from colours to colours, over whole vectors; what is left over goes through a vector of its own.
 template <class Change>
 inline void ForEachVector(const PlanarRow& channels, int count, Change change) {

@@ -17,6 +17,8 @@ inline Result Single(HGLOBAL image) {
 std::span<const Export> ToneRows();
 std::span<const Export> ConvertRows();
 std::span<const Export> FilterRows();
+std::span<const Export> SelectRows();
+std::span<const Export> ComposeRows();
 std::span<const Export> ImageRows();
 
 } // namespace test

@@ -22,7 +22,7 @@ LONG Parameters::Wild(LONG typical, LONG low, LONG high) {
 std::span<const Export> Exports() {
     static const std::vector<Export> exports = [] {
         std::vector<Export> all;
-        for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows}) {
+        for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows}) {
             const std::span<const Export> rows = family();
             all.insert(all.end(), rows.begin(), rows.end());
         }

@@ -83,10 +83,15 @@ void AreaOptions::AddTo(CLI::App& command) {
     CLI::Option* const mask = command.add_option("--mask", maskName_,
                                                  "picture of the same size that marks the area: "
                                                  "1-bit, or any other from luminance 128 on");
+    mask->type_name("FILE")->group("Area of effect");
+    AddShapesTo(command);
+    mask->excludes("--polygon")->excludes("--ellipse");
+}
+
+void AreaOptions::AddShapesTo(CLI::App& command) {
     CLI::Option* const polygon = command.add_option("--polygon", polygon_, "corners of the area, at least two");
     CLI::Option* const ellipse = command.add_option("--ellipse", ellipse_, "left,top,right,bottom of the area");
     CLI::Option* const outside = command.add_flag("--outside", outside_, "everything but that area");
-    mask->type_name("FILE")->excludes(polygon)->excludes(ellipse)->group("Area of effect");
     polygon->type_name("x,y x,y ...")->excludes(ellipse)->check(CheckPolygon)->group("Area of effect");
     ellipse->type_name("l,t,r,b")->check(CheckRectangle)->group("Area of effect");
     outside->group("Area of effect");
@@ -107,7 +112,7 @@ Area AreaOptions::Resolve(const EffectRequest& request) const {
         area.type = QV8_AREA_ELLIPSE;
         area.rect = ParseRectangle(ellipse_).value();
     } else if (outside_) {
-        throw Failure(kExitUsage, "--outside needs one of --mask, --polygon and --ellipse");
+        throw Failure(kExitUsage, "--outside needs an area");
     }
     return area;
 }

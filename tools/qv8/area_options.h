@@ -24,6 +24,9 @@ struct Area {
 
 class AreaOptions {
 public:
+    // Adds --polygon, --ellipse and --outside.
+    void AddShapesTo(CLI::App& command);
+
     // Adds --mask, --polygon, --ellipse and --outside. The options must stay where they are while the command is in
     // use.
     void AddTo(CLI::App& command);

@@ -22,6 +22,12 @@ EffectCall AddCustomFilter(CLI::App& command);
 EffectCall AddSharp(CLI::App& command);
 EffectCall AddEmboss(CLI::App& command);
 EffectCall AddShade(CLI::App& command);
+// select_effects.cpp
+EffectCall AddSelectImage(CLI::App& command);
+EffectCall AddAutoSelectImage(CLI::App& command);
+
+// compose_effects.cpp
+EffectCall AddLayer(CLI::App& command);
 
 // image_effects.cpp
 EffectCall AddCreateImage(CLI::App& command);

@@ -20,6 +20,11 @@ constexpr std::array kEffects{
     Effect{"sharp", "sharpen the luminance", AddSharp},
     Effect{"emboss", "turn the picture into a relief", AddEmboss},
     Effect{"shade", "soften with the mean of a square", AddShade},
+    Effect{"select-image", "cut an area out, over a background", AddSelectImage, Source::kPicture,
+           Gives::kPictureAndMask},
+    Effect{"auto-select-image", "cut an area out and mark what is close to a colour", AddAutoSelectImage,
+           Source::kPicture, Gives::kPictureAndMask},
+    Effect{"layer", "lay another picture over the picture", AddLayer},
     Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
     Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
 };

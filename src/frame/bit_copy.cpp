@@ -1,0 +1,56 @@
+#include "frame/bit_copy.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace qv8 {
+namespace {
+
+// The `count` bits (1..8) from `bit` on, as the first bits of a byte; the rest of it is anything.
+unsigned BitsAt(const BYTE* source, std::size_t bit, std::size_t count) {
+    const std::size_t shift = bit % 8;
+    unsigned bits = static_cast<unsigned>(source[bit / 8]) << shift;
+    if (shift + count > 8) {
+        bits |= static_cast<unsigned>(source[bit / 8 + 1]) >> (8 - shift);
+    }
+    return bits & 0xFFU;
+}
+
+// Copies bits into one byte of the result, `count` of them from `resultBit` on.
+void CopyIntoByte(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size_t resultBit, std::size_t count) {
+    const std::size_t shift = resultBit % 8;
+    const unsigned mask = (0xFF00U >> count & 0xFFU) >> shift;
+    BYTE& byte = result[resultBit / 8];
+    byte = static_cast<BYTE>((byte & ~mask) | (BitsAt(source, sourceBit, count) >> shift & mask));
+}
+
+void CopyWholeBytes(const BYTE* __restrict source, std::size_t shift, BYTE* __restrict result, std::size_t bytes) {
+    if (shift == 0) {
+        std::memcpy(result, source, bytes);
+        return;
+    }
+    for (std::size_t i = 0; i < bytes; ++i) {
+        result[i] = static_cast<BYTE>(source[i] << shift | source[i + 1] >> (8 - shift));
+    }
+}
+
+} // namespace
+
+void CopyBits(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size_t resultBit, std::size_t count) {
+    const std::size_t head = std::min((8 - resultBit % 8) % 8, count);
+    if (head != 0) {
+        CopyIntoByte(source, sourceBit, result, resultBit, head);
+    }
+    const std::size_t bytes = (count - head) / 8;
+    const std::size_t from = sourceBit + head;
+    const std::size_t to = resultBit + head;
+    if (bytes != 0) {
+        CopyWholeBytes(source + from / 8, from % 8, result + to / 8, bytes);
+    }
+    const std::size_t tail = (count - head) % 8;
+    if (tail != 0) {
+        CopyIntoByte(source, from + 8 * bytes, result, to + 8 * bytes, tail);
+    }
+}
+
+} // namespace qv8

@@ -1,0 +1,13 @@
+// Selection by colour: cutting an area out with a mask of the pixels that are close to a key colour.
+#pragma once
+
+#include "frame/area.h"
+#include "select/colour_match.h"
+
+namespace qv8 {
+
+// {0, 0} with the status set when it fails; status 5 for a match mode above 2 before anything else is looked at.
+ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& area, const KeyColour& key, BYTE matchMode, BYTE tolerance,
+                         DWORD progressOwner);
+
+} // namespace qv8

@@ -1,0 +1,85 @@
+#include "select/colour_match.h"
+
+#include <immintrin.h>
+
+#include "frame/luminance.h"
+#include "frame/target.h"
+
+namespace qv8 {
+namespace {
+
+struct MatchKernels {
+    // The colour differences, around 128.
+    void (*differences)(const PlanarRow& row, BYTE* cr, BYTE* cb, int count);
+    // Compares one, two or three components.
+    void (*compare[3])(const BYTE* const* components, const BYTE* key, WORD limit, BYTE* matches, int count);
+};
+
+namespace baseline {
+#include "frame/lanes_sse2.inl"
+#include "frame/ycc_lanes.inl"
+#include "select/colour_match.inl"
+} // namespace baseline
+
+#include "frame/avx2_begin.h"
+namespace avx2 {
+#include "frame/lanes_avx2.inl"
+#include "frame/ycc_lanes.inl"
+#include "select/colour_match.inl"
+} // namespace avx2
+#include "frame/avx2_end.h"
+
+// What a mode compares, as planar components: the channels themselves, or computed ones.
+struct ComparedComponents {
+    const BYTE* planes[3];
+    int count;
+    BYTE computed[2][kChunkPixels];
+};
+
+void ComputeComponents(MatchMode mode, PlanarChunk& chunk, int count, ComparedComponents& result) {
+    const MatchKernels& kernels = PickKernels(baseline::kKernels, avx2::kKernels);
+    switch (mode) {
+    case MatchMode::kRgb:
+        result.planes[0] = chunk.red;
+        result.planes[1] = chunk.green;
+        result.planes[2] = chunk.blue;
+        result.count = 3;
+        return;
+    case MatchMode::kColourDifferences:
+        kernels.differences(chunk.Row(), result.computed[0], result.computed[1], count);
+        result.planes[0] = result.computed[0];
+        result.planes[1] = result.computed[1];
+        result.count = 2;
+        return;
+    case MatchMode::kBrightness:
+        TheLuminanceKernels().luminance(chunk.Row(), result.computed[0], count);
+        result.planes[0] = result.computed[0];
+        result.count = 1;
+        return;
+    }
+}
+
+} // namespace
+
+ColourMatcher MakeColourMatcher(MatchMode mode, const KeyColour& key, BYTE tolerance) {
+    PlanarChunk chunk = {};
+    chunk.red[0] = key.red;
+    chunk.green[0] = key.green;
+    chunk.blue[0] = key.blue;
+    ComparedComponents components;
+    ComputeComponents(mode, chunk, 1, components);
+    ColourMatcher matcher = {mode, {}, static_cast<WORD>(components.count * tolerance)};
+    for (int i = 0; i != components.count; ++i) {
+        matcher.components[i] = components.planes[i][0];
+    }
+    return matcher;
+}
+
+void MatchColours(const ColourMatcher& matcher, PlanarChunk& chunk, int count, BYTE* matches) {
+    const MatchKernels& kernels = PickKernels(baseline::kKernels, avx2::kKernels);
+    ComparedComponents components;
+    ComputeComponents(matcher.mode, chunk, count, components);
+    kernels.compare[components.count - 1](components.planes, matcher.components, matcher.limit, matches, count);
+}
+
+} // namespace qv8

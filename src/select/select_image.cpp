@@ -1,0 +1,48 @@
+#include "select/select_image.h"
+
+#include "frame/progress.h"
+#include "select/cut_out.h"
+
+namespace qv8 {
+namespace {
+
+// The whole picture is a shape as any other: a polygon through its corners.
+bool ResolveDrawnShape(const DibView& picture, AreaArguments arguments, Area& area) {
+    const POINT corners[] = {
+        {0, 0}, {0, picture.height - 1}, {picture.width - 1, picture.height - 1}, {picture.width - 1, 0}};
+    if (arguments.areaType == QV8_AREA_WHOLE) {
+        arguments.areaType = QV8_AREA_POLYGON;
+        arguments.points = corners;
+        arguments.pointCount = 4;
+    }
+    return ResolveShape(picture, arguments, area);
+}
+
+} // namespace
+
+ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const BackgroundColour& background,
+                     DWORD progressOwner) {
+    Picture source;
+    Area area;
+    if (!OpenPicture(image, kAcceptAll, source) || !ResolveDrawnShape(source.view, areaArguments, area)) {
+        return {};
+    }
+    NewPicture result = CreateCutOut(source.view, area);
+    if (!result) {
+        return {};
+    }
+    const PixelPattern pattern = BackgroundOf(source.view, background.red, background.green, background.blue);
+    const Progress progress{progressOwner};
+    const int last = area.rect.lastRow - area.rect.firstRow;
+    for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {
+        CutRow(source.view, area, pattern, PixelCopy::kExact, row, result);
+        // The row counts within the source, so that the percentage of a box higher up runs ahead: callers know it so.
+        if (!progress.Report(row, last)) {
+            return {};
+        }
+    }
+    area.maskLock.reset();
+    return {result.Release(), area.drawnMask.release()};
+}
+
+} // namespace qv8

@@ -1,0 +1,17 @@
+// Selection: cutting an area out of a picture as a new picture with its mask.
+#pragma once
+
+#include "frame/area.h"
+
+namespace qv8 {
+
+struct BackgroundColour {
+    BYTE red;
+    BYTE green;
+    BYTE blue;
+};
+
+// The area of the given shape over a background, and the shape's mask. {0, 0} with the status set when it fails.
+ImageSet SelectImage(HGLOBAL image, const AreaArguments& area, const BackgroundColour& background, DWORD progressOwner);
+
+} // namespace qv8
