@@ -19,7 +19,8 @@
  * that the function does not accept. Further statuses stand with each function.
  *
  * THREADS. Every function runs to its end on the calling thread. No state is kept between calls, so any number of
- * threads may call at once, on shared source pictures too, and a progress callback may call back into the library.
+ * threads may call at once, on shared source pictures too, and a progress callback may call back into the library. The
+ * clipboard is one for all of them; on other systems than Windows it is the process's own and ends with it.
  *
  * THE LAST FOUR ARGUMENTS of every function with progress:
  *   progressOwner  0: the library opens the progress dialog of the companion library for this call. Any other value: no
@@ -345,18 +346,37 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8CreateImage(int width, int height, DWORD bitD
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                              DWORD_PTR dialog3);
 
-/* Puts a copy of the picture on the clipboard as CF_DIB. window: owner for the clipboard, or 0. Returns 1, or 0. */
+/* Puts a copy of a picture on the clipboard as CF_DIB, in place of all that it holds. The picture stays the caller's.
+     window  owner of the clipboard while it is open, or 0.
+   The copy has the picture's header, colour table and rows. The channel masks of a 16- or 32-bit BI_BITFIELDS picture
+   with a 40-byte header are left out, though its header still says BI_BITFIELDS: convert such a picture to 24 bits where
+   other programs are to read it. A picture from QV8GetFromClipBrd with a longer header is put back as it came. The
+   clipboard is open only after the last progress report, of which each counts the rows done before it out of all rows.
+   Returns 1, or 0. Statuses: 3 also when the clipboard does not take the copy, as while another program has it open; 7
+   also for a picture that cannot be locked or whose `biSize` is below 40 or beyond the block. */
 QV8EFFECT_EXPORT BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
                                              DWORD_PTR dialog2, DWORD_PTR dialog3);
 
-/* Makes a copy of the picture that the clipboard holds as CF_DIB. Statuses: 7 also when it holds none. */
+/* Makes a copy of the picture that the clipboard holds as CF_DIB; the clipboard keeps its own.
+     window  owner of the clipboard while it is open, or 0.
+   The copy has the header as it was found, the 12 bytes of channel masks behind a 40-byte BI_BITFIELDS header of 16 or
+   32 bits, the colour table and the rows. Rows that stand top-down (a height below 0) are turned bottom-up, and the
+   height is made positive. A header of more than 40 bytes is kept with its `biSize`; the other functions do not look at
+   `biSize` and take what follows the first 40 bytes for colour table and rows, so a program removes the rest of the
+   header before it uses such a picture with them. The clipboard is open during the progress reports.
+   Statuses: 7 when the clipboard holds no CF_DIB data, another program has it open, or the data cannot be a picture: a
+   block shorter than its header says, a header of less than 40 bytes, a width below 1, a height of 0, an unknown depth,
+   or a compression other than BI_RGB and BI_BITFIELDS. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8GetFromClipBrd(HWND window, DWORD progressOwner, DWORD_PTR dialog1,
                                                   DWORD_PTR dialog2, DWORD_PTR dialog3);
 
-/* Returns non-zero when the clipboard holds a picture as CF_DIB. No progress. */
+/* Returns non-zero when the clipboard holds CF_DIB data, a sound picture or not; 0 also while another program has it
+   open. No progress; the status is 0 in any case. window: owner of the clipboard while it is open, or 0. */
 QV8EFFECT_EXPORT BOOL QV8API QV8IsClipBrdData(HWND window);
 
-/* Empties the clipboard. Returns non-zero when it could be closed again. No progress. */
+/* Takes everything off the clipboard. Returns the result of closing it: non-zero, or 0 when it could not be opened, as
+   while another program has it open. No progress; the status is 0 in any case. window: owner of the clipboard while it
+   is open, or 0. */
 QV8EFFECT_EXPORT BOOL QV8API QV8ClearClipBrd(HWND window);
 
 /* --- Hidden image ------------------------------------------------------------------------------------------------- */

@@ -1,8 +1,8 @@
 /*
- * The platform types and the movable global memory that pictures live in.
+ * The platform types, the movable global memory that pictures live in, and the clipboard.
  *
- * On Windows this is <windows.h> and nothing else. On other systems it declares the same types and the same memory
- * functions under the platform's own names; libQv8Platform carries them out. Programs written against this header
+ * On Windows this is <windows.h> and nothing else. On other systems it declares the same types and the same functions
+ * under the platform's own names; libQv8Platform carries them out. Programs written against this header
  * compile unchanged on both.
  */
 #ifndef QV8PLATFORM_H
@@ -78,6 +78,8 @@ typedef struct tagBITMAPINFOHEADER {
 
 enum { BI_RGB = 0, BI_RLE8 = 1, BI_RLE4 = 2, BI_BITFIELDS = 3 };
 
+enum { CF_DIB = 8 };
+
 enum { GMEM_FIXED = 0x0000, GMEM_MOVEABLE = 0x0002, GMEM_ZEROINIT = 0x0040, GHND = 0x0042 };
 
 #ifdef __cplusplus
@@ -107,6 +109,25 @@ QV8_PLATFORM_EXPORT HGLOBAL GlobalHandle(const void* address);
 
 /* The lock count of the block in the low byte; 0x8000 when `block` is not the handle of a live block. */
 QV8_PLATFORM_EXPORT UINT GlobalFlags(HGLOBAL block);
+
+/* Opens the clipboard, which is one for all threads of this process and holds at most one block. Returns non-zero, or 0
+   while another thread has it open, or this one for another window. `window` may be anything. */
+QV8_PLATFORM_EXPORT BOOL OpenClipboard(HWND window);
+
+/* Closes the clipboard. Returns 0 when the calling thread does not have it open. */
+QV8_PLATFORM_EXPORT BOOL CloseClipboard(void);
+
+/* Frees what the clipboard holds. Returns 0 when the calling thread does not have it open. */
+QV8_PLATFORM_EXPORT BOOL EmptyClipboard(void);
+
+/* Puts a block on the clipboard, in place of what it holds. Returns `data`, which the clipboard owns from then on: the
+   caller neither frees nor changes it. Returns 0, and the caller keeps it, when the calling thread does not have the
+   clipboard open, `format` is not CF_DIB or `data` is not the handle of a live block. */
+QV8_PLATFORM_EXPORT HGLOBAL SetClipboardData(UINT format, HGLOBAL data);
+
+/* The block on the clipboard, which stays the clipboard's: it is good until the clipboard is closed or emptied. Returns
+   0 when there is none, `format` is not CF_DIB or the calling thread does not have the clipboard open. */
+QV8_PLATFORM_EXPORT HGLOBAL GetClipboardData(UINT format);
 
 #ifdef __cplusplus
 }

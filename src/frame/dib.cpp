@@ -16,10 +16,6 @@ bool Fail(int status) {
     return false;
 }
 
-bool IsKnownDepth(int bitCount) {
-    return bitCount == 1 || bitCount == 4 || bitCount == 8 || bitCount == 16 || bitCount == 24 || bitCount == 32;
-}
-
 // The companion reads three masks behind the header of a 16- or 32-bit picture that says it has them.
 bool HoldsMasks(const BITMAPINFOHEADER& header, std::size_t blockBytes) {
     const bool hasMasks = header.biCompression == BI_BITFIELDS && (header.biBitCount == 16 || header.biBitCount == 32);
@@ -37,6 +33,10 @@ ChannelMasks MasksOf(int layout) {
 }
 
 } // namespace
+
+bool IsKnownDepth(int bitCount) {
+    return bitCount == 1 || bitCount == 4 || bitCount == 8 || bitCount == 16 || bitCount == 24 || bitCount == 32;
+}
 
 std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height) {
     if (width < 1 || height < 1 || headerBytes > kMaxBlockBytes) {

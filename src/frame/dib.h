@@ -96,6 +96,9 @@ constexpr std::int64_t DibRowBytes(int bitCount, int width) {
     return (static_cast<std::int64_t>(bitCount) * width + 31) / 32 * 4;
 }
 
+// Whether pictures have this depth.
+bool IsKnownDepth(int bitCount);
+
 // headerBytes + rows of the given picture, or 0 when that is above 0x7FFFFFFF.
 std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height);
 

@@ -80,15 +80,10 @@ NewPicture NewOfDepth(int width, int height, int bitDepth) {
     return result;
 }
 
-bool IsDepth(int bitDepth) {
-    constexpr int kDepths[] = {1, 4, 8, 16, 24, 32};
-    return std::find(std::begin(kDepths), std::end(kDepths), bitDepth) != std::end(kDepths);
-}
-
 } // namespace
 
 HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, BYTE blue, DWORD progressOwner) {
-    if (!IsDepth(bitDepth)) {
+    if (!IsKnownDepth(bitDepth)) {
         SetErrorStatus(QV8_STATUS_DEPTH);
         return nullptr;
     }

@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/memory.h"
 #include "qv8platform.h"
 
 namespace {
@@ -191,6 +192,10 @@ Memory& TheMemory() {
 }
 
 } // namespace
+
+void qv8platform::FreeBlock(HGLOBAL block) {
+    TheMemory().Free(block);
+}
 
 extern "C" {
 

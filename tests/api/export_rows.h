@@ -20,5 +20,6 @@ std::span<const Export> FilterRows();
 std::span<const Export> SelectRows();
 std::span<const Export> ComposeRows();
 std::span<const Export> ImageRows();
+std::span<const Export> ClipboardRows();
 
 } // namespace test

@@ -4,6 +4,7 @@
 
 #include "api/export_rows.h"
 #include "qv8com.h"
+#include "support/clipboard.h"
 
 namespace test {
 
@@ -22,7 +23,7 @@ LONG Parameters::Wild(LONG typical, LONG low, LONG high) {
 std::span<const Export> Exports() {
     static const std::vector<Export> exports = [] {
         std::vector<Export> all;
-        for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows}) {
+        for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows, ClipboardRows}) {
             const std::span<const Export> rows = family();
             all.insert(all.end(), rows.begin(), rows.end());
         }
@@ -100,6 +101,7 @@ Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& f
     EXPECT_EQ(static_cast<int>(report.dialogs.size()), report.dialogsClosed);
     EXPECT_EQ(outcome.succeeded, outcome.status == QV8_STATUS_SUCCESS);
     EXPECT_TRUE(outcome.succeeded || results.empty()) << "a result of a call that failed";
+    EXPECT_TRUE(!row.Is(kOnClipboard) || ClipboardIsClosed());
     outcome.report = std::move(report);
     return outcome;
 }

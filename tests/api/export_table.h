@@ -60,6 +60,12 @@ enum class AreaUse {
     kDrawnShapes, // the same, and the whole picture is drawn as a polygon
 };
 
+// What sets an export apart from most.
+enum : unsigned {
+    kOnClipboard = 1, // works on the clipboard, which all threads share; its last report is one step short of the end
+    kUnframed = 2,    // no progress, no dialog, and status 0 whatever happens
+};
+
 struct Export {
     const char* name;
     unsigned accepts; // kAccept bits
@@ -69,7 +75,15 @@ struct Export {
     Result (*call)(const Call& call, Parameters& parameters);
     bool takesSecond = false;                  // a second picture, refused with the same statuses
     int badPictureStatus = QV8_STATUS_PICTURE; // for damaged pictures and layouts that are not accepted
+    unsigned traits = 0;
 
+    bool Is(unsigned trait) const {
+        return (traits & trait) != 0;
+    }
+    // The status of a picture that cannot be locked.
+    int LockStatus() const {
+        return Is(kOnClipboard) ? QV8_STATUS_PICTURE : QV8_STATUS_MEMORY;
+    }
     bool TakesPicture() const {
         return zeroHandleStatus != QV8_STATUS_SUCCESS;
     }

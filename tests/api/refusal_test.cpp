@@ -171,10 +171,11 @@ std::function<void(Picture&)> Masks(DWORD red, DWORD green, DWORD blue) {
 }
 
 const std::set<int> kPictureStatus = {QV8_STATUS_PICTURE};
+const std::set<int> kLockFailed = {-2};
 const std::set<int> kOddLayout = {-1}; // refused as a picture, except where odd layouts are accepted
 
 const Damage kDamages[] = {
-    {"an empty block", "24", CutTo(0), {QV8_STATUS_MEMORY}},
+    {"an empty block", "24", CutTo(0), kLockFailed},
     {"one byte", "24", CutTo(1), kPictureStatus},
     {"half a header", "24", CutTo(20), kPictureStatus},
     {"only a header", "24", CutTo(40), kPictureStatus},
@@ -223,6 +224,9 @@ Call CallWith(HGLOBAL block, int bits, bool asSecond, const Source& good) {
 
 // What the row says of such a picture. Odd layouts are refused as pictures, except where they are accepted.
 std::set<int> StatusesOf(const Export& row, const Damage& damage) {
+    if (damage.statuses == kLockFailed) {
+        return {row.Accepts(LayoutNamed(damage.layout)) ? row.LockStatus() : row.badPictureStatus};
+    }
     if (damage.statuses == kOddLayout && (row.accepts & kAcceptOdd) != 0) {
         return {kOk};
     }

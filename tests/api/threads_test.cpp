@@ -1,4 +1,6 @@
 // Exports share nothing: threads may work on the same pictures at once, and a callback may call back.
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,7 +20,10 @@ TEST(EveryExport, RunsOnSeveralThreadsAtOnce) {
     Random random(40);
     const Scene scene = RandomScene(LayoutNamed("24"), AreaForm::kEllipseInside, 61, 47, random);
     std::vector<Bytes> expected;
-    for (const Export& row : Exports()) {
+    std::vector<Export> rows;
+    std::copy_if(Exports().begin(), Exports().end(), std::back_inserter(rows),
+                 [](const Export& row) { return !row.Is(kOnClipboard); });
+    for (const Export& row : rows) {
         expected.push_back(ResultOf(row, scene.AsCall()));
     }
     std::vector<std::string> wrong(4);
@@ -26,9 +31,9 @@ TEST(EveryExport, RunsOnSeveralThreadsAtOnce) {
     for (std::string& mistakes : wrong) {
         threads.emplace_back([&] {
             for (int i = 0; i != 20; ++i) {
-                for (std::size_t row = 0; row != Exports().size(); ++row) {
-                    if (ResultOf(Exports()[row], scene.AsCall()) != expected[row]) {
-                        mistakes = Exports()[row].name;
+                for (std::size_t row = 0; row != rows.size(); ++row) {
+                    if (ResultOf(rows[row], scene.AsCall()) != expected[row]) {
+                        mistakes = rows[row].name;
                     }
                 }
             }

@@ -63,7 +63,25 @@ TEST(Program, ShowsNoBarInAFileAndTakesNamesOfAllLanguages) {
     EXPECT_EQ(folder.Load("\xC3\xB8\xD0\x96.bmp").size(), 14U + 40 + 2 * 12);
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+// Between two runs of the program the system holds the picture.
+TEST(Program, CopiesAndPastes) {
+    const Folder folder;
+    const Bytes plain = BuildBmp({.bits = 8, .width = 5, .height = 3, .colours = 7});
+    const std::string wide = folder.Store("565.bmp", BuildBmp({.bits = 16, .masks = {0xF800, 0x07E0, 0x001F}}));
+    const std::string out = folder.Name("out.bmp");
+    const auto run = [&](const std::vector<std::string>& words) {
+        EXPECT_EQ(RunQv8(words, folder.Path("log"), folder.Path("err")), 0) << words[0];
+    };
+    run({"copy", folder.Store("in.bmp", plain)});
+    run({"paste", out});
+    EXPECT_EQ(folder.Load("out.bmp"), plain);
+    run({"convert-color", "--depth", "24", wide, folder.Name("24.bmp")});
+    run({"copy", wide});
+    run({"paste", out});
+    EXPECT_EQ(Slice(folder.Load("out.bmp"), 54), Slice(folder.Load("24.bmp"), 54));
+}
+#else
 // The program waits for its input in a pipe, so the signal comes before its work begins.
 TEST(Program, CtrlCEndsTheWorkAndLeavesNoFile) {
     const Folder folder;

@@ -217,6 +217,37 @@ BOOL QV8_HOOK_API QV8_HOOK(Ellipse)(HDC context, int left, int top, int right, i
     return Fails(Kind::kEllipse) ? 0 : QV8_REAL(Ellipse)(context, left, top, right, bottom);
 }
 
+BOOL QV8_HOOK_API QV8_HOOK(OpenClipboard)(HWND window) {
+    return Fails(Kind::kOpenClipboard) ? FALSE : QV8_REAL(OpenClipboard)(window);
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(EmptyClipboard)(void) {
+    return Fails(Kind::kEmptyClipboard) ? FALSE : QV8_REAL(EmptyClipboard)();
+}
+
+HGLOBAL QV8_HOOK_API QV8_HOOK(SetClipboardData)(UINT format, HGLOBAL data) {
+    if (Fails(Kind::kSetClipboard)) {
+        return nullptr;
+    }
+    const HGLOBAL taken = QV8_REAL(SetClipboardData)(format, data);
+    State* const state = watching;
+    if (state != nullptr && taken != nullptr) { // the clipboard owns it now
+        if (state->blocks.erase(data) == 0 || state->locks[data] != 0) {
+            Misuse(*state, "a block given to the clipboard that was not allocated or is locked");
+        }
+    }
+    return taken;
+}
+
+HGLOBAL QV8_HOOK_API QV8_HOOK(GetClipboardData)(UINT format) {
+    return Fails(Kind::kGetClipboard) ? nullptr : QV8_REAL(GetClipboardData)(format);
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(CloseClipboard)(void) {
+    const BOOL closed = QV8_REAL(CloseClipboard)();
+    return Fails(Kind::kCloseClipboard) ? FALSE : closed;
+}
+
 } // extern "C"
 
 namespace test::hooks {
@@ -240,6 +271,8 @@ std::uintptr_t ReplacementOf(const std::string& name) {
         QV8_ENTRY(CreateCompatibleDC), QV8_ENTRY(DeleteDC),       QV8_ENTRY(CreateCompatibleBitmap),
         QV8_ENTRY(DeleteObject),       QV8_ENTRY(SelectObject),   QV8_ENTRY(SetDIBits),
         QV8_ENTRY(GetDIBits),          QV8_ENTRY(Polygon),        QV8_ENTRY(Ellipse),
+        QV8_ENTRY(OpenClipboard),      QV8_ENTRY(EmptyClipboard), QV8_ENTRY(SetClipboardData),
+        QV8_ENTRY(GetClipboardData),   QV8_ENTRY(CloseClipboard),
     };
 #undef QV8_ENTRY
     const auto found = kReplacements.find(name);
@@ -292,6 +325,12 @@ Report Watch(const Failure& failure, const std::function<void()>& call) {
     }
     state.report.drawingObjects = static_cast<int>(state.drawingObjects.size());
     return std::move(state.report);
+}
+
+void Aside(const std::function<void()>& act) {
+    State* const state = watching.exchange(nullptr);
+    act();
+    watching = state;
 }
 
 } // namespace test::hooks

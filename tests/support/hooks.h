@@ -29,6 +29,11 @@ enum class Kind {
     kGetBits,
     kPolygon,
     kEllipse,
+    kOpenClipboard,
+    kEmptyClipboard,
+    kSetClipboard,
+    kGetClipboard,
+    kCloseClipboard, // closes it, but tells of failure
     kCount
 };
 
@@ -62,5 +67,8 @@ struct Report {
 
 // Runs `call` under watch. Dialogs are not really opened meanwhile, and progress without an owner is not passed on.
 Report Watch(const Failure& failure, const std::function<void()>& call);
+
+// Runs `act` in the middle of a watched call as if nobody watched: what a test does there itself.
+void Aside(const std::function<void()>& act);
 
 } // namespace test::hooks

@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "area_options.h"
+#include "clipboard.h"
 #include "effects.h"
 #include "failure.h"
 #include "image_file.h"
@@ -142,6 +143,31 @@ void AddOtherCommands(CLI::App& app, Action& action) {
     });
 }
 
+// Only where the system has a clipboard for all programs.
+void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Action& action) {
+#ifdef _WIN32
+    CLI::App* const copy = app.add_subcommand("copy", "put a picture on the clipboard")->group("Other commands");
+    const auto source = std::make_shared<FileOptions>();
+    copy->add_option("PICTURE", source->input, "picture to read")->required()->type_name("");
+    AddMaxPixels(*copy, *source);
+    copy->callback([&action, source] {
+        action = [source](std::ostream&) {
+            CopyToClipboard(LoadPicture(source->input, source->maxPixels).picture, source->input);
+        };
+    });
+    CLI::App* const paste =
+        app.add_subcommand("paste", "write the picture that is on the clipboard")->group("Other commands");
+    const auto files = std::make_shared<FileOptions>();
+    AddFileOptions(*paste, Source::kNone, *files);
+    paste->callback([&action, files] {
+        action = [files](std::ostream&) {
+            const ImageFormat format = FormatForName(files->output);
+            SavePicture(PictureFromClipboard(files->maxPixels), files->output, format, files->quality);
+        };
+    });
+#endif
+}
+
 // Names what is wrong better than the parser does.
 bool NamesUnknownCommand(const CLI::App& app, const std::vector<std::string>& words) {
     const auto hasName = [&words](const CLI::App* command) { return command->get_name() == words[0]; };
@@ -191,6 +217,7 @@ int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std
     Action action;
     AddEffectCommands(app, action);
     AddOtherCommands(app, action);
+    AddClipboardCommands(app, action);
     if (NamesUnknownCommand(app, words)) {
         err << "qv8: there is no effect \"" << words[0] << "\"; \"qv8 effects\" lists them\n";
         return kExitUsage;

@@ -1,0 +1,30 @@
+// Exported functions: the clipboard.
+#include "image/clipboard.h"
+
+#include "exports/entry.h"
+
+using qv8::RunFramed;
+
+extern "C" {
+
+QV8_ENTRY BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
+                                      DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3},
+                     [&] { return qv8::SetToClipboard(window, image, progressOwner); });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8GetFromClipBrd(HWND window, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3},
+                     [&] { return qv8::GetFromClipboard(window, progressOwner); });
+}
+
+QV8_ENTRY BOOL QV8API QV8IsClipBrdData(HWND window) {
+    return qv8::HasClipboardData(window);
+}
+
+QV8_ENTRY BOOL QV8API QV8ClearClipBrd(HWND window) {
+    return qv8::ClearClipboard(window);
+}
+
+} // extern "C"

@@ -1,0 +1,18 @@
+// Pictures to and from the clipboard, which holds them as CF_DIB.
+#pragma once
+
+#include "frame/dib.h"
+
+namespace qv8 {
+
+// Puts a copy of the picture on the clipboard, in place of what it holds.
+BOOL SetToClipboard(HWND window, HGLOBAL image, DWORD progressOwner);
+
+// A new picture with what the clipboard holds.
+HGLOBAL GetFromClipboard(HWND window, DWORD progressOwner);
+
+BOOL HasClipboardData(HWND window);
+
+BOOL ClearClipboard(HWND window);
+
+} // namespace qv8
