@@ -349,11 +349,11 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner,
 /* Puts a copy of a picture on the clipboard as CF_DIB, in place of all that it holds. The picture stays the caller's.
      window  owner of the clipboard while it is open, or 0.
    The copy has the picture's header, colour table and rows. The channel masks of a 16- or 32-bit BI_BITFIELDS picture
-   with a 40-byte header are left out, though its header still says BI_BITFIELDS: convert such a picture to 24 bits where
-   other programs are to read it. A picture from QV8GetFromClipBrd with a longer header is put back as it came. The
-   clipboard is open only after the last progress report, of which each counts the rows done before it out of all rows.
-   Returns 1, or 0. Statuses: 3 also when the clipboard does not take the copy, as while another program has it open; 7
-   also for a picture that cannot be locked or whose `biSize` is below 40 or beyond the block. */
+   with a 40-byte header are left out, though its header still says BI_BITFIELDS: convert such a picture to 24 bits
+   where other programs are to read it. A picture from QV8GetFromClipBrd with a longer header is put back as it came.
+   The clipboard is open only after the last progress report, of which each counts the rows done before it out of all
+   rows. Returns 1, or 0. Statuses: 3 also when the clipboard does not take the copy, as while another program has it
+   open; 7 also for a picture that cannot be locked or whose `biSize` is below 40 or beyond the block. */
 QV8EFFECT_EXPORT BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
                                              DWORD_PTR dialog2, DWORD_PTR dialog3);
 

@@ -39,7 +39,8 @@ struct FilterRow {
 struct Filter {
     // Filters the samples `begin` to `begin` + `count` - 1 of one plane: any channel, all treated alike.
     using Samples = void (*)(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
-    // Filters the pixels `begin` to `end` - 1, all channels of each at once. In grey pictures all planes of the result are the same.
+    // Filters the pixels `begin` to `end` - 1, all channels of each at once. In grey pictures all planes of the result
+    // are the same.
     using Pixels = void (*)(const void* context, const FilterRow& at, int begin, int end, const PlanarRow& result);
 
     enum class Result {

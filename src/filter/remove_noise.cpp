@@ -84,7 +84,8 @@ void MedianSamples(const void* context, const FilterRow& at, Plane plane, int be
 int CutMedianKey(const FilterRow& at, int column) {
     int keys[9];
     int count = 0;
-    ForEachNeighbour(at, kLuminance, column, [&](BYTE sample, int place) { Insert(sample << 4 | place, keys, count++); });
+    ForEachNeighbour(at, kLuminance, column,
+                     [&](BYTE sample, int place) { Insert(sample << 4 | place, keys, count++); });
     return keys[count / 2];
 }
 

@@ -148,7 +148,7 @@ void CopyForeign(const ForeignDib& dib, const BYTE* from, BYTE* to) {
 
 // A copy of what the opened clipboard holds; sets status 7 or 3.
 NewPicture CopyOfClipboard(int& height) {
-    const HGLOBAL data = GetClipboardData(CF_DIB);
+    HGLOBAL data = GetClipboardData(CF_DIB);
     const GlobalLockScope lock = data != nullptr ? LockBlock(data) : GlobalLockScope();
     ForeignDib dib;
     if (!lock || !Understand(lock.get(), GlobalSize(data), dib)) {

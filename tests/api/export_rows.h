@@ -19,6 +19,7 @@ std::span<const Export> ConvertRows();
 std::span<const Export> FilterRows();
 std::span<const Export> SelectRows();
 std::span<const Export> ComposeRows();
+std::span<const Export> SpecialFilterRows();
 std::span<const Export> ImageRows();
 std::span<const Export> ClipboardRows();
 

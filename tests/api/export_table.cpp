@@ -23,7 +23,8 @@ LONG Parameters::Wild(LONG typical, LONG low, LONG high) {
 std::span<const Export> Exports() {
     static const std::vector<Export> exports = [] {
         std::vector<Export> all;
-        for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows, ClipboardRows}) {
+        for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows, ClipboardRows,
+                                  SpecialFilterRows}) {
             const std::span<const Export> rows = family();
             all.insert(all.end(), rows.begin(), rows.end());
         }

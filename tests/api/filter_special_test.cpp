@@ -35,7 +35,8 @@ Scene Posterised(const Scene& scene) {
 
 void CopyPixel(const Picture& source, Place from, int x, int row, Picture& expected) {
     if (source.Bits() == 16) {
-        std::copy_n(&source.bytes[source.PixelAddress(from.x, from.row)], 2, &expected.bytes[source.PixelAddress(x, row)]);
+        std::copy_n(&source.bytes[source.PixelAddress(from.x, from.row)], 2,
+                    &expected.bytes[source.PixelAddress(x, row)]);
     } else {
         expected.SetColour(x, row, source.ColourAt(from.x, from.row));
     }
@@ -186,8 +187,8 @@ void CheckMosaic(const Scene& scene, int width, int height) {
         scene, [&](const Call& call) { return CallWithArea(QV8Mosaic, call, width, height); },
         [&](const Picture& source, int x, int row, Picture& expected) {
             const Place first = {x - (x - corner.x) % blockWidth, row - (row - corner.row) % blockHeight};
-            const Colour mean = MeanOf(source, first, std::int64_t{first.x} + blockWidth,
-                                       std::int64_t{first.row} + blockHeight);
+            const Colour mean =
+                MeanOf(source, first, std::int64_t{first.x} + blockWidth, std::int64_t{first.row} + blockHeight);
             if (source.Bits() <= 8) {
                 expected.SetIndex(x, row, NearestIndex(source, mean));
             } else {
@@ -208,7 +209,8 @@ TEST(Mosaic, PaintsBlocksWithTheirMean) {
         kAcceptAll);
 }
 
-// More rows in a block than one pass sums, in the lightest colour, and more means than the table of searches begins with.
+// More rows in a block than one pass sums, in the lightest colour, and more means than the table of searches begins
+// with.
 TEST(Mosaic, SumsTallBlocksAndFindsManyMeans) {
     Random random(65);
     Picture white = BlankPicture(24, 3, 700);
@@ -222,8 +224,7 @@ TEST(Mosaic, ReportsRowsOfBlocksAndRefusesSinglePixels) {
     Random random(66);
     const Scene scene = RandomScene(LayoutNamed("24"), AreaForm::kWhole, 5, 10, random);
     Block result;
-    const hooks::Report report =
-        hooks::Watch({}, [&] { result.reset(CallWithArea(QV8Mosaic, scene.AsCall(), 0, 4)); });
+    const hooks::Report report = hooks::Watch({}, [&] { result.reset(CallWithArea(QV8Mosaic, scene.AsCall(), 0, 4)); });
     std::vector<int> rows;
     for (const auto& progress : report.progress) {
         rows.push_back(progress.current);

@@ -103,6 +103,41 @@ TEST(Command, TakesAnEllipse) {
     }
 }
 
+// The mask of a selection goes where --mask-out says, and is the area of the next effect.
+TEST(Command, WritesTheMaskOfASelection) {
+    const Folder folder;
+    const std::string in = folder.Store("in.bmp", BuildBmp(kForm));
+    const std::string mask = folder.Name("mask.bmp");
+    const std::string out = folder.Name("out.bmp");
+    const Outcome outcome =
+        RunQv8({"select-image", "--polygon", "2,1", "5,1", "5,2", "2,2", "--outside", "--mask-out", mask, in, out});
+    ASSERT_EQ(outcome.code, 0) << outcome.err;
+    const auto inBox = [](int x, int y) { return x >= 2 && x <= 5 && y >= 1 && y <= 2; };
+    EXPECT_EQ(Reddened(folder, {"--mask", mask}),
+              Slice(ReddenedWhere([&](int x, int y) { return !inBox(x, y); }, 40), kPixels24));
+    EXPECT_EQ(RunQv8({"select-image", "--mask-out", out, in, out}).code, 2);
+    EXPECT_EQ(RunQv8({"select-image", "--mask-out", "mask.gif", in, out}).code, 2);
+    EXPECT_EQ(RunQv8({"copy-image", "--mask-out", mask, in, out}).code, 2);
+}
+
+// The layer covers the picture from column 3 on.
+TEST(Command, LaysAPictureOverAnother) {
+    const Folder folder;
+    const Bytes in = BuildBmp(kForm);
+    const std::string name = folder.Store("in.bmp", in);
+    const std::string out = folder.Name("out.bmp");
+    ASSERT_EQ(RunQv8({"rgb-rev", name, folder.Name("layer.bmp")}).code, 0);
+    const Outcome outcome = RunQv8(
+        {"layer", "--layer", folder.Name("layer.bmp"), "--x", "3", "--clip", "--transparent", "1,2,3", name, out});
+    ASSERT_EQ(outcome.code, 0) << outcome.err;
+    const Bytes over = folder.Load("layer.bmp");
+    const Bytes written = folder.Load("out.bmp");
+    for (std::size_t i = 0; i < 4 * 24; ++i) {
+        const bool covered = i % 24 >= 9;
+        EXPECT_EQ(written[kPixels24 + i], covered ? over[kPixels24 + i - 9] : in[kPixels24 + i]) << i;
+    }
+}
+
 TEST(Command, InvertsAllChannelsUnlessSomeAreNamed) {
     const Folder folder;
     const Bytes file = BuildBmp(kForm);

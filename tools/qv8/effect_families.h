@@ -22,6 +22,13 @@ EffectCall AddCustomFilter(CLI::App& command);
 EffectCall AddSharp(CLI::App& command);
 EffectCall AddEmboss(CLI::App& command);
 EffectCall AddShade(CLI::App& command);
+
+// filter_special_effects.cpp
+EffectCall AddRemoveNoise(CLI::App& command);
+EffectCall AddAntiAlias(CLI::App& command);
+EffectCall AddMosaic(CLI::App& command);
+EffectCall AddOutline(CLI::App& command);
+
 // select_effects.cpp
 EffectCall AddSelectImage(CLI::App& command);
 EffectCall AddAutoSelectImage(CLI::App& command);
