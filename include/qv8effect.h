@@ -266,11 +266,14 @@ QV8EFFECT_EXPORT BOOL QV8API QV8ResizeEx(const ImageSet* target, ImageSet* resul
                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /* Mirrors, flips, then turns about the centre.
-     angle             hundredths of a degree, clamped to -35999..35999; positive turns counter-clockwise.
+     angle             hundredths of a degree, clamped to -35999..35999; positive turns counter-clockwise. Whole quarter
+                       turns copy pixels as they are.
      mirror, flip      non-zero: exchange left and right, top and bottom, first.
-     smooth            non-zero blends neighbouring pixels, 0 takes the nearest.
-     red, green, blue  colour of pixels that the turned picture does not cover; low bytes.
-     keepSize          non-zero: the result has the source's size; 0: it is large enough for the turned picture. */
+     smooth            non-zero blends neighbouring pixels (16, 24, 32 bits and grey ramps), 0 takes the nearest.
+     red, green, blue  colour of pixels that the turned picture does not cover; low bytes. In pictures with a colour
+                       table the nearest entry, the first of equal ones.
+     keepSize          non-zero: the result has the source's size; 0: it is large enough for the turned picture.
+   The fourth byte of every 32-bit pixel of the result is 0. Status 3 when the result would be too large. */
 QV8EFFECT_EXPORT ImageSet QV8API QV8Rotation(const ImageSet* target, LONG angle, BOOL mirror, BOOL flip, DWORD smooth,
                                              DWORD red, DWORD green, DWORD blue, BOOL keepSize, DWORD progressOwner,
                                              DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);

@@ -58,6 +58,7 @@ enum class AreaUse {
     kAlways,
     kShapes,      // but no mask: type 0 is a bad parameter
     kDrawnShapes, // the same, and the whole picture is drawn as a polygon
+    kMaskAlong,   // no area, but a mask that is changed as the picture is
 };
 
 // What sets an export apart from most.
@@ -94,11 +95,13 @@ struct Export {
         return areaUse != AreaUse::kShapes && areaUse != AreaUse::kDrawnShapes;
     }
     bool UsesAreaOf(const Layout& layout) const {
-        return areaUse == AreaUse::kTrueColour ? layout.bits > 8 : areaUse != AreaUse::kNone;
+        return areaUse == AreaUse::kTrueColour ? layout.bits > 8
+                                               : areaUse != AreaUse::kNone && areaUse != AreaUse::kMaskAlong;
     }
     // Whether calls with an area of this form are calls of their own.
     bool UsesForm(const Layout& layout, AreaForm form) const {
-        return form == AreaForm::kWhole || (UsesAreaOf(layout) && (form != AreaForm::kMask || TakesMasks()));
+        return form == AreaForm::kWhole || (form == AreaForm::kMask && areaUse == AreaUse::kMaskAlong) ||
+               (UsesAreaOf(layout) && (form != AreaForm::kMask || TakesMasks()));
     }
     // The area type that says what is drawn for an area of the given type.
     DWORD DrawnAs(DWORD areaType) const {

@@ -112,7 +112,7 @@ TEST(EveryExport, LeavesNothingBehindWhateverFails) {
 TEST(EveryExport, LeavesNothingBehindWhateverFailsInAnArea) {
     for (const Export& row : Exports()) {
         const Layout& layout = LayoutNamed("24");
-        if (!row.UsesAreaOf(layout)) {
+        if (!row.Accepts(layout)) {
             continue;
         }
         for (const AreaForm form : AreaForms()) {

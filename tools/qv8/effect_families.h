@@ -35,6 +35,8 @@ EffectCall AddAutoSelectImage(CLI::App& command);
 
 // compose_effects.cpp
 EffectCall AddLayer(CLI::App& command);
+// rotation_effects.cpp
+EffectCall AddRotation(CLI::App& command);
 
 // image_effects.cpp
 EffectCall AddCreateImage(CLI::App& command);

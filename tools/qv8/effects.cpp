@@ -29,6 +29,7 @@ constexpr std::array kEffects{
     Effect{"auto-select-image", "cut an area out and mark what is close to a colour", AddAutoSelectImage,
            Source::kPicture, Gives::kPictureAndMask},
     Effect{"layer", "lay another picture over the picture", AddLayer},
+    Effect{"rotation", "mirror, flip and turn", AddRotation},
     Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
     Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
 };

@@ -1,0 +1,119 @@
+#include "geometry/blending.h"
+
+namespace qv8 {
+namespace {
+
+struct Channels {
+    BYTE blue[kPlaces];
+    BYTE green[kPlaces];
+    BYTE red[kPlaces];
+
+    PlanarRow Row() {
+        return {blue, green, red};
+    }
+};
+
+void Decode(const Blending& blending, const DibView& picture, const BYTE* pixels, int count, Channels& channels) {
+    if (picture.bitCount != 8) {
+        blending.format.decode(blending.format.masks, pixels, channels.Row(), count);
+        return;
+    }
+    for (int i = 0; i < count; ++i) {
+        channels.blue[i] = blending.levels[pixels[i]];
+    }
+}
+
+void Encode(const Blending& blending, const DibView& picture, Channels& channels, int count, BYTE* pixels) {
+    if (picture.bitCount != 8) {
+        blending.format.encode(blending.format.masks, channels.Row(), pixels, count);
+        return;
+    }
+    for (int i = 0; i < count; ++i) {
+        pixels[i] = blending.indices[channels.blue[i]];
+    }
+}
+
+bool IsOutside(int place, int size) {
+    return static_cast<unsigned>(place) >= static_cast<unsigned>(size);
+}
+
+bool AllInside(const int* places, int count, int size) {
+    unsigned outside = 0;
+    for (int i = 0; i < count; ++i) {
+        outside |= static_cast<unsigned>(IsOutside(places[i], size));
+    }
+    return outside == 0;
+}
+
+void CopyChannels(const Blending& blending, const Plane& plane, const int* columns, const int* rows, int count,
+                  Channels& channels) {
+    BYTE pixels[kPlaces * 4];
+    plane.unit.copyPlaces(plane.source, columns, rows, count, pixels);
+    Decode(blending, plane.source, pixels, count, channels);
+}
+
+// The same where places may be outside: those count as background.
+void CopyChannelsWithin(const Blending& blending, const Plane& plane, const int* columns, const int* rows, int count,
+                        Channels& channels) {
+    const DibView& source = plane.source;
+    int columnsWithin[kPlaces] = {};
+    int rowsWithin[kPlaces] = {};
+    for (int i = 0; i < count; ++i) {
+        columnsWithin[i] = std::clamp(columns[i], 0, source.width - 1);
+        rowsWithin[i] = std::clamp(rows[i], 0, source.height - 1);
+    }
+    CopyChannels(blending, plane, columnsWithin, rowsWithin, count, channels);
+    for (int i = 0; i < count; ++i) {
+        if (IsOutside(columns[i], source.width) || IsOutside(rows[i], source.height)) {
+            channels.blue[i] = blending.background.rgbBlue;
+            channels.green[i] = blending.background.rgbGreen;
+            channels.red[i] = blending.background.rgbRed;
+        }
+    }
+}
+
+} // namespace
+
+bool CanBlend(const DibView& picture) {
+    return picture.bitCount > 8 || IsGreyRampPalette(picture);
+}
+
+Blending BlendingOf(const Plane& plane, const RGBQUAD& background) {
+    const DibView& source = plane.source;
+    Blending blending = {};
+    blending.background = background;
+    if (source.bitCount != 8) {
+        blending.format = PixelFormatOf(source.bitCount, source.masks);
+        return blending;
+    }
+    for (int i = 0; i != 256; ++i) {
+        blending.levels[i] = source.palette[i].rgbBlue;
+        blending.indices[blending.levels[i]] = static_cast<BYTE>(i);
+    }
+    blending.background.rgbBlue = blending.levels[plane.background[0]];
+    return blending;
+}
+
+void BlendPixels(const Blending& blending, const Plane& plane, const Places& places, int count, BYTE* result) {
+    const DibView& source = plane.source;
+    const bool isInside =
+        AllInside(places.nextColumns, count, source.width) && AllInside(places.nextRows, count, source.height);
+    const auto copyNeighbours = isInside ? CopyChannels : CopyChannelsWithin;
+    Channels pixel;
+    Channels beside;
+    Channels above;
+    Channels diagonal;
+    CopyChannels(blending, plane, places.columns, places.rows, count, pixel);
+    copyNeighbours(blending, plane, places.nextColumns, places.rows, count, beside);
+    copyNeighbours(blending, plane, places.columns, places.nextRows, count, above);
+    copyNeighbours(blending, plane, places.nextColumns, places.nextRows, count, diagonal);
+    const auto blend = TheRotationKernels().blend;
+    blend(places, pixel.blue, beside.blue, above.blue, diagonal.blue, count, pixel.blue);
+    if (source.bitCount != 8) { // greys have one channel only, blue
+        blend(places, pixel.green, beside.green, above.green, diagonal.green, count, pixel.green);
+        blend(places, pixel.red, beside.red, above.red, diagonal.red, count, pixel.red);
+    }
+    Encode(blending, source, pixel, count, result);
+}
+
+} // namespace qv8

@@ -1,0 +1,78 @@
+#include "geometry/free_turn.h"
+
+#include "frame/rows.h"
+#include "geometry/blending.h"
+#include "geometry/rotation_kernels.h"
+
+namespace qv8 {
+namespace {
+
+static_assert(kPartPixels == kPlaces);
+
+struct FreeTurn {
+    Plane& image;
+    Plane* mask;
+    Turn turn;
+    CentredFrame source;
+    CentredFrame frame;
+    Directions directions;
+    const Blending* blending; // null to copy the nearest pixel
+};
+
+// One part of a row of the result, of whose pixels those from `begin` to before `end` lie in the source.
+void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int start, int begin, int end) {
+    const int count = std::min(kPartPixels, work.image.result.view.width - start);
+    const int first = std::max(begin, start);
+    const int found = std::min(end, start + count) - first;
+    const int x = static_cast<int>(work.frame.firstColumn) + first;
+    Places places;
+    const RotationKernels& kernels = TheRotationKernels();
+    if (found > 0) {
+        (work.blending != nullptr ? kernels.findNeighbours : kernels.findPlaces)(lines, work.directions, x, found,
+                                                                                 places);
+    }
+    WritePart(work.image, row, start, count, begin, end, [&](int pixels, BYTE* result) {
+        if (work.blending != nullptr) {
+            BlendPixels(*work.blending, work.image, places, pixels, result);
+        } else {
+            work.image.unit.copyPlaces(work.image.source, places.columns, places.rows, pixels, result);
+        }
+    });
+    if (work.mask != nullptr) {
+        WritePart(*work.mask, row, start, count, begin, end, [&](int pixels, BYTE* result) {
+            work.mask->unit.copyPlaces(work.mask->source, places.columns, places.rows, pixels, result);
+        });
+    }
+}
+
+} // namespace
+
+bool TurnFreely(Plane& image, Plane* mask, const Turn& turn, const CentredFrame& frame, const RotationOptions& options,
+                const Progress& progress) {
+    const CentredFrame source = FrameOf(image.source);
+    const Directions directions = {Direction::Of(image.source.width, options.mirror),
+                                   Direction::Of(image.source.height, options.flip)};
+    Blending blending;
+    if (options.smooth) {
+        blending = BlendingOf(image, options.background);
+    }
+    const FreeTurn work = {image, mask, turn, source, frame, directions, options.smooth ? &blending : nullptr};
+    const auto left = static_cast<int>(frame.firstColumn);
+    const int width = image.result.view.width;
+    Span columnGuess;
+    Span rowGuess;
+    return ForEachRow(image.result.view.height, progress, [&](int row) {
+        const SourceLines lines = SourceLinesOf(turn, static_cast<int>(frame.firstRow) + row);
+        Span inside = SpanInside(lines.column, source.firstColumn, source.width, {left, left + width}, columnGuess);
+        inside = SpanInside(lines.row, source.firstRow, source.height, inside, rowGuess);
+        for (int start = 0; start < width; start += kPartPixels) {
+            WriteTurned(work, lines, row, start, inside.begin - left, inside.end - left);
+        }
+        ClearPadding(image.result.view, image.result.Row(row));
+        if (mask != nullptr) {
+            ClearPadding(mask->result.view, mask->result.Row(row));
+        }
+    });
+}
+
+} // namespace qv8

@@ -1,0 +1,111 @@
+#include "geometry/quarter_turn.h"
+
+#include "frame/rows.h"
+
+namespace qv8 {
+namespace {
+
+constexpr int kTile = 32; // pixels; columns become rows tile by tile, so that lines of memory are used up while at hand
+
+// A coordinate of the source goes forth or back with one of the result: base + step * value.
+struct Course {
+    int base;
+    int step;
+
+    int At(int value) const {
+        return base + step * value;
+    }
+    Course Backwards(int size) const {
+        return {size - 1 - base, -step};
+    }
+    bool IsInside(int value, int size) const {
+        return At(value) >= 0 && At(value) < size;
+    }
+    // The values from `begin` to before `end` lie inside.
+    int Begin(int size) const {
+        return step > 0 ? -base : base - (size - 1);
+    }
+    int End(int size) const {
+        return Begin(size) + size;
+    }
+};
+
+struct Move {
+    bool sideways; // the source's columns go with the result's rows
+    Course column;
+    Course row;
+};
+
+Move MoveOf(int quarters, int width, int height, const RotationOptions& options) {
+    const int offsetA = options.keepSize ? (height - width) / 2 : 0;
+    const int offsetB = options.keepSize ? (height - width) - offsetA : 0;
+    Move move = {IsSideways(quarters), {0, 1}, {0, 1}};
+    switch (quarters) {
+    case 0:
+        break;
+    case 1:
+        move.column = {-offsetB, 1};
+        move.row = {height - 1 - offsetA, -1};
+        break;
+    case 2:
+        move.column = move.column.Backwards(width);
+        move.row = move.row.Backwards(height);
+        break;
+    default:
+        move.column = {width - 1 + offsetA, -1};
+        move.row = {offsetB, 1};
+        break;
+    }
+    move.column = options.mirror ? move.column.Backwards(width) : move.column;
+    move.row = options.flip ? move.row.Backwards(height) : move.row;
+    return move;
+}
+
+void WriteMoved(const Plane& plane, const Move& move, int row, int start, int count) {
+    const DibView& source = plane.source;
+    const auto [along, alongSize] =
+        move.sideways ? std::pair{move.row, source.height} : std::pair{move.column, source.width};
+    const bool isEmpty =
+        move.sideways ? !move.column.IsInside(row, source.width) : !move.row.IsInside(row, source.height);
+    const int begin = isEmpty ? 0 : std::max(along.Begin(alongSize), start);
+    const int end = isEmpty ? 0 : along.End(alongSize);
+    WritePart(plane, row, start, count, begin, end, [&](int pixels, BYTE* result) {
+        if (move.sideways) {
+            plane.unit.copyLine(source, move.column.At(row), move.row.At(begin), 0, move.row.step, pixels, result);
+        } else {
+            plane.unit.copyLine(source, move.column.At(begin), move.row.At(row), move.column.step, 0, pixels, result);
+        }
+    });
+}
+
+// Rows firstRow .. firstRow + rowCount of one picture.
+void WriteRows(const Plane& plane, const Move& move, int firstRow, int rowCount) {
+    const int width = plane.result.view.width;
+    const int part = move.sideways ? kTile : kPartPixels;
+    for (int start = 0; start < width; start += part) {
+        for (int row = firstRow; row < firstRow + rowCount; ++row) {
+            WriteMoved(plane, move, row, start, std::min(part, width - start));
+        }
+    }
+    for (int row = firstRow; row < firstRow + rowCount; ++row) {
+        ClearPadding(plane.result.view, plane.result.Row(row));
+    }
+}
+
+} // namespace
+
+bool TurnQuarters(Plane& image, Plane* mask, int quarters, const RotationOptions& options, const Progress& progress) {
+    const Move move = MoveOf(quarters, image.source.width, image.source.height, options);
+    const int height = image.result.view.height;
+    return ForEachRow(height, progress, [&](int row) {
+        if (row % kTile == 0) {
+            const int rowCount = std::min(kTile, height - row);
+            WriteRows(image, move, row, rowCount);
+            if (mask != nullptr) {
+                WriteRows(*mask, move, row, rowCount);
+            }
+        }
+    });
+}
+
+} // namespace qv8

@@ -1,0 +1,119 @@
+#include "geometry/rotation.h"
+
+#include <limits>
+
+#include "frame/area.h"
+#include "frame/palettes.h"
+#include "frame/pixel_kernels.h"
+#include "frame/rows.h"
+#include "geometry/blending.h"
+#include "geometry/free_turn.h"
+#include "geometry/quarter_turn.h"
+
+namespace qv8 {
+namespace {
+
+struct Target {
+    Picture image;
+    Picture mask; // not locked when there is none
+};
+
+bool OpenTarget(const ImageSet& handles, Target& target) {
+    if (!LockPicture(handles.hImage, target.image) ||
+        (handles.hMask != nullptr && !LockPicture(handles.hMask, target.mask))) {
+        return false;
+    }
+    DibView& image = target.image.view;
+    if (!CheckPicture(target.image) || !CheckDibFormat(image, kAcceptAll, image.masks)) {
+        return false;
+    }
+    return !target.mask.lock || (CheckPicture(target.mask) && IsMaskSizeOf(image, target.mask.view));
+}
+
+// Mirroring and flipping happen on the way from the source to the result and take no time of their own, but have their
+// part of the progress. Leaves the rest of it in `progress`.
+bool ReportExchanges(int height, const RotationOptions& options, Progress& progress) {
+    for (const bool isWanted : {options.mirror, options.flip}) {
+        if (isWanted) {
+            progress.toPercent = progress.fromPercent == 0 ? 5 : 10;
+            if (!ForEachRow(height, progress, [](int) {})) {
+                return false;
+            }
+            progress.fromPercent = progress.toPercent + 1;
+        }
+    }
+    progress.toPercent = 100;
+    return true;
+}
+
+void SetBackground(const RGBQUAD& colour, Plane& plane) {
+    const DibView& view = plane.source;
+    if (view.IsPaletted()) {
+        const auto count = static_cast<int>(std::min(view.paletteSize, std::uint32_t{1} << view.bitCount));
+        plane.background[0] =
+            static_cast<BYTE>(NearestEntry(view.palette, count, colour.rgbRed, colour.rgbGreen, colour.rgbBlue));
+    } else if (view.bitCount == 16) {
+        const WORD word = PackWord(view.masks, colour.rgbBlue, colour.rgbGreen, colour.rgbRed);
+        std::memcpy(plane.background, &word, sizeof word);
+    } else {
+        std::memcpy(plane.background, &colour, 3);
+    }
+}
+
+bool MakePlane(const DibView& source, const CentredFrame& frame, Plane& plane) {
+    constexpr std::int64_t kMaxSide = std::numeric_limits<int>::max();
+    if (frame.width > kMaxSide || frame.height > kMaxSide) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return false;
+    }
+    plane.source = source;
+    plane.result =
+        DuplicateDib(source, static_cast<int>(frame.width), static_cast<int>(frame.height), Pixels::kUnwritten);
+    plane.unit = PixelUnitOf(source.bitCount);
+    return static_cast<bool>(plane.result);
+}
+
+// The result's frame; that of a quarter turn is exact.
+CentredFrame ResultFrame(const CentredFrame& source, const Turn& turn, const RotationOptions& options) {
+    if (options.keepSize) {
+        return source;
+    }
+    if (options.angle % kQuarterTurn != 0) {
+        return TurnedFrame(turn, source);
+    }
+    return IsSideways(options.angle / kQuarterTurn)
+               ? CentredFrame{source.firstRow, source.firstColumn, source.height, source.width}
+               : source;
+}
+
+} // namespace
+
+ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, DWORD progressOwner) {
+    Target target;
+    RotationOptions options = wanted;
+    options.angle = std::clamp(wanted.angle, -kMaxAngle, kMaxAngle);
+    if (!OpenTarget(handles, target)) {
+        return {};
+    }
+    const DibView& source = target.image.view;
+    options.smooth = options.smooth && CanBlend(source);
+    Progress progress{progressOwner};
+    if (!ReportExchanges(source.height, options, progress)) {
+        return {};
+    }
+    const Turn turn = TurnBy(options.angle);
+    const CentredFrame frame = ResultFrame(FrameOf(source), turn, options);
+    Plane image = {};
+    Plane maskPlane = {};
+    if (!MakePlane(source, frame, image) || (target.mask.lock && !MakePlane(target.mask.view, frame, maskPlane))) {
+        return {};
+    }
+    SetBackground(options.background, image);
+    Plane* const mask = target.mask.lock ? &maskPlane : nullptr;
+    const int quarters = options.angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
+    const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)
+                                                        : TurnFreely(image, mask, turn, frame, options, progress);
+    return done ? ImageSet{image.result.Release(), maskPlane.result.Release()} : ImageSet{};
+}
+
+} // namespace qv8

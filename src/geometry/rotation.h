@@ -1,0 +1,11 @@
+// Turns pictures by any angle.
+#pragma once
+
+#include "geometry/rotation_planes.h"
+
+namespace qv8 {
+
+// The turned picture and mask, or an empty pair with the status set.
+ImageSet RotatePicture(const ImageSet& target, const RotationOptions& options, DWORD progressOwner);
+
+} // namespace qv8

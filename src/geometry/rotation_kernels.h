@@ -1,0 +1,49 @@
+// The arithmetic of a turned row, several pixels at a time.
+#pragma once
+
+#include "frame/pixel_kernels.h"
+#include "geometry/rotation_mapping.h"
+
+namespace qv8 {
+
+constexpr int kPlaces = 256; // worked on at once; a multiple of 8
+
+// From a centred coordinate to one of the source's own: counted from its first column or row, or from its last one.
+struct Direction {
+    int exchange; // 0, or -1 to count backwards
+    int base;
+    float sign; // 1 or -1
+
+    static Direction Of(int size, bool backwards) {
+        return backwards ? Direction{-1, size - size / 2, -1.0F} : Direction{0, size / 2, 1.0F};
+    }
+};
+
+struct Directions {
+    Direction column;
+    Direction row;
+};
+
+// Where pixels come from; for blending, the places next to those and how much of them is taken.
+struct Places {
+    int columns[kPlaces];
+    int rows[kPlaces];
+    int nextColumns[kPlaces];
+    int nextRows[kPlaces];
+    float columnWeights[kPlaces];
+    float rowWeights[kPlaces];
+};
+
+struct RotationKernels {
+    // The places of `count` pixels of the result from x on. All of them lie in the source.
+    void (*findPlaces)(const SourceLines& lines, const Directions& directions, int x, int count, Places& places);
+    // The same with neighbours, which may lie outside.
+    void (*findNeighbours)(const SourceLines& lines, const Directions& directions, int x, int count, Places& places);
+    // Blends one channel of the pixels, of those beside them, of those above or below and of the diagonal ones.
+    void (*blend)(const Places& places, const BYTE* pixel, const BYTE* beside, const BYTE* above, const BYTE* diagonal,
+                  int count, BYTE* result);
+};
+
+const RotationKernels& TheRotationKernels();
+
+} // namespace qv8

@@ -1,0 +1,71 @@
+// Compiled once per target, see rotation_kernels.cpp. All work on whole registers: arrays have room for that.
+
+inline Floats LoadFloats(const float* values) {
+    Floats result;
+    __builtin_memcpy(&result, values, sizeof result);
+    return result;
+}
+
+template <class Vector, class Item>
+inline void Store(Item* items, const Vector& values) {
+    __builtin_memcpy(items, &values, sizeof values);
+}
+
+inline Ints Columns(int x) {
+    Ints result;
+    for (int lane = 0; lane < kLanes; ++lane) {
+        result[lane] = x + lane;
+    }
+    return result;
+}
+
+inline Ints PlacesOf(const Ints& centred, const Direction& direction) {
+    return (centred ^ SpreadInt(direction.exchange)) + SpreadInt(direction.base);
+}
+
+// The place on the side that the fraction leans to, and its weight.
+inline void Neighbour(const Floats& exact, const Ints& centred, const Ints& places, float sign, int* next,
+                      float* weights) {
+    const Floats lean = (exact - ToFloats(centred)) * Spread(sign);
+    const Ints isAfter = reinterpret_cast<Ints>(lean > Spread(0));
+    Store(next, places - 1 - isAfter - isAfter);
+    Store(weights, lean > Spread(0) ? lean : -lean);
+}
+
+template <bool kWithNeighbours>
+void Find(const SourceLines& sourceLines, const Directions& sourceDirections, int x, int count, Places& places) {
+    const SourceLines lines = sourceLines;
+    const Directions directions = sourceDirections;
+    Ints columns = Columns(x);
+    for (int i = 0; i < count; i += kLanes, columns += kLanes) {
+        const Floats along = ToFloats(columns);
+        const Floats exactColumn = along * Spread(lines.column.factor) + Spread(lines.column.offset);
+        const Floats exactRow = along * Spread(lines.row.factor) + Spread(lines.row.offset);
+        const Ints column = Truncate(exactColumn);
+        const Ints row = Truncate(exactRow);
+        const Ints sourceColumn = PlacesOf(column, directions.column);
+        const Ints sourceRow = PlacesOf(row, directions.row);
+        Store(places.columns + i, sourceColumn);
+        Store(places.rows + i, sourceRow);
+        if constexpr (kWithNeighbours) {
+            Neighbour(exactColumn, column, sourceColumn, directions.column.sign, places.nextColumns + i,
+                      places.columnWeights + i);
+            Neighbour(exactRow, row, sourceRow, directions.row.sign, places.nextRows + i, places.rowWeights + i);
+        }
+    }
+}
+
+void Blend(const Places& places, const BYTE* pixel, const BYTE* beside, const BYTE* above, const BYTE* diagonal,
+           int count, BYTE* result) {
+    for (int i = 0; i < count; i += kLanes) {
+        const Floats fx = LoadFloats(places.columnWeights + i);
+        const Floats fy = LoadFloats(places.rowWeights + i);
+        const Floats restX = Spread(1) - fx;
+        const Floats restY = Spread(1) - fy;
+        const Floats far = fx * LoadBytes(diagonal + i) + restX * LoadBytes(above + i);
+        const Floats near = restX * LoadBytes(pixel + i) + fx * LoadBytes(beside + i);
+        StoreBytes(result + i, fy * far + restY * near);
+    }
+}
+
+constexpr RotationKernels kKernels = {Find<false>, Find<true>, Blend};

@@ -1,0 +1,63 @@
+// Where the pixels of a turned picture come from. Columns and rows are counted from the centre here: those of a picture
+// of W columns run from -(W / 2) to W - 1 - W / 2. All arithmetic after sine and cosine is in single precision, in the
+// order written, so that every build takes the same pixels.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/dib.h"
+
+namespace qv8 {
+
+constexpr int kQuarterTurn = 9000; // angles are in hundredths of a degree, counter-clockwise
+constexpr int kMaxAngle = 35999;
+
+struct Turn {
+    float sine;
+    float cosine;
+    float sineBack; // of the opposite angle
+    float cosineBack;
+};
+Turn TurnBy(int angle);
+
+// A picture's sides with the place of its first column and row.
+struct CentredFrame {
+    std::int64_t firstColumn;
+    std::int64_t firstRow;
+    std::int64_t width;
+    std::int64_t height;
+};
+CentredFrame FrameOf(const DibView& picture);
+
+// The frame that holds the whole turned picture. Its sides may be beyond what a picture can have.
+CentredFrame TurnedFrame(const Turn& turn, const CentredFrame& source);
+
+// A coordinate of the source along a row of the result: value * factor + offset, cut off toward zero. It never turns
+// back along the row.
+struct SourceLine {
+    float factor;
+    float offset;
+
+    float At(int x) const {
+        return static_cast<float>(x) * factor + offset;
+    }
+};
+
+// Both coordinates along row `y`.
+struct SourceLines {
+    SourceLine column;
+    SourceLine row;
+};
+SourceLines SourceLinesOf(const Turn& turn, int y);
+
+// Columns x of a row of the result, from `begin` to before `end`.
+struct Span {
+    int begin = 0;
+    int end = 0;
+};
+
+// Narrows `within` to the columns where the coordinate lies in first .. first + count - 1. `guess` is where the search
+// begins, best the span of the row before; it becomes the span of this one.
+Span SpanInside(const SourceLine& line, std::int64_t first, std::int64_t count, const Span& within, Span& guess);
+
+} // namespace qv8

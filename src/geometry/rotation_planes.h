@@ -1,0 +1,65 @@
+// The pictures that a rotation makes: the turned image and its turned mask.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+
+#include "geometry/pixel_unit.h"
+
+namespace qv8 {
+
+constexpr int kPartPixels = 256; // written at once; a multiple of 8
+
+// A picture and its turned form.
+struct Plane {
+    DibView source;
+    NewPicture result;
+    PixelUnit unit;
+    BYTE background[4]; // one copied pixel
+};
+
+// What the caller asks for, angle clamped.
+struct RotationOptions {
+    int angle;
+    bool mirror;
+    bool flip;
+    bool smooth;
+    RGBQUAD background;
+    bool keepSize;
+};
+
+inline void FillBackground(const Plane& plane, int count, BYTE* pixels) {
+    const auto bytes = static_cast<std::size_t>(plane.unit.bytes);
+    const std::size_t total = static_cast<std::size_t>(count) * bytes;
+    if (total == 0) {
+        return;
+    }
+    std::memcpy(pixels, plane.background, bytes);
+    for (std::size_t done = bytes; done < total; done *= 2) {
+        std::memcpy(pixels + done, pixels, std::min(done, total - done));
+    }
+}
+
+// Writes pixels start .. start + count of a row of the result, `start` being a multiple of 8: what copy(count, pixels)
+// brings for those from `begin` to before `end`, and background around. Fourth bytes become 0.
+template <class Copy>
+void WritePart(const Plane& plane, int row, int start, int count, int begin, int end, Copy copy) {
+    const auto bytes = static_cast<std::size_t>(plane.unit.bytes);
+    const DibView& view = plane.result.view;
+    BYTE* const resultRow = plane.result.Row(row);
+    BYTE indices[kPartPixels];
+    BYTE* const pixels = view.bitCount < 8 ? indices : resultRow + static_cast<std::size_t>(start) * bytes;
+    const int before = std::clamp(begin - start, 0, count);
+    const int until = std::clamp(end - start, before, count);
+    FillBackground(plane, before, pixels);
+    if (before < until) {
+        copy(until - before, pixels + static_cast<std::size_t>(before) * bytes);
+    }
+    FillBackground(plane, count - until, pixels + static_cast<std::size_t>(until) * bytes);
+    for (int i = before; view.bitCount == 32 && i < until; ++i) {
+        pixels[4 * static_cast<std::size_t>(i) + 3] = 0;
+    }
+    StorePixels(view, pixels, count, resultRow, start);
+}
+
+} // namespace qv8
