@@ -26,6 +26,14 @@ void CopyLine(const DibView& picture, int column, int row, int columnStep, int r
 }
 
 template <class Unit>
+void CopyColumns(const BYTE* __restrict row, const int* __restrict columns, int count, BYTE* __restrict result) {
+    for (int i = 0; i < count; ++i) {
+        std::memcpy(result + static_cast<std::size_t>(i) * sizeof(Unit),
+                    row + static_cast<std::size_t>(columns[i]) * sizeof(Unit), sizeof(Unit));
+    }
+}
+
+template <class Unit>
 void CopyPlaces(const DibView& picture, const int* __restrict columns, const int* __restrict rows, int count,
                 BYTE* __restrict result) {
     const BYTE* const pixels = picture.pixels;
@@ -52,6 +60,13 @@ void CopyIndexLine(const DibView& picture, int column, int row, int columnStep, 
 }
 
 template <int kBits>
+void CopyIndexColumns(const BYTE* row, const int* columns, int count, BYTE* result) {
+    for (int i = 0; i < count; ++i) {
+        result[i] = IndexAt<kBits>(row, columns[i]);
+    }
+}
+
+template <int kBits>
 void CopyIndexPlaces(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result) {
     for (int i = 0; i < count; ++i) {
         result[i] = IndexAt<kBits>(picture.Row(rows[i]), columns[i]);
@@ -59,16 +74,16 @@ void CopyIndexPlaces(const DibView& picture, const int* columns, const int* rows
 }
 
 template <class Unit>
-constexpr PixelUnit kUnit = {sizeof(Unit), CopyLine<Unit>, CopyPlaces<Unit>};
+constexpr PixelUnit kUnit = {sizeof(Unit), CopyLine<Unit>, CopyColumns<Unit>, CopyPlaces<Unit>};
 
 } // namespace
 
 PixelUnit PixelUnitOf(int bitCount) {
     switch (bitCount) {
     case 1:
-        return {1, CopyIndexLine<1>, CopyIndexPlaces<1>};
+        return {1, CopyIndexLine<1>, CopyIndexColumns<1>, CopyIndexPlaces<1>};
     case 4:
-        return {1, CopyIndexLine<4>, CopyIndexPlaces<4>};
+        return {1, CopyIndexLine<4>, CopyIndexColumns<4>, CopyIndexPlaces<4>};
     case 8:
         return kUnit<BYTE>;
     case 16:

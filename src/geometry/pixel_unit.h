@@ -10,6 +10,8 @@ struct PixelUnit {
 
     // Pixels from (column, row) on, each a step further.
     void (*copyLine)(const DibView& picture, int column, int row, int columnStep, int rowStep, int count, BYTE* result);
+    // Pixels of one row at given columns.
+    void (*copyColumns)(const BYTE* row, const int* columns, int count, BYTE* result);
     // Pixels at given places.
     void (*copyPlaces)(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result);
 };

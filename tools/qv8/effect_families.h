@@ -37,6 +37,8 @@ EffectCall AddAutoSelectImage(CLI::App& command);
 EffectCall AddLayer(CLI::App& command);
 // rotation_effects.cpp
 EffectCall AddRotation(CLI::App& command);
+// resize_effects.cpp
+EffectCall AddResize(CLI::App& command);
 
 // image_effects.cpp
 EffectCall AddCreateImage(CLI::App& command);

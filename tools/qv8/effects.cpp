@@ -30,6 +30,7 @@ constexpr std::array kEffects{
            Source::kPicture, Gives::kPictureAndMask},
     Effect{"layer", "lay another picture over the picture", AddLayer},
     Effect{"rotation", "mirror, flip and turn", AddRotation},
+    Effect{"resize", "scale to a new size", AddResize, Source::kPicture, Gives::kPictureAndMask},
     Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
     Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
 };

@@ -1,0 +1,55 @@
+#include "geometry/resize.h"
+
+#include "frame/area.h"
+#include "geometry/resize_smooth.h"
+
+namespace qv8 {
+namespace {
+
+bool OpenMask(HGLOBAL hMask, const DibView& source, Picture& mask) {
+    return LockPicture(hMask, mask) && CheckPicture(mask) && IsMaskSizeOf(source, mask.view);
+}
+
+// Indices can be blended only where they stand for all levels of grey.
+bool HasLevels(const DibView& source) {
+    return !source.IsPaletted() || IsGreyRampPalette(source);
+}
+
+} // namespace
+
+ImageSet ResizePicture(const ImageSet& source, int width, int height, bool smooth, const Progress& progress) {
+    Picture picture;
+    Picture mask;
+    if (!OpenPicture(source.hImage, kAcceptAll, picture) ||
+        (source.hMask != nullptr && !OpenMask(source.hMask, picture.view, mask))) {
+        return {};
+    }
+    const DibView& view = picture.view;
+    NewPicture result = DuplicateDib(view, width, height, Pixels::kZero);
+    if (!result) {
+        return {};
+    }
+    NewPicture resultMask;
+    if (mask.lock) {
+        resultMask = DuplicateDib(mask.view, width, height, Pixels::kZero);
+        if (!resultMask) {
+            return {};
+        }
+    }
+    ResizeTask task = {&view,       mask.lock ? &mask.view : nullptr,  &result,
+                       &resultMask, MakeScaledSide(view.width, width), MakeScaledSide(view.height, height),
+                       {}};
+    if (!MakeColumnMap(task.columns, task.map)) {
+        return {};
+    }
+    const bool done =
+        smooth && HasLevels(view)
+            ? ResizeSmoothly(task, progress)
+            : ForEachBand(task, progress, [&](const PixelGroup& rows) { CopyBand(view, result, task.map, rows); });
+    if (!done) {
+        return {};
+    }
+    return {result.Release(), resultMask ? resultMask.Release() : nullptr};
+}
+
+} // namespace qv8

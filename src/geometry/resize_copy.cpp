@@ -1,0 +1,61 @@
+#include "geometry/resize_copy.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "geometry/pixel_unit.h"
+#include "qv8com.h"
+
+namespace qv8 {
+namespace {
+
+// Of pixels spread out before they are packed; a multiple of 8.
+constexpr int kSpread = 1024;
+
+// Copies the mapped pixels of one row.
+void CopyRow(const DibView& source, const BYTE* sourceRow, const ColumnMap& map, const NewPicture& result, BYTE* row) {
+    const PixelUnit unit = PixelUnitOf(source.bitCount);
+    if (source.bitCount >= 8) {
+        unit.copyColumns(sourceRow, map.Columns(), map.count, row);
+        return;
+    }
+    BYTE indices[kSpread];
+    for (int first = 0; first < map.count; first += kSpread) {
+        const int count = std::min(kSpread, map.count - first);
+        unit.copyColumns(sourceRow, map.Columns() + first, count, indices);
+        StorePixels(result.view, indices, count, row, first);
+    }
+}
+
+} // namespace
+
+bool MakeColumnMap(const ScaledSide& side, ColumnMap& map) {
+    const auto count = static_cast<std::size_t>(side.newSize);
+    if (count <= kMaxBlockBytes / sizeof(int)) {
+        map.block = AllocateWorkingBlock(count * sizeof(int));
+    }
+    if (!map.block) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return false;
+    }
+    int* const columns = map.block.As<int>();
+    ForEachGroup(side, [&](const PixelGroup& group) {
+        for (int i = 0; i != group.resultCount; ++i) {
+            columns[map.count++] = group.first;
+        }
+    });
+    return true;
+}
+
+void CopyBand(const DibView& source, const NewPicture& result, const ColumnMap& map, const PixelGroup& rows) {
+    if (rows.resultCount == 0) {
+        return;
+    }
+    BYTE* const first = result.Row(rows.resultFirst);
+    CopyRow(source, source.Row(rows.first), map, result, first);
+    for (int i = 1; i < rows.resultCount; ++i) {
+        std::memcpy(result.Row(rows.resultFirst + i), first, result.view.stride);
+    }
+}
+
+} // namespace qv8

@@ -1,0 +1,34 @@
+#include "geometry/resize_groups.h"
+
+#include <algorithm>
+
+namespace qv8 {
+namespace {
+
+// Where the block of a source position begins. The product is formed in double precision: halves go up exactly.
+std::int64_t PlaceOf(const ScaledSide& side, std::int64_t position) {
+    return static_cast<std::int64_t>(static_cast<double>(position) * static_cast<double>(side.factor) + 0.5);
+}
+
+} // namespace
+
+ScaledSide MakeScaledSide(int oldSize, int newSize) {
+    return {oldSize, newSize, static_cast<float>(newSize) / static_cast<float>(oldSize)};
+}
+
+PixelGroup GroupAt(const ScaledSide& side, int first) {
+    const std::int64_t begin = PlaceOf(side, first);
+    std::int64_t next = std::int64_t{first} + 1;
+    std::int64_t end = PlaceOf(side, next);
+    while (!side.Enlarges() && end == begin && end < side.newSize) {
+        end = PlaceOf(side, ++next);
+    }
+    // Places rise by at least 1 where the side enlarges and by at most 1 where it shrinks, so only a block that begins
+    // behind the last new pixel would be empty or overlap the one before.
+    const auto inside = static_cast<int>(std::min<std::int64_t>(next, side.oldSize));
+    const auto resultFirst = static_cast<int>(std::min<std::int64_t>(begin, side.newSize));
+    const auto resultEnd = static_cast<int>(std::min<std::int64_t>(end, side.newSize));
+    return {first, inside - first, inside, resultFirst, resultEnd - resultFirst};
+}
+
+} // namespace qv8

@@ -1,0 +1,30 @@
+// The inner loops of scaling, over the pixels of one row.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/platform.h"
+
+namespace qv8 {
+
+// Neighbours of new pixels in a row of cells, and how they are weighed.
+struct ColumnWeights {
+    const int* cell; // of each new pixel; the one behind it is the right neighbour
+    const float* right;
+    const float* left;
+};
+
+struct ResizeKernels {
+    void (*addRow)(const BYTE* row, std::uint32_t* sums, int count);
+    // Sums of `columns` pixels by their numbers, rounded.
+    void (*average)(const double* sums, const int* columns, int rows, float* result, int count);
+    void (*toFloats)(const BYTE* row, float* result, int count);
+    // Weighs the cells and their right neighbours.
+    void (*blendColumns)(const float* cells, const ColumnWeights& weights, float* result, int count);
+    // Weighs two blended rows; rounds.
+    void (*blendRows)(const float* upper, const float* lower, float upperWeight, BYTE* result, int count);
+};
+
+const ResizeKernels& TheResizeKernels();
+
+} // namespace qv8

@@ -1,0 +1,77 @@
+// Scaling.
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "effect_families.h"
+#include "failure.h"
+#include "mask.h"
+#include "option_types.h"
+
+namespace {
+
+struct Options {
+    int width = 0; // 0: goes by the other side
+    int height = 0;
+    double scale = 0; // 0: not given
+    bool smooth = false;
+    std::string mask;
+};
+
+struct Size {
+    int width;
+    int height;
+};
+
+int Scaled(int side, double factor) {
+    return static_cast<int>(std::clamp(std::round(side * factor), 1.0, 2147483647.0));
+}
+
+Size NewSize(const Options& options, const EffectRequest& request) {
+    const auto* const header = static_cast<const BITMAPINFOHEADER*>(GlobalLock(request.image));
+    const Size old = {static_cast<int>(header->biWidth), static_cast<int>(header->biHeight)};
+    GlobalUnlock(request.image);
+    Size size = {options.width, options.height};
+    if (options.scale > 0) {
+        size = {Scaled(old.width, options.scale), Scaled(old.height, options.scale)};
+    } else if (size.width == 0 && size.height == 0) {
+        throw Failure(kExitUsage, "--width, --height or --scale is needed");
+    } else if (size.width == 0) {
+        size.width = Scaled(old.width, static_cast<double>(size.height) / old.height);
+    } else if (size.height == 0) {
+        size.height = Scaled(old.height, static_cast<double>(size.width) / old.width);
+    }
+    if (static_cast<std::uint64_t>(size.width) * static_cast<std::uint64_t>(size.height) > request.maxPixels) {
+        throw Failure(kExitUsage, "that is above the limit of " + std::to_string(request.maxPixels) + " pixels");
+    }
+    return size;
+}
+
+} // namespace
+
+EffectCall AddResize(CLI::App& command) {
+    auto options = std::make_shared<Options>();
+    CLI::Option* const width = command.add_option("--width", options->width, "pixels");
+    CLI::Option* const height = command.add_option("--height", options->height, "pixels");
+    width->check(CLI::PositiveNumber);
+    height->check(CLI::PositiveNumber);
+    command.add_option("--scale", options->scale, "factor for both sides")
+        ->type_name("FACTOR")
+        ->check(CLI::PositiveNumber)
+        ->check(CheckFinite)
+        ->excludes(width)
+        ->excludes(height);
+    command.add_flag("--smooth", options->smooth, "blend pixels instead of repeating or dropping them");
+    command.add_option("--mask", options->mask, "picture of the same size that is scaled along as a mask")
+        ->type_name("FILE");
+    return [options](const EffectRequest& request) -> EffectResult {
+        const Size size = NewSize(*options, request);
+        Picture mask;
+        if (!options->mask.empty()) {
+            mask = LoadMask(options->mask, false, request);
+        }
+        const ImageSet target = {request.image, mask.Handle()};
+        return QV8Resize(&target, size.width, size.height, static_cast<DWORD>(options->smooth), request.progressOwner,
+                         0, 0, 0);
+    };
+}
