@@ -384,25 +384,38 @@ QV8EFFECT_EXPORT BOOL QV8API QV8ClearClipBrd(HWND window);
 
 /* --- Hidden image ------------------------------------------------------------------------------------------------- */
 
-/* Hides a pattern or a text in the luminance of a 24-bit picture.
-     picture        1-bit pattern laid with its upper left corner at (left, top), or 0 to draw the text.
-     text           at most 128 characters (else status 5).
-     faceName       font, at most 32 characters (else status 5).
+/* Hides a pattern or a text in the luminance of a 24-bit picture. The luminance of the pixels under the set bits of the
+   pattern, or under the text, changes by `strength`; a pixel whose luminance would leave 0..255 keeps it. All these
+   pixels go to luminance and colour differences and back, and the way back truncates: a mark of strength s is found
+   again at threshold s - 1, for the most part not at s. A negative strength darkens; QV8CheckSecretImage finds such a
+   mark with its two pictures exchanged.
+     picture        1-bit pattern, laid with its upper left corner at (left, top), or 0 to draw the text. What lies
+                    outside of the picture is left out.
+     text           at most 128 characters (else status 5) in Shift-JIS, whose first half is ASCII; "\n" begins a line.
+     faceName       font, at most 32 characters (else status 5); null or empty: whichever font the system prefers.
      pointSize      size in points; low 16 bits.
-     bold, italic, underline, strikeOut  flags; low bytes.
-     direction      0 and 1 horizontal, anything else vertical; low byte.
-     angle          0, 90, 180 or 270 degrees; low 16 bits.
-     strength       change of luminance, may be negative; pixels that cannot take it keep theirs.
-     left, top, right, bottom  rectangle of the text in pixels, y counted from the top; cut to the picture.
-   Statuses: 5 see above; 9 the text could not be drawn. */
+     bold, italic, underline, strikeOut  flags; low bytes. The last two are for horizontal text without line breaks.
+     direction      0 and 1 horizontal, anything else sets characters below one another, in columns from right to left;
+                    low byte.
+     angle          0, 90, 180 or 270 degrees anticlockwise, low 16 bits; any other counts as 0. The text, or all of its
+                    columns together, begins in the corner of the rectangle where reading begins at that angle: upper
+                    left, lower left, lower right, upper right. Further lines follow in the way of reading.
+     strength       any number; beyond -255..255 no pixel can take it.
+     left, top, right, bottom  rectangle of the text in pixels, all four included, y counted from the top; cut to the
+                    picture, either order of its sides. What leaves it is cut. Of these a pattern uses left and top.
+   The text is not smoothed; how characters look is up to the fonts of the system.
+   Statuses: 2 also when there is nothing to draw the text on; 5 see above, or null text; 9 there is no font, or the
+   text could not be drawn. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetSecretImage(HGLOBAL image, HGLOBAL picture, LPCSTR text, LPCSTR faceName,
                                                   DWORD pointSize, DWORD bold, DWORD italic, DWORD underline,
                                                   DWORD strikeOut, DWORD direction, DWORD angle, int strength, int left,
                                                   int top, int right, int bottom, DWORD progressOwner,
                                                   DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
-/* Finds a hidden pattern by comparing a marked picture with the unmarked one; both 24-bit. Returns a 1-bit picture.
-     threshold  difference of luminance from which on a pixel counts as marked. */
+/* Finds a hidden pattern by comparing a marked picture with the unmarked one. Returns a 1-bit picture: white where the
+   luminance has risen. Statuses: 7 also when the two differ in size.
+     unmarked, marked  24-bit pictures of the same size.
+     threshold  rise of luminance from which on a pixel counts as marked: s - 1 for a mark of strength s. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold,
                                                     DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                                     DWORD_PTR dialog3);

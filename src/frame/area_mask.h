@@ -1,12 +1,15 @@
 // Masks of polygons and ellipses, drawn by the platform into 1-bit pictures.
 #pragma once
 
-#include "frame/global_memory.h"
+#include "frame/dib.h"
 
 namespace qv8 {
 
 // Header and the two colours of a mask.
 constexpr std::size_t kMaskHeaderBytes = 48;
+
+// An empty 1-bit picture, black (0) and white (1), of zeros. Sets status 3 when it fails.
+NewPicture NewMask(int width, int height);
 
 // A 1-bit picture, black (0) and white (1), with the shape drawn into it in top-down coordinates: the polygon through
 // `points` (area type 2), the ellipse in `drawRect` (3), or nothing. Unless `inside`, every bit is inverted then.

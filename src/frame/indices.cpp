@@ -6,11 +6,25 @@
 namespace qv8 {
 namespace {
 
+// The bits of a byte, highest first, as eight indices: every byte of the product holds all bits, and each keeps its
+// own.
+void UnpackEight(BYTE packed, BYTE* indices) {
+    const std::uint64_t bits = packed * 0x0101010101010101ULL & 0x0102040810204080ULL;
+    const std::uint64_t bytes = (bits + 0x7F7F7F7F7F7F7F7FULL) >> 7U & 0x0101010101010101ULL;
+    std::memcpy(indices, &bytes, sizeof bytes);
+}
+
 template <int kBits>
 void Unpack(const BYTE* packed, int count, BYTE* indices) {
     constexpr int kPerByte = 8 / kBits;
     constexpr unsigned kMask = (1U << kBits) - 1;
-    for (int i = 0; i < count; ++i) {
+    int i = 0;
+    if constexpr (kBits == 1) {
+        for (; i + 8 <= count; i += 8) {
+            UnpackEight(packed[i / 8], indices + i);
+        }
+    }
+    for (; i < count; ++i) {
         const int shift = 8 - kBits - i % kPerByte * kBits;
         indices[i] = static_cast<BYTE>(static_cast<unsigned>(packed[i / kPerByte]) >> shift & kMask);
     }

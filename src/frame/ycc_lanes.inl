@@ -26,3 +26,32 @@ inline Components Forward(const Colours& c, Floats offset) {
 inline Colours Back(Floats y, Floats cr, Floats cb) {
     return {y + Spread(1.772F) * cb, y - Spread(0.34414F) * cb - Spread(0.71414F) * cr, y + Spread(1.402F) * cr};
 }
+
+// Runs `change`, from colours to colours, over whole vectors; what is left over goes through a vector of its own.
+template <class Change>
+inline void ForEachVector(const PlanarRow& channels, int count, Change change) {
+    const PlanarRow row = channels; // which storing bytes cannot change
+    const auto step = [&](BYTE * blue, BYTE * green, BYTE * red) __attribute__((always_inline)) {
+        const Colours changed = change(Colours{LoadBytes(blue), LoadBytes(green), LoadBytes(red)});
+        StoreBytes(blue, changed.blue);
+        StoreBytes(green, changed.green);
+        StoreBytes(red, changed.red);
+    };
+    int i = 0;
+    for (; i + kLanes <= count; i += kLanes) {
+        step(row.blue + i, row.green + i, row.red + i);
+    }
+    if (i < count) {
+        const auto rest = static_cast<std::size_t>(count - i);
+        BYTE blue[kLanes] = {};
+        BYTE green[kLanes] = {};
+        BYTE red[kLanes] = {};
+        __builtin_memcpy(blue, row.blue + i, rest);
+        __builtin_memcpy(green, row.green + i, rest);
+        __builtin_memcpy(red, row.red + i, rest);
+        step(blue, green, red);
+        __builtin_memcpy(row.blue + i, blue, rest);
+        __builtin_memcpy(row.green + i, green, rest);
+        __builtin_memcpy(row.red + i, red, rest);
+    }
+}

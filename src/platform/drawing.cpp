@@ -187,7 +187,12 @@ BOOL DeleteObject(HGDIOBJ object) {
     if (object == nullptr) {
         return FALSE;
     }
-    if (static_cast<const ObjectHeader*>(object)->isStock) {
+    auto* const header = static_cast<ObjectHeader*>(object);
+    if (header->isStock) {
+        return TRUE;
+    }
+    if (header->kind == ObjectKind::Font) {
+        DeleteFont(header);
         return TRUE;
     }
     Qv8Bitmap* const bitmap = static_cast<Qv8Bitmap*>(object);
@@ -209,6 +214,8 @@ HGDIOBJ SelectObject(HDC context, HGDIOBJ object) {
         return std::exchange(context->pen, static_cast<DrawingTool*>(object));
     case ObjectKind::Brush:
         return std::exchange(context->brush, static_cast<DrawingTool*>(object));
+    case ObjectKind::Font:
+        return std::exchange(context->font, static_cast<ObjectHeader*>(object));
     }
     return nullptr;
 }

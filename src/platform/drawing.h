@@ -1,5 +1,6 @@
-// Stand-ins for the drawing calls of the platform: bitmaps of the screen's format in memory, drawn on with a pen one
-// pixel wide and a solid brush. Only what the library draws with is here; results equal the platform's bit for bit.
+// Stand-ins for the drawing calls of the platform: bitmaps in memory, drawn on with a pen one pixel wide, a solid brush
+// and fonts. Only what the library draws with is here. Shapes equal the platform's bit for bit; characters look as this
+// system's fonts have them.
 #pragma once
 
 #include "qv8platform.h"
@@ -11,12 +12,46 @@ extern "C" {
 typedef struct Qv8DeviceContext* HDC;
 typedef void* HGDIOBJ;
 typedef struct Qv8Bitmap* HBITMAP;
+typedef struct Qv8Font* HFONT;
+typedef DWORD COLORREF;
 
 typedef struct tagBITMAPINFO {
     BITMAPINFOHEADER bmiHeader;
     RGBQUAD bmiColors[1];
 } BITMAPINFO;
 
+typedef struct tagSIZE {
+    LONG cx;
+    LONG cy;
+} SIZE;
+
+enum { LF_FACESIZE = 32 };
+
+typedef struct tagLOGFONTA {
+    LONG lfHeight;
+    LONG lfWidth;
+    LONG lfEscapement;
+    LONG lfOrientation;
+    LONG lfWeight;
+    BYTE lfItalic;
+    BYTE lfUnderline;
+    BYTE lfStrikeOut;
+    BYTE lfCharSet;
+    BYTE lfOutPrecision;
+    BYTE lfClipPrecision;
+    BYTE lfQuality;
+    BYTE lfPitchAndFamily;
+    char lfFaceName[LF_FACESIZE];
+} LOGFONTA;
+
+#define RGB(red, green, blue) ((COLORREF)((red) | (green) << 8 | (blue) << 16))
+#define CLR_INVALID 0xFFFFFFFFU
+
+enum { FW_NORMAL = 400, FW_BOLD = 700, SHIFTJIS_CHARSET = 128 };
+enum { OUT_STROKE_PRECIS = 3, CLIP_STROKE_PRECIS = 2, DEFAULT_QUALITY = 0, DEFAULT_PITCH = 0, FF_DONTCARE = 0 };
+enum { LOGPIXELSY = 90 };
+enum { OPAQUE = 2 };
+enum { DT_SINGLELINE = 0x0020, DT_NOCLIP = 0x0100 };
 enum { WHITE_BRUSH = 0, WHITE_PEN = 6, BLACK_PEN = 7 };
 enum { R2_COPYPEN = 13 };
 enum { DIB_RGB_COLORS = 0 };
@@ -54,6 +89,27 @@ QV8_PLATFORM_EXPORT int GetDIBits(HDC context, HBITMAP bitmap, UINT startRow, UI
    bitmap to draw on, for fewer than two points, when a coordinate is beyond 2^29 or memory is short. */
 QV8_PLATFORM_EXPORT BOOL Polygon(HDC context, const POINT* points, int count);
 QV8_PLATFORM_EXPORT BOOL Ellipse(HDC context, int left, int top, int right, int bottom);
+
+/* The resolution of the screen, 96 dots per inch, for LOGPIXELSY; 0 for any other value. */
+QV8_PLATFORM_EXPORT int GetDeviceCaps(HDC context, int index);
+/* number * numerator / denominator, rounded to the nearest, halves away from zero; -1 when that does not fit. */
+QV8_PLATFORM_EXPORT int MulDiv(int number, int numerator, int denominator);
+
+/* The installed font that is nearest to the face name, size, weight and slant; 0 when there is none that scales. The
+   height is that of the characters, as a negative number, or 0 for 12 points; the escapement a whole number of quarter
+   turns. Character set and qualities are not looked at: text is in Shift-JIS, whose first half is ASCII. */
+QV8_PLATFORM_EXPORT HFONT CreateFontIndirectA(const LOGFONTA* description);
+/* Colours are black or white, whichever is nearer. Return what was set before; CLR_INVALID or 0 without a context. */
+QV8_PLATFORM_EXPORT COLORREF SetTextColor(HDC context, COLORREF colour);
+QV8_PLATFORM_EXPORT COLORREF SetBkColor(HDC context, COLORREF colour);
+/* OPAQUE is the only mode; others give 0. */
+QV8_PLATFORM_EXPORT int SetBkMode(HDC context, int mode);
+/* The space that a line of text takes before it is turned. Control characters have no width. */
+QV8_PLATFORM_EXPORT BOOL GetTextExtentPoint32A(HDC context, LPCSTR text, int bytes, SIZE* extent);
+/* Draws one line, whether DT_SINGLELINE is given or not, with its upper left corner, as one reads it, at the upper left
+   corner of the rectangle. DT_NOCLIP has to be given. Two ampersands draw one, a single one nothing. Returns the height
+   of the line; 0 without a bitmap or font, for other formats, and when memory is short or a character too large. */
+QV8_PLATFORM_EXPORT int DrawTextA(HDC context, LPCSTR text, int bytes, RECT* rect, UINT format);
 
 #ifdef __cplusplus
 }

@@ -32,7 +32,7 @@ struct Pixels {
     void FillSpan(std::int64_t y, std::int64_t begin, std::int64_t end, Ink ink) const;
 };
 
-enum class ObjectKind : std::uint8_t { Bitmap, Pen, Brush };
+enum class ObjectKind : std::uint8_t { Bitmap, Pen, Brush, Font };
 
 // Begins every object that can be selected, so that its kind can be read through an untyped handle.
 struct ObjectHeader {
@@ -48,6 +48,11 @@ struct DrawingTool {
 
 // The bitmap that `context` draws on, or null when there is none to draw on.
 const Pixels* TargetOf(HDC context);
+
+// What a context has selected before it is given a font: nothing that text can be drawn with.
+extern ObjectHeader noFont;
+
+void DeleteFont(ObjectHeader* font);
 
 // Draws from `from` up to, not including, `to`.
 void DrawLine(const Pixels& target, POINT from, POINT to, Ink ink);
@@ -76,4 +81,7 @@ struct Qv8DeviceContext {
     Qv8Bitmap* bitmap; // null for the screen, which is not drawn on
     qv8::drawing::DrawingTool* pen;
     qv8::drawing::DrawingTool* brush;
+    qv8::drawing::ObjectHeader* font = &qv8::drawing::noFont;
+    qv8::drawing::Ink textInk = qv8::drawing::Ink::Black;
+    qv8::drawing::Ink backInk = qv8::drawing::Ink::White;
 };

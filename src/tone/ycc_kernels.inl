@@ -1,35 +1,6 @@
 // Compiled once per target, see ycc_kernels.cpp. Every product and sum is single precision in the written order, and
 // every component is truncated to an integer in between: that is what the results are made of.
 
-// Runs `change`, from colours to colours, over whole vectors; what is left over goes through a vector of its own.
-template <class Change>
-inline void ForEachVector(const PlanarRow& channels, int count, Change change) {
-    const PlanarRow row = channels; // which storing bytes cannot change
-    const auto step = [&](BYTE * blue, BYTE * green, BYTE * red) __attribute__((always_inline)) {
-        const Colours changed = change(Colours{LoadBytes(blue), LoadBytes(green), LoadBytes(red)});
-        StoreBytes(blue, changed.blue);
-        StoreBytes(green, changed.green);
-        StoreBytes(red, changed.red);
-    };
-    int i = 0;
-    for (; i + kLanes <= count; i += kLanes) {
-        step(row.blue + i, row.green + i, row.red + i);
-    }
-    if (i < count) {
-        const auto rest = static_cast<std::size_t>(count - i);
-        BYTE blue[kLanes] = {};
-        BYTE green[kLanes] = {};
-        BYTE red[kLanes] = {};
-        std::memcpy(blue, row.blue + i, rest);
-        std::memcpy(green, row.green + i, rest);
-        std::memcpy(red, row.red + i, rest);
-        step(blue, green, red);
-        std::memcpy(row.blue + i, blue, rest);
-        std::memcpy(row.green + i, green, rest);
-        std::memcpy(row.red + i, red, rest);
-    }
-}
-
 inline Floats Shift(Ints value, const ComponentShift& shift) {
     using Unsigned = unsigned __attribute__((vector_size(sizeof(Ints))));
     const auto flipped = reinterpret_cast<Unsigned>(value ^ SpreadInt(shift.flip));

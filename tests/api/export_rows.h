@@ -24,5 +24,6 @@ std::span<const Export> RotationRows();
 std::span<const Export> ResizeRows();
 std::span<const Export> ImageRows();
 std::span<const Export> ClipboardRows();
+std::span<const Export> HiddenRows();
 
 } // namespace test

@@ -87,6 +87,24 @@ void FailEverything(const Export& row, const Scene& scene) {
     }
 }
 
+// Every step of drawing a text: what is missing to draw on has another status than what could not be drawn.
+const Promise kTextPromises[] = {
+    {"allocation", Kind::kAllocation, kAnyArea, {QV8_STATUS_MEMORY}},
+    {"lock", Kind::kLock, kAnyArea, {QV8_STATUS_MEMORY}},
+    {"progress", Kind::kProgress, kAnyArea, {QV8_STATUS_CANCELLED}},
+    {"screen context", Kind::kGetContext, kAnyArea, {QV8_STATUS_DIALOG}},
+    {"memory context", Kind::kCreateContext, kAnyArea, {QV8_STATUS_DIALOG}},
+    {"bitmap", Kind::kCreateBitmap, kAnyArea, {QV8_STATUS_DIALOG}},
+    // The bitmap, the font, and then both back, which nothing depends on.
+    {"selection", Kind::kSelect, kAnyArea, {kOk, QV8_STATUS_DIALOG, QV8_STATUS_DRAWING}},
+    {"bits in", Kind::kSetBits, kAnyArea, {QV8_STATUS_DRAWING}},
+    {"bits out", Kind::kGetBits, kAnyArea, {QV8_STATUS_DRAWING}},
+    {"font", Kind::kCreateFont, kAnyArea, {QV8_STATUS_DRAWING}},
+    {"colours", Kind::kTextColours, kAnyArea, {QV8_STATUS_DRAWING}},
+    {"measuring", Kind::kMeasureText, kAnyArea, {QV8_STATUS_DRAWING}},
+    {"text", Kind::kDrawText, kAnyArea, {QV8_STATUS_DRAWING}},
+};
+
 Scene SmallScene(const Layout& layout, AreaForm form, std::uint64_t seed) {
     Random random(seed);
     Scene scene = RandomScene(layout, form, 9, 5, random);
@@ -128,6 +146,29 @@ TEST(EveryExport, LeavesNothingBehindWhateverFailsInAnArea) {
             EXPECT_EQ(report.Calls(Kind::kEllipse), drawn == QV8_AREA_ELLIPSE ? 1 : 0);
             EXPECT_EQ(report.Calls(Kind::kSetBits), report.Calls(Kind::kPolygon) + report.Calls(Kind::kEllipse));
             ASSERT_FALSE(HasFailure());
+        }
+    }
+}
+
+template <DWORD kDirection>
+Result MarkWithText(const Call& call, Parameters&) {
+    const HGLOBAL image =
+        QV8SetSecretImage(call.target.hImage, nullptr, kDirection == 0 ? "I." : "I\n.", "", 4, 0, 0, 1, 1, kDirection,
+                          0, 9, 0, 0, 8, 4, call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
+    return {image, nullptr, image != nullptr};
+}
+
+TEST(SetSecretImage, LeavesNothingBehindWhateverFailsInDrawingText) {
+    const Export texts[] = {
+        {"a line", kAccept24, AreaUse::kNone, 0, 0, MarkWithText<0>},
+        {"columns", kAccept24, AreaUse::kNone, 0, 0, MarkWithText<2>},
+    };
+    for (const Export& row : texts) {
+        SCOPED_TRACE(row.name);
+        const Scene scene = SmallScene(LayoutNamed("24"), AreaForm::kWhole, 7);
+        for (const Promise& promise : kTextPromises) {
+            EXPECT_GE(FailEachCall(row, scene, promise, false), 1);
+            FailEachCall(row, scene, promise, true);
         }
     }
 }
@@ -224,7 +265,7 @@ int QV8API CountDown(int percent, void* context) {
 TEST(EveryExport, IsCancelledByItsProgressOwner) {
     for (const Export& row : Exports()) {
         SCOPED_TRACE(row.name);
-        const Scene scene = SmallScene(LayoutNamed("32"), AreaForm::kWhole, 6);
+        const Scene scene = SmallScene(LayoutNamed("24"), AreaForm::kWhole, 6);
         Call call = scene.AsCall();
         const int reports = WatchExport(row, call).report.Calls(Kind::kProgress);
         for (int n = 1; n <= reports + 1; ++n) {

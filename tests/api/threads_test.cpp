@@ -60,7 +60,7 @@ int QV8API CallBack(int, void* context) {
 
 TEST(EveryExport, MayBeCalledFromAProgressCallback) {
     Random random(41);
-    const Scene scene = RandomScene(LayoutNamed("32"), AreaForm::kPolygonOutside, 12, 6, random);
+    const Scene scene = RandomScene(LayoutNamed("24"), AreaForm::kPolygonOutside, 12, 6, random);
     for (const Export& row : Exports()) {
         SCOPED_TRACE(row.name);
         const Call inside = scene.AsCall();

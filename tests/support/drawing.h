@@ -9,7 +9,13 @@
 using HDC = void*;
 using HGDIOBJ = void*;
 using HBITMAP = void*;
+using HFONT = void*;
+using COLORREF = DWORD;
 struct BITMAPINFO;
+struct LOGFONTA;
+struct SIZE;
+
+constexpr COLORREF CLR_INVALID = 0xFFFFFFFF;
 
 enum { WHITE_BRUSH = 0, WHITE_PEN = 6, DIB_RGB_COLORS = 0 };
 
@@ -28,6 +34,12 @@ QV8_PLATFORM_EXPORT int GetDIBits(HDC context, HBITMAP bitmap, UINT startRow, UI
                                   UINT usage);
 QV8_PLATFORM_EXPORT BOOL Polygon(HDC context, const POINT* points, int count);
 QV8_PLATFORM_EXPORT BOOL Ellipse(HDC context, int left, int top, int right, int bottom);
+QV8_PLATFORM_EXPORT HFONT CreateFontIndirectA(const LOGFONTA* description);
+QV8_PLATFORM_EXPORT COLORREF SetTextColor(HDC context, COLORREF colour);
+QV8_PLATFORM_EXPORT COLORREF SetBkColor(HDC context, COLORREF colour);
+QV8_PLATFORM_EXPORT int SetBkMode(HDC context, int mode);
+QV8_PLATFORM_EXPORT BOOL GetTextExtentPoint32A(HDC context, LPCSTR text, int bytes, SIZE* extent);
+QV8_PLATFORM_EXPORT int DrawTextA(HDC context, LPCSTR text, int bytes, RECT* rect, UINT format);
 }
 
 #endif

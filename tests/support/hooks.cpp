@@ -73,7 +73,7 @@ Object Taken(Object object) {
 void GivenBack(const void* object, bool accepted) {
     State* const state = watching;
     if (state != nullptr && (state->drawingObjects.erase(object) == 0 || !accepted)) {
-        Misuse(*state, "a context or bitmap given back that was not taken or is in use");
+        Misuse(*state, "a context, bitmap or font given back that was not taken or is in use");
     }
 }
 
@@ -248,6 +248,30 @@ BOOL QV8_HOOK_API QV8_HOOK(CloseClipboard)(void) {
     return Fails(Kind::kCloseClipboard) ? FALSE : closed;
 }
 
+HFONT QV8_HOOK_API QV8_HOOK(CreateFontIndirectA)(const LOGFONTA* description) {
+    return Fails(Kind::kCreateFont) ? nullptr : Taken(QV8_REAL(CreateFontIndirectA)(description));
+}
+
+COLORREF QV8_HOOK_API QV8_HOOK(SetTextColor)(HDC context, COLORREF colour) {
+    return Fails(Kind::kTextColours) ? CLR_INVALID : QV8_REAL(SetTextColor)(context, colour);
+}
+
+COLORREF QV8_HOOK_API QV8_HOOK(SetBkColor)(HDC context, COLORREF colour) {
+    return Fails(Kind::kTextColours) ? CLR_INVALID : QV8_REAL(SetBkColor)(context, colour);
+}
+
+int QV8_HOOK_API QV8_HOOK(SetBkMode)(HDC context, int mode) {
+    return Fails(Kind::kTextColours) ? 0 : QV8_REAL(SetBkMode)(context, mode);
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(GetTextExtentPoint32A)(HDC context, LPCSTR text, int bytes, SIZE* extent) {
+    return Fails(Kind::kMeasureText) ? FALSE : QV8_REAL(GetTextExtentPoint32A)(context, text, bytes, extent);
+}
+
+int QV8_HOOK_API QV8_HOOK(DrawTextA)(HDC context, LPCSTR text, int bytes, RECT* rect, UINT format) {
+    return Fails(Kind::kDrawText) ? 0 : QV8_REAL(DrawTextA)(context, text, bytes, rect, format);
+}
+
 } // extern "C"
 
 namespace test::hooks {
@@ -265,14 +289,35 @@ std::uintptr_t ReplacementOf(const std::string& name) {
 #define QV8_ENTRY(function)                                                                                            \
     { #function, AddressOf(&Hooked##function) }
     static const std::map<std::string, std::uintptr_t> kReplacements = {
-        QV8_ENTRY(GlobalAlloc),        QV8_ENTRY(GlobalLock),     QV8_ENTRY(GlobalUnlock),
-        QV8_ENTRY(GlobalFree),         QV8_ENTRY(PercentDlgOpen), QV8_ENTRY(PercentProgress),
-        QV8_ENTRY(PercentDlgClose),    QV8_ENTRY(GetDC),          QV8_ENTRY(ReleaseDC),
-        QV8_ENTRY(CreateCompatibleDC), QV8_ENTRY(DeleteDC),       QV8_ENTRY(CreateCompatibleBitmap),
-        QV8_ENTRY(DeleteObject),       QV8_ENTRY(SelectObject),   QV8_ENTRY(SetDIBits),
-        QV8_ENTRY(GetDIBits),          QV8_ENTRY(Polygon),        QV8_ENTRY(Ellipse),
-        QV8_ENTRY(OpenClipboard),      QV8_ENTRY(EmptyClipboard), QV8_ENTRY(SetClipboardData),
-        QV8_ENTRY(GetClipboardData),   QV8_ENTRY(CloseClipboard),
+        QV8_ENTRY(GlobalAlloc),
+        QV8_ENTRY(GlobalLock),
+        QV8_ENTRY(GlobalUnlock),
+        QV8_ENTRY(GlobalFree),
+        QV8_ENTRY(PercentDlgOpen),
+        QV8_ENTRY(PercentProgress),
+        QV8_ENTRY(PercentDlgClose),
+        QV8_ENTRY(GetDC),
+        QV8_ENTRY(ReleaseDC),
+        QV8_ENTRY(CreateCompatibleDC),
+        QV8_ENTRY(DeleteDC),
+        QV8_ENTRY(CreateCompatibleBitmap),
+        QV8_ENTRY(DeleteObject),
+        QV8_ENTRY(SelectObject),
+        QV8_ENTRY(SetDIBits),
+        QV8_ENTRY(GetDIBits),
+        QV8_ENTRY(Polygon),
+        QV8_ENTRY(Ellipse),
+        QV8_ENTRY(CreateFontIndirectA),
+        QV8_ENTRY(SetTextColor),
+        QV8_ENTRY(SetBkColor),
+        QV8_ENTRY(SetBkMode),
+        QV8_ENTRY(GetTextExtentPoint32A),
+        QV8_ENTRY(DrawTextA),
+        QV8_ENTRY(OpenClipboard),
+        QV8_ENTRY(EmptyClipboard),
+        QV8_ENTRY(SetClipboardData),
+        QV8_ENTRY(GetClipboardData),
+        QV8_ENTRY(CloseClipboard),
     };
 #undef QV8_ENTRY
     const auto found = kReplacements.find(name);

@@ -34,6 +34,10 @@ enum class Kind {
     kSetClipboard,
     kGetClipboard,
     kCloseClipboard, // closes it, but tells of failure
+    kCreateFont,
+    kTextColours,
+    kMeasureText,
+    kDrawText,
     kCount
 };
 

@@ -37,10 +37,6 @@ std::string CheckPolygon(const std::string& text) {
     return ParsePolygon(text) ? std::string() : "\"" + text + "\" is not a list of at least two points x,y";
 }
 
-std::string CheckRectangle(const std::string& text) {
-    return ParseRectangle(text) ? std::string() : "\"" + text + "\" is not left,top,right,bottom";
-}
-
 } // namespace
 
 std::optional<std::vector<POINT>> ParsePolygon(const std::string& text) {
@@ -59,6 +55,10 @@ std::optional<std::vector<POINT>> ParsePolygon(const std::string& text) {
 std::optional<RECT> ParseRectangle(const std::string& text) {
     const auto numbers = ParseNumbers(text, 4);
     return numbers ? std::optional(RECT{(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]}) : std::nullopt;
+}
+
+std::string CheckRectangle(const std::string& text) {
+    return ParseRectangle(text) ? std::string() : "\"" + text + "\" is not left,top,right,bottom";
 }
 
 std::vector<std::string> JoinPolygonWords(const std::vector<std::string>& words) {

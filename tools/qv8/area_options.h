@@ -47,6 +47,9 @@ std::optional<std::vector<POINT>> ParsePolygon(const std::string& text);
 // The rectangle of "left,top,right,bottom", or nothing when the text is anything else.
 std::optional<RECT> ParseRectangle(const std::string& text);
 
+// What is wrong with a text that is no rectangle.
+std::string CheckRectangle(const std::string& text);
+
 // Joins the words behind "--polygon" that are points into one word, so that the option is told from what follows it.
 std::vector<std::string> JoinPolygonWords(const std::vector<std::string>& words);
 

@@ -44,12 +44,12 @@ void AddMaxPixels(CLI::App& command, FileOptions& files) {
         ->group("Files");
 }
 
-void AddFileOptions(CLI::App& command, const Effect& effect, FileOptions& files) {
-    if (effect.source == Source::kPicture) {
+void AddFileOptions(CLI::App& command, Source source, Gives gives, FileOptions& files) {
+    if (source == Source::kPicture) {
         command.add_option("INPUT", files.input, "picture to read")->required()->type_name("");
     }
     command.add_option("OUTPUT", files.output, "picture to write: .bmp, .png, .jpg, .jpeg")->required()->type_name("");
-    if (effect.gives == Gives::kPictureAndMask) {
+    if (gives == Gives::kPictureAndMask) {
         command.add_option("--mask-out", files.maskOutput, "write the mask of the result: .bmp, .png, .jpg, .jpeg")
             ->type_name("FILE")
             ->group("Files");
@@ -121,7 +121,7 @@ void AddEffectCommands(CLI::App& app, Action& action) {
     for (const Effect& effect : AllEffects()) {
         CLI::App* const command = app.add_subcommand(effect.name, effect.help)->group("Effects");
         const auto files = std::make_shared<FileOptions>();
-        AddFileOptions(*command, effect, *files);
+        AddFileOptions(*command, effect.source, effect.gives, *files);
         const EffectCall call = effect.addTo(*command);
         command->callback([&action, &effect, call, files] {
             action = [&effect, call, files](std::ostream&) { ApplyEffect(effect, call, *files); };
@@ -158,7 +158,7 @@ void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Actio
     CLI::App* const paste =
         app.add_subcommand("paste", "write the picture that is on the clipboard")->group("Other commands");
     const auto files = std::make_shared<FileOptions>();
-    AddFileOptions(*paste, Source::kNone, *files);
+    AddFileOptions(*paste, Source::kNone, Gives::kPicture, *files);
     paste->callback([&action, files] {
         action = [files](std::ostream&) {
             const ImageFormat format = FormatForName(files->output);

@@ -35,13 +35,17 @@ EffectCall AddAutoSelectImage(CLI::App& command);
 
 // compose_effects.cpp
 EffectCall AddLayer(CLI::App& command);
-// rotation_effects.cpp
+
+// geometry_effects.cpp
 EffectCall AddRotation(CLI::App& command);
-// resize_effects.cpp
 EffectCall AddResize(CLI::App& command);
 
 // image_effects.cpp
 EffectCall AddCreateImage(CLI::App& command);
 EffectCall AddCopyImage(CLI::App& command);
+
+// hidden_effects.cpp
+EffectCall AddSetSecretImage(CLI::App& command);
+EffectCall AddCheckSecretImage(CLI::App& command);
 
 #endif

@@ -33,6 +33,8 @@ constexpr std::array kEffects{
     Effect{"resize", "scale to a new size", AddResize, Source::kPicture, Gives::kPictureAndMask},
     Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
     Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
+    Effect{"set-secret-image", "hide a picture or a text in the luminance", AddSetSecretImage},
+    Effect{"check-secret-image", "show what is hidden, as black and white", AddCheckSecretImage},
 };
 
 } // namespace

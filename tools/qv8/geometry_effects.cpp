@@ -1,7 +1,8 @@
-// Scaling.
+// Scaling and turning.
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <vector>
 
 #include "effect_families.h"
 #include "failure.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-struct Options {
+struct ResizeOptions {
     int width = 0; // 0: goes by the other side
     int height = 0;
     double scale = 0; // 0: not given
@@ -27,7 +28,7 @@ int Scaled(int side, double factor) {
     return static_cast<int>(std::clamp(std::round(side * factor), 1.0, 2147483647.0));
 }
 
-Size NewSize(const Options& options, const EffectRequest& request) {
+Size NewSize(const ResizeOptions& options, const EffectRequest& request) {
     const auto* const header = static_cast<const BITMAPINFOHEADER*>(GlobalLock(request.image));
     const Size old = {static_cast<int>(header->biWidth), static_cast<int>(header->biHeight)};
     GlobalUnlock(request.image);
@@ -50,7 +51,7 @@ Size NewSize(const Options& options, const EffectRequest& request) {
 } // namespace
 
 EffectCall AddResize(CLI::App& command) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<ResizeOptions>();
     CLI::Option* const width = command.add_option("--width", options->width, "pixels");
     CLI::Option* const height = command.add_option("--height", options->height, "pixels");
     width->check(CLI::PositiveNumber);
@@ -73,5 +74,36 @@ EffectCall AddResize(CLI::App& command) {
         const ImageSet target = {request.image, mask.Handle()};
         return QV8Resize(&target, size.width, size.height, static_cast<DWORD>(options->smooth), request.progressOwner,
                          0, 0, 0);
+    };
+}
+
+EffectCall AddRotation(CLI::App& command) {
+    struct Options {
+        double degrees = 0;
+        BOOL mirror = FALSE;
+        BOOL flip = FALSE;
+        DWORD smooth = 0;
+        std::vector<DWORD> background = {0, 0, 0};
+        BOOL keepSize = FALSE;
+    };
+    auto options = std::make_shared<Options>();
+    command.add_option("--angle", options->degrees, "degrees to the left, -359.99 .. 359.99, in hundredths")
+        ->type_name("DEGREES")
+        ->check(CLI::Range(-359.99, 359.99).description(""));
+    command.add_flag("--mirror", options->mirror, "exchange left and right before");
+    command.add_flag("--flip", options->flip, "exchange top and bottom before");
+    command.add_flag("--smooth", options->smooth, "blend neighbouring pixels");
+    command.add_option("--background", options->background, "colour of what the turned picture does not cover")
+        ->type_name("R,G,B")
+        ->delimiter(',')
+        ->expected(3)
+        ->check(Between(0, 255));
+    command.add_flag("--keep-size", options->keepSize, "cut the turned picture to the size of the source");
+    return [options](const EffectRequest& request) -> EffectResult {
+        const ImageSet target = {request.image, nullptr};
+        const std::vector<DWORD>& background = options->background;
+        return QV8Rotation(&target, static_cast<LONG>(std::lround(options->degrees * 100)), options->mirror,
+                           options->flip, options->smooth, background[0], background[1], background[2],
+                           options->keepSize, request.progressOwner, 0, 0, 0);
     };
 }

@@ -1,0 +1,188 @@
+#include "hidden/secret_image.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "frame/area_mask.h"
+#include "frame/indices.h"
+#include "frame/luminance.h"
+#include "frame/planar_chunks.h"
+#include "frame/rows.h"
+#include "hidden/marking_kernels.h"
+
+namespace qv8 {
+namespace {
+
+constexpr std::size_t kMaxText = 128;
+constexpr std::size_t kMaxFaceName = 32;
+
+int AsStep(int difference) {
+    return std::clamp(difference, -kMaxLuminanceStep, kMaxLuminanceStep);
+}
+
+// --- Marking ---------------------------------------------------------------------------------------------------------
+
+// A pattern on a picture. `columnShift` and `rowShift` lead from a place in the picture to the one in the pattern; rows
+// count from the bottom. `begin` and `end` are the columns of the picture under the pattern.
+struct Overlay {
+    DibView pattern;
+    std::int64_t columnShift;
+    std::int64_t rowShift;
+    int begin;
+    int end;
+};
+
+Overlay PlaceOn(const DibView& picture, const DibView& pattern, int left, int top) {
+    const std::int64_t column = left;
+    const std::int64_t lastRow = std::int64_t{picture.height} - 1 - top;
+    const auto inPicture = [&](std::int64_t x) { return std::clamp<std::int64_t>(x, 0, picture.width); };
+    return {pattern, -column, pattern.height - 1 - lastRow, static_cast<int>(inPicture(column)),
+            static_cast<int>(inPicture(column + pattern.width))};
+}
+
+// Marks `count` pixels of a row where the pattern's row, from `column` on, has its bits set.
+void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, int strength, const BYTE* source,
+                BYTE* result, int count) {
+    PlanarChunk before;
+    PlanarChunk after;
+    BYTE selected[kChunkPixels + 8];
+    ForEachChunk(count, [&](int start, int part) {
+        const int aligned = (column + start) & ~7;
+        const BYTE* const isSelected = selected + (column + start - aligned);
+        UnpackIndices(1, patternRow, aligned, column + start - aligned + part, selected);
+        if (std::memchr(isSelected, 1, static_cast<std::size_t>(part)) == nullptr) {
+            return;
+        }
+        const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
+        format.decode(format.masks, source + offset, before.Row(), part);
+        std::memcpy(&after, &before, sizeof after);
+        TheMarkingKernels().raise(strength, after.Row(), part);
+        TheMarkingKernels().select(isSelected, after.Row(), before.Row(), part);
+        format.encode(format.masks, before.Row(), result + offset, part);
+    });
+}
+
+HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength, DWORD progressOwner) {
+    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    if (!result) {
+        return nullptr;
+    }
+    const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
+    const std::size_t begin = static_cast<std::size_t>(overlay.begin) * static_cast<std::size_t>(format.bytesPerPixel);
+    const bool done = ForEachRow(source.height, Progress{progressOwner}, [&](int row) {
+        std::memcpy(result.Row(row), source.Row(row), source.stride);
+        const std::int64_t patternRow = row + overlay.rowShift;
+        if (patternRow >= 0 && patternRow < overlay.pattern.height && overlay.begin < overlay.end) {
+            MarkPixels(format, overlay.pattern.Row(static_cast<int>(patternRow)),
+                       static_cast<int>(overlay.begin + overlay.columnShift), strength, source.Row(row) + begin,
+                       result.Row(row) + begin, overlay.end - overlay.begin);
+        }
+    });
+    return done ? result.Release() : nullptr;
+}
+
+HGLOBAL MarkWithPicture(const DibView& source, const SecretMark& mark, int strength, DWORD progressOwner) {
+    Picture pattern;
+    if (!OpenPicture(mark.pattern, kAccept1, pattern)) {
+        return nullptr;
+    }
+    return MarkPicture(source, PlaceOn(source, pattern.view, mark.rect.left, mark.rect.top), strength, progressOwner);
+}
+
+// The sides cut to the picture and in order, all of them inside.
+RECT RectIn(const DibView& picture, const RECT& rect) {
+    const auto [left, right] = std::minmax(
+        {std::clamp<LONG>(rect.left, 0, picture.width - 1), std::clamp<LONG>(rect.right, 0, picture.width - 1)});
+    const auto [top, bottom] = std::minmax(
+        {std::clamp<LONG>(rect.top, 0, picture.height - 1), std::clamp<LONG>(rect.bottom, 0, picture.height - 1)});
+    return {left, top, right, bottom};
+}
+
+// Copies a text that ends within the buffer; the rest becomes zeros. False for any other.
+template <std::size_t kSize>
+bool CopyText(LPCSTR text, char (&buffer)[kSize]) {
+    const auto* const end = static_cast<LPCSTR>(std::memchr(text, 0, kSize));
+    std::fill(std::begin(buffer), std::end(buffer), '\0');
+    if (end != nullptr) {
+        std::copy(text, end, buffer);
+    }
+    return end != nullptr;
+}
+
+HGLOBAL MarkWithText(const DibView& source, const SecretMark& mark, int strength, DWORD progressOwner) {
+    char text[kMaxText + 1];
+    char faceName[kMaxFaceName + 1];
+    if (mark.text == nullptr || !CopyText(mark.text, text) ||
+        !CopyText(mark.faceName != nullptr ? mark.faceName : "", faceName)) {
+        SetErrorStatus(QV8_STATUS_PARAMETER);
+        return nullptr;
+    }
+    const RECT rect = RectIn(source, mark.rect);
+    NewPicture made = NewMask(rect.right - rect.left + 1, rect.bottom - rect.top + 1);
+    if (!made) {
+        return nullptr;
+    }
+    const GlobalBlock block(made.Release());
+    Picture pattern;
+    if (!DrawTextPattern(block.get(), text, faceName, mark.style) || !OpenPicture(block.get(), kAccept1, pattern)) {
+        return nullptr;
+    }
+    return MarkPicture(source, PlaceOn(source, pattern.view, rect.left, rect.top), strength, progressOwner);
+}
+
+// --- Checking --------------------------------------------------------------------------------------------------------
+
+// Marks `count` pixels of the result, from its first on, whose luminance has risen by the threshold.
+void CheckPixels(const PixelFormat& format, int threshold, const BYTE* unmarked, const BYTE* marked, BYTE* result,
+                 int count) {
+    PlanarChunk colours;
+    BYTE before[kChunkPixels];
+    BYTE after[kChunkPixels];
+    BYTE risen[kChunkPixels];
+    ForEachChunk(count, [&](int start, int part) {
+        const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
+        format.decode(format.masks, unmarked + offset, colours.Row(), part);
+        TheLuminanceKernels().luminance(colours.Row(), before, part);
+        format.decode(format.masks, marked + offset, colours.Row(), part);
+        TheLuminanceKernels().luminance(colours.Row(), after, part);
+        TheMarkingKernels().risen(threshold, before, after, risen, part);
+        PackIndices(1, risen, part, result, start);
+    });
+}
+
+} // namespace
+
+HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, DWORD progressOwner) {
+    Picture source;
+    if (!OpenPicture(image, kAccept24, source)) {
+        return nullptr;
+    }
+    const auto markWith = mark.pattern != nullptr ? MarkWithPicture : MarkWithText;
+    return markWith(source.view, mark, AsStep(strength), progressOwner);
+}
+
+HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD progressOwner) {
+    Picture before;
+    Picture after;
+    if (!OpenPicture(unmarked, kAccept24, before) || !OpenPicture(marked, kAccept24, after)) {
+        return nullptr;
+    }
+    const DibView& view = before.view;
+    if (view.width != after.view.width || view.height != after.view.height) {
+        SetErrorStatus(QV8_STATUS_PICTURE);
+        return nullptr;
+    }
+    NewPicture result = NewMask(view.width, view.height);
+    if (!result) {
+        return nullptr;
+    }
+    const PixelFormat format = PixelFormatOf(view.bitCount, view.masks);
+    const int step = AsStep(threshold);
+    const bool done = ForEachRow(view.height, Progress{progressOwner}, [&](int row) {
+        CheckPixels(format, step, view.Row(row), after.view.Row(row), result.Row(row), view.width);
+    });
+    return done ? result.Release() : nullptr;
+}
+
+} // namespace qv8

@@ -1,0 +1,314 @@
+// Marks hidden in the luminance: each pixel against the rule worked out for it alone, and where texts are.
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "api/export_table.h"
+#include "qv8com.h"
+
+namespace test {
+namespace {
+
+BYTE Clamped(float value) {
+    return static_cast<BYTE>(std::clamp(static_cast<int>(value), 0, 255));
+}
+
+int Luminance(Colour c) {
+    const float red = c.red * 0.299F;
+    const float green = c.green * 0.587F;
+    const float blue = c.blue * 0.114F;
+    return static_cast<int>(red + green + blue) % 256;
+}
+
+Colour Marked(Colour c, std::int64_t strength) {
+    const float cb = c.red * -0.16874F + c.green * -0.33126F + c.blue * 0.5F + 128.0F;
+    const float cr = c.red * 0.5F + c.green * -0.41869F + c.blue * -0.08131F + 128.0F;
+    std::int64_t y = Luminance(c);
+    if (!(y > 255 - strength || y < -strength)) {
+        y = (y + strength) % 256;
+    }
+    const auto level = static_cast<float>(y);
+    return {Clamped(level + 1.772F * (cb - 128.0F)),
+            Clamped(level - 0.34414F * (cb - 128.0F) - 0.71414F * (cr - 128.0F)),
+            Clamped(level + 1.402F * (cr - 128.0F))};
+}
+
+struct Side {
+    int left, top, right, bottom;
+};
+
+Block Set(HGLOBAL image, HGLOBAL pattern, int strength, const Side& side, const char* text = nullptr,
+          const char* face = nullptr) {
+    return Block(QV8SetSecretImage(image, pattern, text, face, 12, 0, 0, 0, 0, 0, 0, strength, side.left, side.top,
+                                   side.right, side.bottom, 1, 0, 0, 0));
+}
+
+Block Check(HGLOBAL unmarked, HGLOBAL marked, int threshold) {
+    return Block(QV8CheckSecretImage(unmarked, marked, threshold, 1, 0, 0, 0));
+}
+
+TEST(SetSecretImage, MarksThePixelsUnderThePattern) {
+    Random random(70);
+    const int kEnds[] = {0, 1, -1, 3, -3, 254, 255, 256, 257, -255, -256, INT_MAX, INT_MIN, INT_MIN + 256};
+    const int kPlaces[] = {0, 3, -5, 20, 1100, -2000, INT_MAX, INT_MIN};
+    for (int i = 0; i != 300; ++i) {
+        const bool wide = i % 25 == 0; // more than one chunk
+        const Picture picture =
+            RandomPicture(LayoutNamed("24"), wide ? 1300 : random.Between(1, 60), random.Between(1, 20), random);
+        const Picture pattern = RandomPicture(LayoutNamed(i % 2 == 0 ? "1" : "1-short"),
+                                              wide ? 1500 : random.Between(1, 70), random.Between(1, 30), random);
+        const int strength = i < 140 ? kEnds[i % 14] : random.Between(-260, 260);
+        const int left = random.Chance(50) ? kPlaces[random.Between(0, 7)] : random.Between(-70, 60);
+        const int top = random.Chance(30) ? kPlaces[random.Between(0, 7)] : random.Between(-30, 20);
+        SCOPED_TRACE("case " + std::to_string(i) + ", strength " + std::to_string(strength));
+        Picture expected = picture;
+        BITMAPINFOHEADER header = expected.Header();
+        header.biSizeImage = static_cast<DWORD>(expected.RowBytes()) * static_cast<DWORD>(expected.Height());
+        expected.SetHeader(header);
+        for (int y = 0; y != picture.Height(); ++y) { // from the top
+            for (int x = 0; x != picture.Width(); ++x) {
+                const std::int64_t px = std::int64_t{x} - left;
+                const std::int64_t py = std::int64_t{y} - top;
+                if (px < 0 || px >= pattern.Width() || py < 0 || py >= pattern.Height()) {
+                    continue;
+                }
+                const int row = picture.Height() - 1 - y;
+                if (pattern.Index(static_cast<int>(px), pattern.Height() - 1 - static_cast<int>(py)) != 0) {
+                    expected.SetColour(x, row, Marked(picture.ColourAt(x, row), strength));
+                }
+            }
+        }
+        const Source image(picture);
+        const Source bits(pattern);
+        const Block marked = Set(image.Handle(), bits.Handle(), strength, {left, top, 5, -7}, "ignored");
+        ASSERT_TRUE(Holds(marked.get(), expected));
+        EXPECT_TRUE(image.Untouched() && bits.Untouched());
+    }
+}
+
+TEST(CheckSecretImage, ShowsWhereTheLuminanceHasRisen) {
+    Random random(71);
+    for (int i = 0; i != 200; ++i) {
+        const int width = i == 0 ? 2100 : random.Between(1, 70);
+        const Picture before = RandomPicture(LayoutNamed("24"), width, random.Between(1, 9), random);
+        Picture after = before;
+        for (std::size_t k = after.PixelOffset(); k < after.bytes.size(); ++k) {
+            after.bytes[k] = i % 3 == 0 ? random.Byte() : static_cast<BYTE>(after.bytes[k] + random.Between(-2, 2));
+        }
+        const int kThresholds[] = {-255, -256, 255, 256, 0, 1, -1, INT_MAX, INT_MIN};
+        const int threshold = i % 2 == 0 ? kThresholds[i / 2 % 9] : random.Between(-4, 4);
+        Picture expected = BlankPicture(1, width, before.Height());
+        const BYTE kTable[] = {0, 0, 0, 0, 255, 255, 255, 0};
+        std::copy(std::begin(kTable), std::end(kTable), &expected.bytes[40]);
+        BITMAPINFOHEADER header = {};
+        header.biSize = 40;
+        header.biWidth = width;
+        header.biHeight = before.Height();
+        header.biPlanes = header.biBitCount = 1;
+        header.biSizeImage = static_cast<DWORD>(expected.RowBytes()) * static_cast<DWORD>(before.Height());
+        expected.SetHeader(header);
+        for (int row = 0; row != before.Height(); ++row) {
+            for (int x = 0; x != width; ++x) {
+                const int rise = Luminance(after.ColourAt(x, row)) - Luminance(before.ColourAt(x, row));
+                expected.SetIndex(x, row, rise >= threshold ? 1 : 0);
+            }
+        }
+        const Source unmarked(before);
+        const Source marked(after);
+        SCOPED_TRACE("case " + std::to_string(i) + ", threshold " + std::to_string(threshold));
+        ASSERT_TRUE(Holds(Check(unmarked.Handle(), marked.Handle(), threshold).get(), expected));
+        EXPECT_TRUE(unmarked.Untouched() && marked.Untouched());
+    }
+}
+
+TEST(SecretImage, RefusesWhatItCannotUse) {
+    const auto block = [](int bits, int width, int height) {
+        return MakeBlock(BlankPicture(bits, width, height).bytes);
+    };
+    const Block image = block(24, 9, 7);
+    const Block small = block(1, 3, 3);
+    const Block colours = block(4, 3, 3);
+    const Block wider = block(24, 10, 7);
+    const Block higher = block(24, 9, 8);
+    const std::string longest(128, 'i');
+    const std::string name(32, 'n');
+    // Each status is read before the next call.
+    std::vector<std::pair<int, int>> statuses;
+    const auto note = [&statuses](const Block& result, int expected) {
+        EXPECT_EQ(result != nullptr, expected == QV8_STATUS_SUCCESS);
+        statuses.emplace_back(GetErrorStatus(), expected);
+    };
+    const Side whole = {0, 0, 8, 6};
+    note(Set(image.get(), colours.get(), 3, whole), QV8_STATUS_PICTURE);
+    note(Set(image.get(), image.get(), 3, whole), QV8_STATUS_PICTURE);
+    note(Set(image.get(), nullptr, 3, whole, nullptr), QV8_STATUS_PARAMETER);
+    note(Set(image.get(), nullptr, 3, whole, (longest + "i").c_str()), QV8_STATUS_PARAMETER);
+    note(Set(image.get(), nullptr, 3, whole, "i", (name + "n").c_str()), QV8_STATUS_PARAMETER);
+    note(Set(image.get(), nullptr, 3, whole, longest.c_str(), name.c_str()), QV8_STATUS_SUCCESS);
+    note(Set(image.get(), nullptr, 3, whole, "", nullptr), QV8_STATUS_SUCCESS);
+    note(Set(image.get(), small.get(), 3, whole, (longest + "i").c_str()), QV8_STATUS_SUCCESS);
+    note(Set(image.get(), nullptr, 3, {INT_MAX, INT_MIN, INT_MIN, INT_MAX}, "i"), QV8_STATUS_SUCCESS);
+    note(Check(image.get(), nullptr, 1), QV8_STATUS_PICTURE);
+    note(Check(nullptr, image.get(), 1), QV8_STATUS_PICTURE);
+    note(Check(image.get(), small.get(), 1), QV8_STATUS_PICTURE);
+    note(Check(image.get(), wider.get(), 1), QV8_STATUS_PICTURE);
+    note(Check(image.get(), higher.get(), 1), QV8_STATUS_PICTURE);
+    for (std::size_t i = 0; i != statuses.size(); ++i) {
+        EXPECT_EQ(statuses[i].first, statuses[i].second) << "case " << i;
+    }
+}
+
+// --- Texts -----------------------------------------------------------------------------------------------------------
+
+// Which pixels of a grey picture a text marks, the top row first.
+struct Marks {
+    int width, height;
+    std::vector<bool> bits;
+
+    bool At(int x, int y) const {
+        return x >= 0 && x < width && y >= 0 && y < height && bits[static_cast<std::size_t>(y * width + x)];
+    }
+    int Count() const {
+        return static_cast<int>(std::count(bits.begin(), bits.end(), true));
+    }
+    Side Bounds() const { // right and bottom excluded
+        Side side = {width, height, 0, 0};
+        for (int y = 0; y != height; ++y) {
+            for (int x = 0; x != width; ++x) {
+                if (At(x, y)) {
+                    side = {std::min(side.left, x), std::min(side.top, y), std::max(side.right, x + 1), y + 1};
+                }
+            }
+        }
+        return side;
+    }
+    bool operator==(const Marks&) const = default;
+};
+
+// The same marks once more, moved by (dx, dy).
+Marks Twice(const Marks& marks, int dx, int dy) {
+    Marks both = marks;
+    for (int y = 0; y != marks.height; ++y) {
+        for (int x = 0; x != marks.width; ++x) {
+            if (marks.At(x - dx, y - dy)) {
+                both.bits[static_cast<std::size_t>(y * marks.width + x)] = true;
+            }
+        }
+    }
+    return both;
+}
+
+struct Style {
+    DWORD bold, italic, underline, strikeOut, direction, angle;
+};
+
+constexpr int kSide = 120;
+
+Marks Draw(const char* text, const Style& style, Side side = {0, 0, kSide - 1, kSide - 1}) {
+    Picture grey = BlankPicture(24, kSide, kSide);
+    std::fill(grey.bytes.begin() + 40, grey.bytes.end(), static_cast<BYTE>(100));
+    const Source image(grey);
+    const Block marked(QV8SetSecretImage(image.Handle(), nullptr, text, "Arial", 18, style.bold, style.italic,
+                                         style.underline, style.strikeOut, style.direction, style.angle, 40, side.left,
+                                         side.top, side.right, side.bottom, 1, 0, 0, 0));
+    EXPECT_EQ(GetErrorStatus(), QV8_STATUS_SUCCESS);
+    const Block found = Check(image.Handle(), marked.get(), 30);
+    Marks marks = {kSide, kSide, {}};
+    const Picture picture = {ReadBlock(found.get())};
+    for (int y = 0; y != kSide; ++y) {
+        for (int x = 0; x != kSide; ++x) {
+            marks.bits.push_back(picture.Index(x, kSide - 1 - y) != 0);
+        }
+    }
+    return marks;
+}
+
+// The distance of lines: how far the second mark of "I" is below the first.
+int LineHeight(const Marks& one, const Marks& two) {
+    return two.Bounds().bottom - one.Bounds().bottom;
+}
+
+TEST(SetSecretImage, SetsLinesAndColumns) {
+    const Marks one = Draw("I", {});
+    ASSERT_GT(one.Count(), 10);
+    const Marks lines = Draw("I\nI", {});
+    const int height = LineHeight(one, lines);
+    EXPECT_TRUE(height >= 24 && height <= 40) << height;
+    EXPECT_EQ(lines, Twice(one, 0, height));
+    EXPECT_EQ(Draw("\n\nI", {}).Bounds().bottom, one.Bounds().bottom + 2 * height);
+    EXPECT_EQ(Draw("II", {0, 0, 0, 0, 2, 0}), lines) << "characters below one another";
+    const Marks columns = Draw("I\nI", {0, 0, 0, 0, 255, 0});
+    EXPECT_EQ(columns, Twice(one, height, 0)) << "columns from right to left begin in the corner with the last";
+    EXPECT_GT(Draw("I\nII", {0, 0, 0, 0, 2, 0}).Count(), 2 * one.Count());
+    EXPECT_FALSE(Draw("I\nII", {0, 0, 0, 0, 2, 0}).At(one.Bounds().left + height, one.Bounds().top + height + 3));
+    EXPECT_EQ(Draw("I", {0, 0, 0, 0, 0x101, 0}), one) << "low byte";
+}
+
+TEST(SetSecretImage, BeginsInTheCornerOfItsAngle) {
+    const Side side = {10, 20, 99, 109};
+    const Side upright = Draw("IIL", {}, side).Bounds();
+    const int along[] = {upright.left - 10, upright.right - 10}; // from the corner, as one reads
+    const int down[] = {upright.top - 20, upright.bottom - 20};
+    const auto expect = [](const Side& found, const Side& expected, int angle) {
+        const auto near = [](int a, int b) { return a - b >= -2 && a - b <= 2; }; // shapes may be rounded otherwise
+        EXPECT_TRUE(near(found.left, expected.left) && near(found.top, expected.top) &&
+                    near(found.right, expected.right) && near(found.bottom, expected.bottom))
+            << angle << ": " << found.left << ' ' << found.top << ' ' << found.right << ' ' << found.bottom;
+    };
+    for (const DWORD highBits : {0U, 0x50000U}) {
+        expect(Draw("IIL", {0, 0, 0, 0, 0, highBits + 90}, side).Bounds(),
+               {10 + down[0], 110 - along[1], 10 + down[1], 110 - along[0]}, 90);
+        expect(Draw("IIL", {0, 0, 0, 0, 0, highBits + 180}, side).Bounds(),
+               {100 - along[1], 110 - down[1], 100 - along[0], 110 - down[0]}, 180);
+        expect(Draw("IIL", {0, 0, 0, 0, 0, highBits + 270}, side).Bounds(),
+               {100 - down[1], 20 + along[0], 100 - down[0], 20 + along[1]}, 270);
+    }
+    EXPECT_EQ(Draw("IIL", {0, 0, 0, 0, 0, 45}, side), Draw("IIL", {}, side));
+    EXPECT_EQ(Draw("IIL", {}, {99, 109, 10, 20}), Draw("IIL", {}, side));
+}
+
+TEST(SetSecretImage, CutsTextAtItsRectangle) {
+    const Side side = {30, 40, 44, 49};
+    const Marks cut = Draw("WWW\nWWW", {}, side);
+    const Marks whole = Draw("WWW\nWWW", {}, {30, 40, kSide - 1, kSide - 1});
+    for (int y = 0; y != kSide; ++y) {
+        for (int x = 0; x != kSide; ++x) {
+            const bool inside = x >= 30 && x <= 44 && y >= 40 && y <= 49;
+            ASSERT_EQ(cut.At(x, y), inside && whole.At(x, y)) << x << ' ' << y;
+        }
+    }
+    EXPECT_EQ(Draw("I", {}, {-50, -50, 500, 500}), Draw("I", {}));
+}
+
+TEST(SetSecretImage, TakesItsStyle) {
+    const Marks plain = Draw("Ho", {});
+    const auto longestRow = [](const Marks& marks) {
+        int longest = 0;
+        for (int y = 0; y != kSide; ++y) {
+            int run = 0;
+            for (int x = 0; x != kSide; ++x) {
+                run = marks.At(x, y) ? run + 1 : 0;
+                longest = std::max(longest, run);
+            }
+        }
+        return longest;
+    };
+    EXPECT_GT(Draw("Ho", {9, 0, 0, 0, 0, 0}).Count(), plain.Count());
+    EXPECT_NE(Draw("Ho", {0, 1, 0, 0, 0, 0}), plain);
+    EXPECT_EQ(Draw("Ho", {0x100, 0x100, 0x100, 0x100, 0x100, 0}), plain) << "low bytes";
+    const Marks under = Draw("Ho", {0, 0, 1, 0, 0, 0});
+    const Marks struck = Draw("Ho", {0, 0, 0, 1, 0, 0});
+    const int width = plain.Bounds().right - plain.Bounds().left;
+    EXPECT_TRUE(longestRow(plain) < width && longestRow(under) >= width && longestRow(struck) >= width);
+    EXPECT_GT(under.Bounds().bottom, plain.Bounds().bottom);
+    EXPECT_EQ(struck.Bounds().bottom, plain.Bounds().bottom);
+    EXPECT_EQ(Draw("Ho\n", {0, 0, 1, 1, 0, 0}), Draw("Ho\n", {})) << "of a single line only";
+    EXPECT_EQ(Draw("H", {0, 0, 1, 1, 2, 0}), Draw("H", {0, 0, 0, 0, 2, 0})) << "of a horizontal line only";
+    EXPECT_GT(Draw("&", {}).Count(), 10) << "is a character as any other";
+    EXPECT_EQ(Draw("&", {}), Draw("&\n", {}));
+}
+
+} // namespace
+} // namespace test
