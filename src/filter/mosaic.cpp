@@ -5,6 +5,7 @@
 
 #include "filter/box_mean_kernels.h"
 #include "filter/filter_frame.h"
+#include "frame/block_parts.h"
 #include "frame/colour_reader.h"
 #include "frame/indices.h"
 #include "frame/nearest_colours.h"
@@ -59,25 +60,25 @@ bool AllocateRows(const DibView& source, const BlockRow& blocks, MosaicRows& row
     const auto pixels = static_cast<std::uint64_t>(blocks.end - blocks.readFrom) + kFilterSlack;
     rows.step = packed ? source.bitCount / 8 : 1;
     const std::uint64_t samples = pixels * static_cast<std::uint64_t>(packed ? rows.step : 3);
-    const std::uint64_t sumBytes = static_cast<std::uint64_t>(blocks.count) * 3 * sizeof(std::uint64_t);
-    const std::uint64_t bytes = sumBytes + samples * (sizeof(WORD) + 1) + pixels * 3 + source.stride;
-    rows.memory = bytes <= kMaxBlockBytes ? AllocateWorkingBlock(static_cast<SIZE_T>(bytes)) : WorkingBlock();
+    BYTE* means = nullptr;
+    rows.memory = AllocateParts([&](BlockParts& parts) {
+        parts.Take(rows.sums, static_cast<std::uint64_t>(blocks.count) * 3);
+        parts.Take(rows.columns[0], samples);
+        parts.Take(rows.packed, samples);
+        parts.Take(means, pixels * 3);
+        parts.Take(rows.painted, source.stride);
+    });
     if (!rows.memory) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     rows.samples = static_cast<std::size_t>(samples);
-    rows.sums = rows.memory.As<std::uint64_t>();
-    auto* const columns = reinterpret_cast<WORD*>(rows.sums + std::ptrdiff_t{blocks.count} * 3);
     const auto plane = static_cast<std::size_t>(pixels);
-    for (std::size_t channel = 0; channel < 3; ++channel) {
-        rows.columns[channel] = columns + channel * (packed ? 1 : plane);
+    for (std::size_t channel = 1; channel < 3; ++channel) {
+        rows.columns[channel] = rows.columns[0] + channel * (packed ? 1 : plane);
     }
-    rows.packed = reinterpret_cast<BYTE*>(columns + rows.samples);
     rows.channels = {rows.packed, rows.packed + plane, rows.packed + 2 * plane};
-    BYTE* const means = rows.packed + rows.samples;
     rows.means = {means, means + plane, means + 2 * plane};
-    rows.painted = means + 3 * plane;
     return true;
 }
 

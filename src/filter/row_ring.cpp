@@ -3,17 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "frame/block_parts.h"
 #include "frame/luminance.h"
 #include "qv8com.h"
 
 namespace qv8 {
 namespace {
-
-constexpr std::uint64_t kAlignment = 64;
-
-std::uint64_t Aligned(std::uint64_t bytes) {
-    return (bytes + kAlignment - 1) / kAlignment * kAlignment;
-}
 
 RowKind KindOf(const DibView& source, const Filter& filter) {
     if (source.IsPaletted()) {
@@ -66,73 +61,63 @@ void DecodeRow(RowRing& ring, int row) {
     }
 }
 
-// Hands the parts of the ring's memory out one after another.
-struct Carver {
-    std::uint64_t used = 0;
-
-    std::uint64_t Take(std::uint64_t bytes) {
-        const std::uint64_t begin = used;
-        used += bytes;
-        return begin;
-    }
-};
-
-} // namespace
-
-bool MakeRowRing(const DibView& source, const Filter& filter, int resultWidth, RowRing& ring) {
+// What is read from the source is told by its header, once.
+void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.source = source;
     ring.kind = KindOf(source, filter);
     ring.luminance = filter.wantsLuminance && ring.kind == RowKind::kPlanar;
     ring.reach = filter.reach;
     ring.slots = std::min(2 * filter.reach + 1, source.height);
-    if (ring.kind == RowKind::kGrey) {
-        for (std::uint32_t i = 0; i < source.paletteSize; ++i) {
-            ring.levels[i] = source.palette[i].rgbBlue;
-        }
-    } else {
-        ring.format = PixelFormatOf(source.bitCount, source.masks);
-    }
     ring.at.step = ring.kind == RowKind::kPacked ? 3 : 1;
     ring.at.width = source.width;
     ring.at.height = source.height;
+    if (ring.kind != RowKind::kGrey) {
+        ring.format = PixelFormatOf(source.bitCount, source.masks);
+        return;
+    }
+    for (std::uint32_t i = 0; i < source.paletteSize; ++i) {
+        ring.levels[i] = source.palette[i].rgbBlue;
+    }
+}
 
+// Rows have room on both sides for the repeated border, and for kernels that work on whole registers.
+void LayOut(const Filter& filter, int resultWidth, RowRing& ring, BlockParts& parts) {
     const auto step = static_cast<std::uint64_t>(ring.at.step);
-    const std::uint64_t end = Aligned((static_cast<std::uint64_t>(filter.reach) + kFilterSlack) * step);
-    const std::uint64_t stride = Aligned(static_cast<std::uint64_t>(source.width) * step) + 2 * end;
-    const std::uint64_t results = Aligned(static_cast<std::uint64_t>(resultWidth) * step) + end;
-    const std::uint64_t scratch = stride * static_cast<std::uint64_t>(filter.scratchBytes);
+    const std::uint64_t end = BlockParts::Aligned((static_cast<std::uint64_t>(filter.reach) + kFilterSlack) * step);
+    const std::uint64_t stride = BlockParts::Aligned(static_cast<std::uint64_t>(ring.source.width) * step) + 2 * end;
+    const std::uint64_t results = static_cast<std::uint64_t>(resultWidth) * step + end;
+    const auto scratch = static_cast<std::uint64_t>(filter.scratchBytes);
     const int channels = ring.kind == RowKind::kPlanar ? 3 : 1;
-
-    Carver carver;
-    std::uint64_t planeAt[kPlaneCount] = {};
-    std::uint64_t resultAt[3] = {};
-    std::uint64_t scratchAt[3] = {};
-    for (int plane = 0; plane < channels + (ring.luminance ? 1 : 0); ++plane) {
-        planeAt[plane] = carver.Take(stride * static_cast<std::uint64_t>(ring.slots)) + end;
+    const auto skip = [](auto*& part, std::uint64_t items) { part = part != nullptr ? part + items : nullptr; };
+    ring.stride = static_cast<std::size_t>(stride);
+    for (int plane = 0; plane < channels; ++plane) {
+        parts.Take(ring.planes[plane], stride * static_cast<std::uint64_t>(ring.slots));
+        skip(ring.planes[plane], end);
+        parts.Take(ring.at.scratch[plane], stride * scratch);
+        skip(ring.at.scratch[plane], end * scratch);
+    }
+    std::fill(ring.planes + channels, ring.planes + kPlaneCount, ring.planes[kBlue]); // grey is its own luminance
+    if (ring.luminance) {
+        parts.Take(ring.planes[kLuminance], stride * static_cast<std::uint64_t>(ring.slots));
+        skip(ring.planes[kLuminance], end);
     }
     for (int plane = 0; plane < 3; ++plane) { // a filter of whole pixels writes all three, of grey pictures too
-        resultAt[plane] = plane < channels || filter.pixels != nullptr ? carver.Take(results) : resultAt[0];
-        scratchAt[plane] =
-            plane < channels ? carver.Take(scratch) + end * static_cast<std::uint64_t>(filter.scratchBytes) : 0;
+        ring.results[plane] = ring.results[kBlue];
+        if (plane < channels || filter.pixels != nullptr) {
+            parts.Take(ring.results[plane], results);
+        }
     }
-    if (carver.used + kAlignment > kMaxBlockBytes) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
-        return false;
-    }
-    ring.memory = AllocateWorkingBlock(static_cast<SIZE_T>(carver.used + kAlignment));
+}
+
+} // namespace
+
+bool MakeRowRing(const DibView& source, const Filter& filter, int resultWidth, RowRing& ring) {
+    Describe(source, filter, ring);
+    ring.memory = AllocateParts([&](BlockParts& parts) { LayOut(filter, resultWidth, ring, parts); });
     if (!ring.memory) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
-    BYTE* const unaligned = ring.memory.As<BYTE>();
-    BYTE* const base = unaligned + (kAlignment - reinterpret_cast<std::uintptr_t>(unaligned) % kAlignment);
-    ring.stride = static_cast<std::size_t>(stride);
-    for (int plane = 0; plane < 3; ++plane) {
-        ring.planes[plane] = base + planeAt[plane];
-        ring.results[plane] = base + resultAt[plane];
-        ring.at.scratch[plane] = reinterpret_cast<std::byte*>(base + scratchAt[plane]);
-    }
-    ring.planes[kLuminance] = base + planeAt[ring.kind == RowKind::kGrey ? kBlue : kLuminance];
     return true;
 }
 

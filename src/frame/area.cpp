@@ -103,10 +103,7 @@ bool IsMaskSizeOf(const DibView& picture, const DibView& mask) {
 
 WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect) {
     const auto count = static_cast<std::size_t>(pointCount);
-    WorkingBlock block;
-    if (count <= kMaxBlockBytes / sizeof(POINT)) {
-        block = AllocateWorkingBlock(count * sizeof(POINT));
-    }
+    WorkingBlock block = AllocateWorkingBlock(std::uint64_t{count} * sizeof(POINT));
     if (!block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return block;

@@ -1,6 +1,7 @@
 // Owners of movable global memory: a block, and the time it is locked.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "platform/platform.h"
@@ -48,12 +49,12 @@ struct WorkingBlock {
     }
 };
 
-inline WorkingBlock AllocateWorkingBlock(SIZE_T bytes) {
+inline WorkingBlock AllocateWorkingBlock(std::uint64_t bytes) {
     WorkingBlock result;
     if (bytes > kMaxBlockBytes) {
         return result;
     }
-    result.block.reset(GlobalAlloc(GHND, bytes));
+    result.block.reset(GlobalAlloc(GHND, static_cast<SIZE_T>(bytes)));
     if (result.block) {
         result.lock = LockBlock(result.block.get());
     }

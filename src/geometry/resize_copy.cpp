@@ -30,10 +30,7 @@ void CopyRow(const DibView& source, const BYTE* sourceRow, const ColumnMap& map,
 } // namespace
 
 bool MakeColumnMap(const ScaledSide& side, ColumnMap& map) {
-    const auto count = static_cast<std::size_t>(side.newSize);
-    if (count <= kMaxBlockBytes / sizeof(int)) {
-        map.block = AllocateWorkingBlock(count * sizeof(int));
-    }
+    map.block = AllocateWorkingBlock(static_cast<std::uint64_t>(side.newSize) * sizeof(int));
     if (!map.block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return false;

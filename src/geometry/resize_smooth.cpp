@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "frame/block_parts.h"
 #include "frame/pixel_kernels.h"
 #include "geometry/resize_kernels.h"
 #include "qv8com.h"
@@ -57,30 +58,10 @@ struct Blender {
     }
 };
 
-// Hands out the parts of a block, or only counts their bytes while there is no block.
-class Parts {
-public:
-    explicit Parts(BYTE* base) : base_(base) {}
-
-    template <class Item>
-    void Take(Item*& part, std::uint64_t count) {
-        part = base_ != nullptr ? reinterpret_cast<Item*>(base_ + bytes_) : nullptr;
-        bytes_ += (count * sizeof(Item) + 31) / 32 * 32;
-    }
-    std::uint64_t Bytes() const {
-        return bytes_;
-    }
-
-private:
-    BYTE* base_;
-    std::uint64_t bytes_ = 0;
-};
-
-std::uint64_t LayOut(Blender& blender, BYTE* base) {
+void LayOut(Blender& blender, BlockParts& parts) {
     const auto oldWidth = static_cast<std::uint64_t>(blender.task.columns.oldSize);
     const auto newWidth = static_cast<std::uint64_t>(blender.task.columns.newSize);
     const auto cells = static_cast<std::uint64_t>(blender.cellCount);
-    Parts parts(base);
     parts.Take(blender.groupFirst, cells);
     parts.Take(blender.groupCount, cells);
     parts.Take(blender.cell, newWidth);
@@ -96,7 +77,6 @@ std::uint64_t LayOut(Blender& blender, BYTE* base) {
         parts.Take(blender.blendedUpper[c], newWidth);
         parts.Take(blender.resultLine[c], newWidth);
     }
-    return parts.Bytes();
 }
 
 void DescribeColumns(Blender& blender) {
@@ -128,15 +108,11 @@ bool Prepare(Blender& blender) {
         blender.format = PixelFormatOf(source.bitCount, source.masks);
     }
     ForEachGroup(blender.task.columns, [&](const PixelGroup&) { ++blender.cellCount; });
-    const std::uint64_t bytes = LayOut(blender, nullptr);
-    if (bytes <= kMaxBlockBytes) {
-        blender.block = AllocateWorkingBlock(static_cast<SIZE_T>(bytes));
-    }
+    blender.block = AllocateParts([&](BlockParts& parts) { LayOut(blender, parts); });
     if (!blender.block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
-    LayOut(blender, blender.block.As<BYTE>());
     DescribeColumns(blender);
     return true;
 }
