@@ -41,6 +41,15 @@ private:
     bool outside_ = false;
 };
 
+// Calls a function that takes an area and then its own parameters.
+template <class Function, class... OwnParameters>
+EffectResult CallOnArea(Function* function, const AreaOptions& options, const EffectRequest& request,
+                        OwnParameters... parameters) {
+    const Area area = options.Resolve(request);
+    return function(&area.target, area.type, area.points.data(), area.PointCount(), &area.rect, area.inside,
+                    parameters..., request.progressOwner, 0, 0, 0);
+}
+
 // The points of "x,y x,y ...", or nothing when the text is anything else or has fewer than two.
 std::optional<std::vector<POINT>> ParsePolygon(const std::string& text);
 

@@ -6,15 +6,6 @@
 #include "image_file.h"
 #include "option_types.h"
 
-namespace {
-
-// Red, green and blue as one option.
-void AddColour(CLI::App& command, const std::string& name, std::array<DWORD, 3>& colour, const std::string& help) {
-    command.add_option(name, colour, help)->delimiter(',')->type_name("r,g,b")->check(Between(0, 255));
-}
-
-} // namespace
-
 EffectCall AddLayer(CLI::App& command) {
     struct Options {
         std::string layerName;
@@ -29,10 +20,7 @@ EffectCall AddLayer(CLI::App& command) {
     command.add_option("--layer", options->layerName, "picture to lay over the input")->required()->type_name("FILE");
     command.add_option("--x", options->x, "left edge of the layer in the input")->type_name("COLUMN");
     command.add_option("--y", options->y, "top edge of the layer in the input")->type_name("ROW");
-    command.add_option("--opacity", options->opacity, "0 (layer invisible) .. 255")
-        ->type_name("LEVEL")
-        ->check(Between(0, 255))
-        ->capture_default_str();
+    AddNumber(command, "--opacity", options->opacity, 0, 255, "of the layer");
     AddColour(command, "--transparent", options->transparent, "colour of the layer that lets the input show");
     AddColour(command, "--background", options->background, "colour where neither picture lies");
     command.add_flag("--clip", options->clip, "keep the size of the input");

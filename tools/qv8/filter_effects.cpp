@@ -6,27 +6,6 @@
 #include "kernel_file.h"
 #include "option_types.h"
 
-namespace {
-
-// Adds a whole number of a range.
-void AddNumber(CLI::App& command, const char* name, DWORD& value, int from, int to, const std::string& help) {
-    command.add_option(name, value, help + ", " + std::to_string(from) + ".." + std::to_string(to))
-        ->type_name("N")
-        ->check(Between(from, to))
-        ->capture_default_str();
-}
-
-// Calls a function that takes an area and then its own parameters.
-template <class Function, class... OwnParameters>
-EffectResult CallOnArea(Function* function, const AreaOptions& options, const EffectRequest& request,
-                        OwnParameters... parameters) {
-    const Area area = options.Resolve(request);
-    return function(&area.target, area.type, area.points.data(), area.PointCount(), &area.rect, area.inside,
-                    parameters..., request.progressOwner, 0, 0, 0);
-}
-
-} // namespace
-
 EffectCall AddCustomFilter(CLI::App& command) {
     struct Options {
         std::string kernel;

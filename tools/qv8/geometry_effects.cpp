@@ -1,8 +1,8 @@
 // Scaling and turning.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
-#include <vector>
 
 #include "effect_families.h"
 #include "failure.h"
@@ -83,7 +83,7 @@ EffectCall AddRotation(CLI::App& command) {
         BOOL mirror = FALSE;
         BOOL flip = FALSE;
         DWORD smooth = 0;
-        std::vector<DWORD> background = {0, 0, 0};
+        std::array<DWORD, 3> background{};
         BOOL keepSize = FALSE;
     };
     auto options = std::make_shared<Options>();
@@ -93,15 +93,11 @@ EffectCall AddRotation(CLI::App& command) {
     command.add_flag("--mirror", options->mirror, "exchange left and right before");
     command.add_flag("--flip", options->flip, "exchange top and bottom before");
     command.add_flag("--smooth", options->smooth, "blend neighbouring pixels");
-    command.add_option("--background", options->background, "colour of what the turned picture does not cover")
-        ->type_name("R,G,B")
-        ->delimiter(',')
-        ->expected(3)
-        ->check(Between(0, 255));
+    AddColour(command, "--background", options->background, "colour of what the turned picture does not cover");
     command.add_flag("--keep-size", options->keepSize, "cut the turned picture to the size of the source");
     return [options](const EffectRequest& request) -> EffectResult {
         const ImageSet target = {request.image, nullptr};
-        const std::vector<DWORD>& background = options->background;
+        const auto& background = options->background;
         return QV8Rotation(&target, static_cast<LONG>(std::lround(options->degrees * 100)), options->mirror,
                            options->flip, options->smooth, background[0], background[1], background[2],
                            options->keepSize, request.progressOwner, 0, 0, 0);

@@ -1,5 +1,4 @@
 // Selection.
-#include <map>
 #include <memory>
 
 #include "area_options.h"
@@ -15,7 +14,7 @@ struct Levels {
 
     void AddTo(CLI::App& command, const std::string& help) {
         for (const auto& [name, value] : {std::pair{"--red", &red}, {"--green", &green}, {"--blue", &blue}}) {
-            command.add_option(name, *value, help + ", 0..255")->type_name("LEVEL")->check(Between(0, 255));
+            AddNumber(command, name, *value, 0, 255, help);
         }
     }
 };
@@ -45,17 +44,11 @@ EffectCall AddAutoSelectImage(CLI::App& command) {
         DWORD tolerance = 32;
         AreaOptions area;
     };
-    static const std::map<std::string, DWORD> modes{{"rgb", 0}, {"colour", 1}, {"brightness", 2}};
     auto options = std::make_shared<Options>();
     options->key.AddTo(command, "of the key colour");
-    command
-        .add_option("--match", options->mode, "rgb, colour (whatever the brightness) or brightness; rgb unless given")
-        ->type_name("MODE")
-        ->transform(CLI::CheckedTransformer(modes).description(""));
-    command.add_option("--tolerance", options->tolerance, "mean difference that still matches, 0..255")
-        ->type_name("LEVEL")
-        ->check(Between(0, 255))
-        ->capture_default_str();
+    AddChoice(command, "--match", options->mode, {{"rgb", 0}, {"colour", 1}, {"brightness", 2}},
+              "rgb (unless given), colour (whatever the brightness) or brightness");
+    AddNumber(command, "--tolerance", options->tolerance, 0, 255, "mean difference that still matches");
     options->area.AddShapesTo(command);
     return [options](const EffectRequest& request) -> EffectResult {
         const Area area = options->area.Resolve(request);

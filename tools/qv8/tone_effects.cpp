@@ -27,11 +27,9 @@ using InvertFunction = decltype(QV8RGBRev);
 
 // Calls any of the functions that take an area and three channel values.
 template <class Function, class Value>
-EffectResult CallOnArea(Function* function, const ChannelOptions<Value>& options, const std::array<Value, 3>& values,
-                        const EffectRequest& request) {
-    const Area area = options.area.Resolve(request);
-    return function(&area.target, area.type, area.points.data(), area.PointCount(), &area.rect, area.inside, values[0],
-                    values[1], values[2], request.progressOwner, 0, 0, 0);
+EffectResult CallOnChannels(Function* function, const ChannelOptions<Value>& options,
+                            const std::array<Value, 3>& values, const EffectRequest& request) {
+    return CallOnArea(function, options.area, request, values[0], values[1], values[2]);
 }
 
 EffectCall AddGamma(CLI::App& command, const Names& options, const Names& names, GammaFunction* function) {
@@ -43,7 +41,7 @@ EffectCall AddGamma(CLI::App& command, const Names& options, const Names& names,
             ->check(CheckFinite);
     }
     channels->area.AddTo(command);
-    return [=](const EffectRequest& request) { return CallOnArea(function, *channels, channels->values, request); };
+    return [=](const EffectRequest& request) { return CallOnChannels(function, *channels, channels->values, request); };
 }
 
 EffectCall AddLevel(CLI::App& command, const Names& options, const Names& names, LevelFunction* function) {
@@ -52,7 +50,7 @@ EffectCall AddLevel(CLI::App& command, const Names& options, const Names& names,
         command.add_option(options[i], channels->values[i], std::string("added to ") + names[i])->type_name("LEVEL");
     }
     channels->area.AddTo(command);
-    return [=](const EffectRequest& request) { return CallOnArea(function, *channels, channels->values, request); };
+    return [=](const EffectRequest& request) { return CallOnChannels(function, *channels, channels->values, request); };
 }
 
 EffectCall AddInvert(CLI::App& command, const Names& options, const Names& names, InvertFunction* function) {
@@ -63,7 +61,7 @@ EffectCall AddInvert(CLI::App& command, const Names& options, const Names& names
     channels->area.AddTo(command);
     return [=](const EffectRequest& request) {
         const bool any = channels->values != std::array<BOOL, 3>{};
-        return CallOnArea(function, *channels, any ? channels->values : std::array<BOOL, 3>{1, 1, 1}, request);
+        return CallOnChannels(function, *channels, any ? channels->values : std::array<BOOL, 3>{1, 1, 1}, request);
     };
 }
 
@@ -101,10 +99,8 @@ EffectCall AddChroma(CLI::App& command) {
     auto options = std::make_shared<Options>();
     command.add_option("--amount", options->amount, "change in percent, -100 (grey) .. 1000")->type_name("PERCENT");
     options->area.AddTo(command);
-    return [options](const EffectRequest& request) -> EffectResult {
-        const Area area = options->area.Resolve(request);
-        return QV8Chroma(&area.target, area.type, area.points.data(), area.PointCount(), &area.rect, area.inside,
-                         options->amount, request.progressOwner, 0, 0, 0);
+    return [options](const EffectRequest& request) {
+        return CallOnArea(QV8Chroma, options->area, request, options->amount);
     };
 }
 
