@@ -62,9 +62,9 @@ void Blend(const Places& places, const BYTE* pixel, const BYTE* beside, const BY
         const Floats fy = LoadFloats(places.rowWeights + i);
         const Floats restX = Spread(1) - fx;
         const Floats restY = Spread(1) - fy;
-        const Floats far = fx * LoadBytes(diagonal + i) + restX * LoadBytes(above + i);
-        const Floats near = restX * LoadBytes(pixel + i) + fx * LoadBytes(beside + i);
-        StoreBytes(result + i, fy * far + restY * near);
+        const Floats acrossRow = fx * LoadBytes(diagonal + i) + restX * LoadBytes(above + i);
+        const Floats ownRow = restX * LoadBytes(pixel + i) + fx * LoadBytes(beside + i);
+        StoreBytes(result + i, fy * acrossRow + restY * ownRow);
     }
 }
 

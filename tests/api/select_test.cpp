@@ -319,6 +319,10 @@ TEST(Select, MakesTargetsForOtherEffects) {
                 SCOPED_TRACE(std::string(row.name) + " at " + name);
                 const Outcome outcome = CallExport(row, call);
                 ASSERT_TRUE(outcome.succeeded);
+                if (row.areaUse == AreaUse::kMaskAlong) {
+                    EXPECT_NE(outcome.mask, nullptr);
+                    continue;
+                }
                 const Picture after = {ReadBlock(outcome.image.get())};
                 for (int y = 0; y != before.Height(); ++y) {
                     for (int x = 0; x != before.Width(); ++x) {
