@@ -143,13 +143,13 @@ TEST(Layer, TakesAnyPlace) {
     for (const int x : {INT_MIN, INT_MIN + 4, -1, 0, INT_MAX - 4, INT_MAX}) {
         for (const int y : {INT_MIN, INT_MIN + 4, -1, 0, INT_MAX - 4, INT_MAX}) {
             SCOPED_TRACE(std::to_string(x) + ", " + std::to_string(y));
-            const bool near = x > -2 && x < 2 && y > -2 && y < 2;
+            const bool isClose = x > -2 && x < 2 && y > -2 && y < 2;
             arguments.x = x;
             arguments.y = y;
             arguments.clip = true;
             Arguments elsewhere = arguments;
-            elsewhere.x = near ? x : 1000;
-            elsewhere.y = near ? y : 1000;
+            elsewhere.x = isClose ? x : 1000;
+            elsewhere.y = isClose ? y : 1000;
             const Block clipped(CallLayer(base.Handle(), layer.Handle(), arguments));
             EXPECT_TRUE(Holds(clipped.get(), Layered(base.Content(), layer.Content(), elsewhere)));
             if (!near) {
