@@ -152,7 +152,7 @@ TEST(Layer, TakesAnyPlace) {
             elsewhere.y = isClose ? y : 1000;
             const Block clipped(CallLayer(base.Handle(), layer.Handle(), arguments));
             EXPECT_TRUE(Holds(clipped.get(), Layered(base.Content(), layer.Content(), elsewhere)));
-            if (!near) {
+            if (!isClose) {
                 arguments.clip = false;
                 EXPECT_EQ(CallLayer(base.Handle(), layer.Handle(), arguments), nullptr);
                 EXPECT_EQ(GetErrorStatus(), QV8_STATUS_MEMORY);

@@ -166,11 +166,11 @@ Picture QuarterTurned(const Slow& slow, int quarters, bool isMask) {
 BYTE Mixed(float fx, float fy, BYTE pixel, BYTE beside, BYTE above, BYTE diagonal) {
     const float one = (1 - fx) * pixel;
     const float two = fx * beside;
-    const float near = one + two;
+    const float ownRow = one + two;
     const float three = fx * diagonal;
     const float four = (1 - fx) * above;
-    const float far = three + four;
-    const float value = fy * far + (1 - fy) * near;
+    const float acrossRow = three + four;
+    const float value = fy * acrossRow + (1 - fy) * ownRow;
     return static_cast<BYTE>(std::clamp(static_cast<int>(value), 0, 255));
 }
 

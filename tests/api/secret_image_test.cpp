@@ -252,9 +252,9 @@ TEST(SetSecretImage, BeginsInTheCornerOfItsAngle) {
     const int along[] = {upright.left - 10, upright.right - 10}; // from the corner, as one reads
     const int down[] = {upright.top - 20, upright.bottom - 20};
     const auto expect = [](const Side& found, const Side& expected, int angle) {
-        const auto near = [](int a, int b) { return a - b >= -2 && a - b <= 2; }; // shapes may be rounded otherwise
-        EXPECT_TRUE(near(found.left, expected.left) && near(found.top, expected.top) &&
-                    near(found.right, expected.right) && near(found.bottom, expected.bottom))
+        const auto isClose = [](int a, int b) { return a - b >= -2 && a - b <= 2; }; // shapes may be rounded otherwise
+        EXPECT_TRUE(isClose(found.left, expected.left) && isClose(found.top, expected.top) &&
+                    isClose(found.right, expected.right) && isClose(found.bottom, expected.bottom))
             << angle << ": " << found.left << ' ' << found.top << ' ' << found.right << ' ' << found.bottom;
     };
     for (const DWORD highBits : {0U, 0x50000U}) {
