@@ -64,8 +64,7 @@ Twice FirstHalfTwice(Twice value) {
     return __builtin_shufflevector(value, value, 0, 1, 2, 3, 0, 1, 2, 3);
 }
 
-// --- Choosing an index
-// -------------------------------------------------------------------------------------------------
+// --- Choosing an index -----------------------------------------------------------------------------------------------
 
 struct ByThreshold {
     unsigned least; // sum of the channels
@@ -146,8 +145,7 @@ private:
     }
 };
 
-// --- One row
-// -----------------------------------------------------------------------------------------------------------
+// --- One row ---------------------------------------------------------------------------------------------------------
 
 template <class Choose>
 void MapRow(const Choose& choose, const MappingRows& rows, int width) {
@@ -238,8 +236,7 @@ PaletteTwice PaletteTwiceOf(const RGBQUAD* palette, std::uint32_t size) {
     return result;
 }
 
-// --- The whole picture
-// -------------------------------------------------------------------------------------------------
+// --- The whole picture -----------------------------------------------------------------------------------------------
 
 template <class Choose>
 void DitherOneRow(const Choose& choose, bool keepErrors, const PaletteTwice& palette, const MappingRows& rows,

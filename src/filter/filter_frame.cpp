@@ -57,17 +57,24 @@ void FilterWholeRow(FilterCall& call, int row) {
     }
 }
 
+template <int kBytes>
+void CopyNeighboursOf(const BYTE* source, const std::ptrdiff_t* offsets, int count, const BYTE* codes, BYTE* result) {
+    constexpr int kCopied = std::min(kBytes, 3); // the fourth byte is not of a colour
+    for (int i = 0; i < count; ++i) {
+        std::memcpy(result + std::ptrdiff_t{i} * kBytes, source + offsets[codes[i]] + std::ptrdiff_t{i} * kBytes,
+                    kCopied);
+    }
+}
+
 void CopyNeighbours(const DibView& source, int row, int column, int count, const BYTE* codes, BYTE* result) {
     const int bytes = source.bitCount / 8;
-    const int copied = std::min(bytes, 3);
-    for (int i = 0; i < count; ++i) {
-        const BYTE* const from =
-            source.Row(row + codes[i] / 3 - 1) + std::ptrdiff_t{column + i + codes[i] % 3 - 1} * bytes;
-        BYTE* const to = result + std::ptrdiff_t{i} * bytes;
-        for (int k = 0; k < copied; ++k) {
-            to[k] = from[k];
-        }
+    std::ptrdiff_t offsets[9];
+    for (int place = 0; place < 9; ++place) {
+        offsets[place] = (place / 3 - 1) * static_cast<std::ptrdiff_t>(source.stride) + (place % 3 - 1) * bytes;
     }
+    const BYTE* const pixels = source.Row(row) + std::ptrdiff_t{column} * bytes;
+    const auto copy = bytes == 2 ? CopyNeighboursOf<2> : bytes == 3 ? CopyNeighboursOf<3> : CopyNeighboursOf<4>;
+    copy(pixels, offsets, count, codes, result);
 }
 
 // Writes a run of pixels from the results of its row.

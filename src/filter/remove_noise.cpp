@@ -54,8 +54,7 @@ void FilterSamples(const FilterRow& at, int begin, int count, Cut cut, Whole who
     ForEachCutSample(at, begin, count, cut);
 }
 
-// --- By channel
-// -----------------------------------------------------------------------------------------------------
+// --- By channel ------------------------------------------------------------------------------------------------------
 
 BYTE CutMedian(const FilterRow& at, Plane plane, int index, int threshold) {
     BYTE neighbours[8];
@@ -78,8 +77,7 @@ void MedianSamples(const void* context, const FilterRow& at, Plane plane, int be
         [&] { TheSmoothingKernels().medians(RowsAround(at, plane, begin), at.step, threshold, count, result); });
 }
 
-// --- By luminance
-// ---------------------------------------------------------------------------------------------------
+// --- By luminance ----------------------------------------------------------------------------------------------------
 
 int CutMedianKey(const FilterRow& at, int column) {
     int keys[9];
@@ -105,8 +103,7 @@ void MedianPixels(const void* /*context*/, const FilterRow& at, int begin, int e
         });
 }
 
-// --- Neither
-// --------------------------------------------------------------------------------------------------------
+// --- Neither ---------------------------------------------------------------------------------------------------------
 
 HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments, DWORD progressOwner) {
     Picture source;

@@ -25,8 +25,7 @@ inline void StoreBytes(BYTE* bytes, Floats value) {
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
 }
 
-// --- Words: 2 * kLanes lanes of 16 bits
-// -------------------------------------------------------------------------------
+// --- Words: 2 * kLanes lanes of 16 bits ------------------------------------------------------------------------------
 
 constexpr int kWordLanes = 16;
 using Words = WORD __attribute__((vector_size(32)));
@@ -78,8 +77,7 @@ inline Words Larger(Words a, Words b) {
     return reinterpret_cast<Words>(_mm256_max_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
 
-// --- Bytes: 4 * kLanes lanes of 8 bits
-// -------------------------------------------------------------------------------
+// --- Bytes: 4 * kLanes lanes of 8 bits -------------------------------------------------------------------------------
 
 constexpr int kByteLanes = 32;
 using Bytes = BYTE __attribute__((vector_size(32)));

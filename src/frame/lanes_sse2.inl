@@ -35,8 +35,7 @@ inline void StoreBytes(BYTE* bytes, Floats value) {
     __builtin_memcpy(bytes, &packed, sizeof packed);
 }
 
-// --- Words: 2 * kLanes lanes of 16 bits
-// -------------------------------------------------------------------------------
+// --- Words: 2 * kLanes lanes of 16 bits ------------------------------------------------------------------------------
 
 constexpr int kWordLanes = 8;
 using Words = WORD __attribute__((vector_size(16)));
@@ -94,8 +93,7 @@ inline Words Larger(Words a, Words b) {
     return reinterpret_cast<Words>(_mm_max_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 
-// --- Bytes: 4 * kLanes lanes of 8 bits
-// -------------------------------------------------------------------------------
+// --- Bytes: 4 * kLanes lanes of 8 bits -------------------------------------------------------------------------------
 
 constexpr int kByteLanes = 16;
 using Bytes = BYTE __attribute__((vector_size(16)));

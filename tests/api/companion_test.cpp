@@ -21,8 +21,7 @@
 
 namespace {
 
-// --- Status
-// -----------------------------------------------------------------------------------------------------------
+// --- Status ----------------------------------------------------------------------------------------------------------
 
 TEST(CompanionStatus, BelongsToTheThreadThatSetIt) {
     SetErrorStatus(QV8_STATUS_PICTURE);
@@ -51,8 +50,7 @@ TEST(CompanionStatus, EachHasATextOfItsOwn) {
     }
 }
 
-// --- Bitmap information
-// -----------------------------------------------------------------------------------------------
+// --- Bitmap information ----------------------------------------------------------------------------------------------
 
 struct MaskedHeader {
     BITMAPINFOHEADER header;
@@ -150,8 +148,7 @@ TEST(CompanionBitmapInfo, TakesNull) {
     EXPECT_EQ(GetBmp32Info(nullptr), -1);
 }
 
-// --- Progress owners
-// --------------------------------------------------------------------------------------------------
+// --- Progress owners -------------------------------------------------------------------------------------------------
 
 struct Listener {
     std::vector<int> percents;
@@ -292,8 +289,7 @@ TEST(CompanionProgress, ThreadsShareAnOwner) {
     EXPECT_EQ(count, 4 * kReports);
 }
 
-// --- The dialog
-// -------------------------------------------------------------------------------------------------------
+// --- The dialog ------------------------------------------------------------------------------------------------------
 
 DWORD_PTR Title(const char* text) {
     return reinterpret_cast<DWORD_PTR>(text);

@@ -127,8 +127,7 @@ TEST(AntiAlias, IsTheMeanOfThreeInARow) {
     });
 }
 
-// --- Mosaic
-// -----------------------------------------------------------------------------------------------------------
+// --- Mosaic ----------------------------------------------------------------------------------------------------------
 
 // Where the blocks of an area begin, rows from the bottom.
 Place CornerOf(const Area& area, int width, int height) {
@@ -245,8 +244,7 @@ TEST(Mosaic, ReportsRowsOfBlocksAndRefusesSinglePixels) {
     EXPECT_EQ(GetErrorStatus(), QV8_STATUS_PICTURE);
 }
 
-// --- Outline
-// -----------------------------------------------------------------------------------------------------------
+// --- Outline ---------------------------------------------------------------------------------------------------------
 
 constexpr int kFirstKernels[3][9] = {
     {0, 0, 0, 0, 1, -1, 0, 0, 0}, {0, 0, 0, 0, 1, 0, 0, 0, -1}, {-1, 0, 1, -2, 0, 2, -1, 0, 1}};

@@ -33,8 +33,7 @@ Rotated Rotate(HGLOBAL image, HGLOBAL mask, const Options& options) {
     return {Block(result.hImage), Block(result.hMask)};
 }
 
-// --- The slow way
-// -----------------------------------------------------------------------------------------------------
+// --- The slow way ----------------------------------------------------------------------------------------------------
 
 int NearestIndex(const Picture& picture, Colour colour) {
     int best = 0;

@@ -228,8 +228,7 @@ TEST(Chroma, NoChangeIsAnExactCopyAndLessIsGrey) {
     }
 }
 
-// --- Grey
-// --------------------------------------------------------------------------------------------------------------
+// --- Grey ------------------------------------------------------------------------------------------------------------
 
 unsigned GreyOf(const Colour& colour) {
     return static_cast<unsigned>(ForwardPixel(colour, 0.0F).y);

@@ -96,8 +96,7 @@ TEST(RotationKernels, AreTheSameOnBothTargets) {
     }
 }
 
-// --- Exchange in place
-// ------------------------------------------------------------------------------------------------
+// --- Exchange in place -----------------------------------------------------------------------------------------------
 
 qv8::NewPicture CopyOf(const Source& source) {
     qv8::Picture picture;
