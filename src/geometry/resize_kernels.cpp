@@ -5,6 +5,10 @@
 namespace qv8 {
 namespace {
 
+using Pixel = int __attribute__((vector_size(16)));
+using PixelOfFloats = float __attribute__((vector_size(16)));
+using PixelOfBytes = BYTE __attribute__((vector_size(4)));
+
 namespace baseline {
 #include "geometry/resize_kernels.inl"
 } // namespace baseline

@@ -1,5 +1,11 @@
 // Included once for each target. All arithmetic is in single precision in the order written: it decides the results.
 
+void WidenRow(const BYTE* __restrict row, std::uint32_t* __restrict sums, int count) {
+    for (int i = 0; i < count; ++i) {
+        sums[i] = row[i];
+    }
+}
+
 void AddRow(const BYTE* __restrict row, std::uint32_t* __restrict sums, int count) {
     for (int i = 0; i < count; ++i) {
         sums[i] += row[i];
@@ -12,6 +18,32 @@ void Average(const double* __restrict sums, const int* __restrict columns, int r
     for (int i = 0; i < count; ++i) {
         const float mean = static_cast<float>(sums[i]) / (static_cast<float>(columns[i]) * height) + 0.5F;
         result[i] = static_cast<float>(static_cast<int>(mean));
+    }
+}
+
+// A pixel's channels side by side; lanes beyond them hold what is not used.
+inline Pixel LoadPixel(const std::uint32_t* sums) {
+    Pixel result;
+    __builtin_memcpy(&result, sums, sizeof result);
+    return result;
+}
+
+template <int kStep>
+void AverageGroups(const std::uint32_t* __restrict sums, const PixelGroups& groups, int rows, BYTE* __restrict result) {
+    const int* __restrict const first = groups.first;
+    const int* __restrict const columns = groups.columns;
+    const auto height = static_cast<float>(rows);
+    for (int i = 0; i < groups.count; ++i) {
+        const std::uint32_t* const from = sums + std::ptrdiff_t{first[i]} * kStep;
+        Pixel total = LoadPixel(from);
+        for (int k = 1; k < columns[i]; ++k) {
+            total += LoadPixel(from + std::ptrdiff_t{k} * kStep);
+        }
+        const float size = static_cast<float>(columns[i]) * height;
+        const PixelOfFloats mean =
+            __builtin_convertvector(total, PixelOfFloats) / PixelOfFloats{size, size, size, size} + 0.5F;
+        const auto bytes = __builtin_convertvector(__builtin_convertvector(mean, Pixel), PixelOfBytes);
+        __builtin_memcpy(result + std::ptrdiff_t{i} * kStep, &bytes, sizeof bytes);
     }
 }
 
@@ -39,4 +71,5 @@ void BlendRows(const float* __restrict upper, const float* __restrict lower, flo
     }
 }
 
-constexpr ResizeKernels kKernels = {AddRow, Average, ToFloats, BlendColumns, BlendRows};
+constexpr ResizeKernels kKernels = {WidenRow,         AddRow,   Average,      AverageGroups<1>,
+                                    AverageGroups<3>, ToFloats, BlendColumns, BlendRows};

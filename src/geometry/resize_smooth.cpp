@@ -20,6 +20,9 @@ constexpr int kMaxChannels = 3;
 // Rows whose sums of bytes are certain to fit 32 bits.
 constexpr int kRowsPerSum = 1 << 23;
 
+// Beyond lines, for loops that take four samples at once.
+constexpr int kSlack = 4;
+
 // Levels of grey ramps by index, and back.
 struct GreyTables {
     BYTE level[256];
@@ -32,6 +35,8 @@ struct Blender {
     PixelFormat format = {};
     GreyTables grey = {};
     int channels = 1;
+    int step = 1; // from a sample of a line to the next of its channel: 24-bit pixels stay as they are for means
+    bool onlyMeans = false; // both sides shrink, and sums of groups are certain to fit 31 bits
     int cellCount = 0;
     WorkingBlock block = {};
 
@@ -61,6 +66,7 @@ struct Blender {
 void LayOut(Blender& blender, BlockParts& parts) {
     const auto oldWidth = static_cast<std::uint64_t>(blender.task.columns.oldSize);
     const auto newWidth = static_cast<std::uint64_t>(blender.task.columns.newSize);
+    const auto step = static_cast<std::uint64_t>(blender.step);
     const auto cells = static_cast<std::uint64_t>(blender.cellCount);
     parts.Take(blender.groupFirst, cells);
     parts.Take(blender.groupCount, cells);
@@ -69,13 +75,13 @@ void LayOut(Blender& blender, BlockParts& parts) {
     parts.Take(blender.left, newWidth);
     for (int c = 0; c != blender.channels; ++c) {
         parts.Take(blender.line[c], oldWidth);
-        parts.Take(blender.sums[c], oldWidth);
+        parts.Take(blender.sums[c], oldWidth * step + kSlack);
         parts.Take(blender.cellSums[c], cells);
         parts.Take(blender.lower[c], cells + 1);
         parts.Take(blender.upper[c], cells + 1);
         parts.Take(blender.blendedLower[c], newWidth);
         parts.Take(blender.blendedUpper[c], newWidth);
-        parts.Take(blender.resultLine[c], newWidth);
+        parts.Take(blender.resultLine[c], newWidth * step + kSlack);
     }
 }
 
@@ -95,14 +101,28 @@ void DescribeColumns(Blender& blender) {
     });
 }
 
+// No group is larger than that.
+std::int64_t LargestGroup(const ScaledSide& side) {
+    return static_cast<std::int64_t>(1.0 / static_cast<double>(side.factor)) + 2;
+}
+
+bool HasOnlyMeans(const ResizeTask& task) {
+    constexpr std::int64_t kMaxPixels = 0x7FFFFFFF / 255;
+    const bool shrinks = !task.columns.Enlarges() && !task.rows.Enlarges();
+    return shrinks && LargestGroup(task.columns) <= kMaxPixels / LargestGroup(task.rows);
+}
+
 bool Prepare(Blender& blender) {
     const DibView& source = *blender.task.source;
+    blender.onlyMeans = HasOnlyMeans(blender.task);
     if (blender.IsGrey()) {
         for (int i = 0; i != 256; ++i) {
             const BYTE level = source.palette[i].rgbBlue;
             blender.grey.level[i] = level;
             blender.grey.index[level] = static_cast<BYTE>(i);
         }
+    } else if (blender.onlyMeans && source.bitCount == 24) {
+        blender.step = 3;
     } else {
         blender.channels = kMaxChannels;
         blender.format = PixelFormatOf(source.bitCount, source.masks);
@@ -239,8 +259,42 @@ void BlendUpper(const Blender& blender, const PixelGroup& rows) {
     }
 }
 
+// The pixels of a row, as `step` says.
+const BYTE* LineOf(const Blender& blender, int row, int channel) {
+    return blender.step == 1 ? blender.line[channel] : blender.task.source->Row(row);
+}
+
+// Every new pixel is the mean of its group.
+void WriteMeans(const Blender& blender, const PixelGroup& rows) {
+    const ResizeKernels& kernels = blender.kernels;
+    const PixelGroups groups = {blender.groupFirst, blender.groupCount, blender.task.map.count};
+    for (int row = rows.first; row != rows.next; ++row) {
+        if (blender.step == 1) {
+            ReadLine(blender, row);
+        }
+        for (int c = 0; c != blender.channels; ++c) {
+            (row == rows.first ? kernels.widenRow : kernels.addRow)(LineOf(blender, row, c), blender.sums[c],
+                                                                    blender.task.columns.oldSize * blender.step);
+        }
+    }
+    for (int c = 0; c != blender.channels; ++c) {
+        (blender.step == 1 ? kernels.averageGroups : kernels.averageTriples)(blender.sums[c], groups, rows.count,
+                                                                             blender.resultLine[c]);
+    }
+    if (blender.step == 1) {
+        WriteLine(blender, rows.resultFirst);
+    } else {
+        std::memcpy(blender.task.result->Row(rows.resultFirst), blender.resultLine[0],
+                    static_cast<std::size_t>(groups.count) * 3);
+    }
+}
+
 void BlendBand(const Blender& blender, const PixelGroup& rows) {
     if (rows.resultCount == 0) {
+        return;
+    }
+    if (blender.onlyMeans) {
+        WriteMeans(blender, rows);
         return;
     }
     ReadLower(blender, rows);
