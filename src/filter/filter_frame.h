@@ -22,6 +22,7 @@ struct FilterRow {
     int height = 0; // of the picture
     int width = 0;  // of the picture in pixels
     int step = 1;   // samples from one pixel of a plane to the next
+    bool isGrey = false;
     // The samples of row `row` + dy, |dy| at most the filter's reach: rows[plane][dy] is the one of column 0. Rows
     // beyond the picture's border are those at the border. Within a row, the filter's reach in pixels can be read
     // beyond both ends, where the pixel at the border repeats. Grey pictures have the planes kBlue and kLuminance, both
@@ -30,10 +31,6 @@ struct FilterRow {
     // The filter's own memory for each plane, zero before the first row, that many bytes for each sample of a row and
     // its two ends of reach + kFilterSlack pixels. Points at column 0.
     std::byte* scratch[3] = {};
-
-    bool IsGrey() const {
-        return rows[kLuminance][0] == rows[kBlue][0];
-    }
 };
 
 struct Filter {

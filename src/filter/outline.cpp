@@ -19,7 +19,7 @@ struct Edges {
 
 void OutlinePixels(const void* context, const FilterRow& at, int begin, int end, const PlanarRow& result) {
     const Edges& edges = *static_cast<const Edges*>(context);
-    const BYTE* const* const rows = at.rows[at.IsGrey() ? kBlue : edges.plane];
+    const BYTE* const* const rows = at.rows[at.isGrey ? kBlue : edges.plane];
     edges.gradient(rows[-1] + begin, rows[0] + begin, rows[1] + begin, edges.gain, end - begin, result.blue);
 }
 

@@ -90,7 +90,7 @@ int CutMedianKey(const FilterRow& at, int column) {
 // In grey pictures the level is the new index, whatever the table holds there.
 void MedianPixels(const void* /*context*/, const FilterRow& at, int begin, int end, const PlanarRow& result) {
     const SmoothingKernels& kernels = TheSmoothingKernels();
-    const bool levels = at.IsGrey();
+    const bool levels = at.isGrey;
     FilterSamples(
         at, begin, end - begin,
         [&](int column) {

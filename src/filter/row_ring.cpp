@@ -69,6 +69,7 @@ void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.reach = filter.reach;
     ring.slots = std::min(2 * filter.reach + 1, source.height);
     ring.at.step = ring.kind == RowKind::kPacked ? 3 : 1;
+    ring.at.isGrey = ring.kind == RowKind::kGrey;
     ring.at.width = source.width;
     ring.at.height = source.height;
     if (ring.kind != RowKind::kGrey) {

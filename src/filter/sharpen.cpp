@@ -54,7 +54,7 @@ void SharpenPixels(const void* context, const FilterRow& at, int begin, int end,
         }
     }
 
-    if (at.IsGrey()) {
+    if (at.isGrey) {
         TheSharpenKernels().grey(strength, luminance, differences, count, result.blue);
         return;
     }
