@@ -42,9 +42,9 @@ std::uint64_t TableLength(const BITMAPINFOHEADER& header) {
     return hasTable ? std::uint64_t{1} << header.biBitCount : 0;
 }
 
-// With longer headers the masks are part of the header.
+// In headers long enough for them the masks are part of the header.
 bool HasMasksBehindHeader(const BITMAPINFOHEADER& header) {
-    return header.biSize == kHeaderBytes && header.biCompression == BI_BITFIELDS &&
+    return header.biSize < kHeaderBytes + kMaskBytes && header.biCompression == BI_BITFIELDS &&
            (header.biBitCount == 16 || header.biBitCount == 32);
 }
 

@@ -84,7 +84,7 @@ void WriteValues(const IndexTable& table, const BYTE* indices, int count, BYTE* 
 }
 
 void WriteExpanded(const IndexTable& table, const BYTE* indices, int column, int count, int bits, BYTE* resultRow) {
-    BYTE* const result = resultRow + std::ptrdiff_t{column} * bits / 8;
+    BYTE* const result = resultRow + std::ptrdiff_t{column / 8} * bits; // columns are multiples of 8
     switch (bits) {
     case 4:
         PackIndices(bits, indices, count, resultRow, column);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "convert/grey_dither.h"
+#include "frame/block_parts.h"
 #include "frame/indices.h"
 #include "frame/palettes.h"
 #include "frame/rows.h"
@@ -273,20 +274,25 @@ bool MapAll(const ColourReader& reader, const Mapping& mapping, MappingRows& row
 } // namespace
 
 MappingRows AllocateMappingRows(int width) {
-    const auto pixels = static_cast<std::size_t>(width);
-    const std::size_t errorBytes = (pixels + 2) * kErrorBytes;
+    const auto pixels = static_cast<std::uint64_t>(width);
     MappingRows rows = {};
-    rows.block = AllocateWorkingBlock(2 * errorBytes + 8 * pixels);
+    rows.block = AllocateParts([&](BlockParts& parts) {
+        for (short*& errors : rows.errors) {
+            parts.Take(errors, 4 * (pixels + 2));
+        }
+        parts.Take(rows.colours.blue, pixels);
+        parts.Take(rows.colours.green, pixels);
+        parts.Take(rows.colours.red, pixels);
+        parts.Take(rows.indices, pixels);
+        parts.Take(rows.packed, 4 * pixels);
+    });
     if (!rows.block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return rows;
     }
-    rows.errors[0] = rows.block.As<short>() + 4;
-    rows.errors[1] = rows.errors[0] + 4 * (pixels + 2);
-    BYTE* const bytes = rows.block.As<BYTE>() + 2 * errorBytes;
-    rows.colours = {bytes, bytes + pixels, bytes + 2 * pixels};
-    rows.indices = bytes + 3 * pixels;
-    rows.packed = bytes + 4 * pixels;
+    for (short*& errors : rows.errors) {
+        errors += 4; // the pixel beside the first
+    }
     return rows;
 }
 

@@ -21,4 +21,9 @@ inline AreaArguments AreaOf(DWORD areaType, const POINT* points, int pointCount,
     return {static_cast<BYTE>(areaType), points, pointCount, rect != nullptr ? *rect : RECT{0, 0, 0, 0}, inside != 0};
 }
 
+// A colour whose parts come as low bytes.
+inline RGBQUAD ColourOf(DWORD red, DWORD green, DWORD blue) {
+    return {static_cast<BYTE>(blue), static_cast<BYTE>(green), static_cast<BYTE>(red), 0};
+}
+
 } // namespace qv8

@@ -8,8 +8,8 @@ namespace {
 
 qv8::RotationOptions OptionsOf(LONG angle, BOOL mirror, BOOL flip, DWORD smooth, DWORD red, DWORD green, DWORD blue,
                                BOOL keepSize) {
-    const RGBQUAD background = {static_cast<BYTE>(blue), static_cast<BYTE>(green), static_cast<BYTE>(red), 0};
-    return {static_cast<int>(angle), mirror != 0, flip != 0, smooth != 0, background, keepSize != 0};
+    return {static_cast<int>(angle),         mirror != 0,  flip != 0, smooth != 0,
+            qv8::ColourOf(red, green, blue), keepSize != 0};
 }
 
 } // namespace

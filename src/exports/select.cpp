@@ -4,20 +4,9 @@
 #include "select/select_image.h"
 
 using qv8::AreaOf;
+using qv8::ColourOf;
 using qv8::RunFramed;
 using qv8::RunFramedInto;
-
-namespace {
-
-qv8::BackgroundColour BackgroundOf(DWORD red, DWORD green, DWORD blue) {
-    return {static_cast<BYTE>(red), static_cast<BYTE>(green), static_cast<BYTE>(blue)};
-}
-
-qv8::KeyColour KeyOf(DWORD red, DWORD green, DWORD blue) {
-    return {static_cast<BYTE>(red), static_cast<BYTE>(green), static_cast<BYTE>(blue)};
-}
-
-} // namespace
 
 extern "C" {
 
@@ -25,8 +14,8 @@ QV8_ENTRY ImageSet QV8API QV8SelectImage(HGLOBAL image, DWORD areaType, const PO
                                          const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::SelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
-                                BackgroundOf(red, green, blue), progressOwner);
+        return qv8::SelectImage(image, AreaOf(areaType, points, pointCount, rect, inside), ColourOf(red, green, blue),
+                                progressOwner);
     });
 }
 
@@ -35,8 +24,8 @@ QV8_ENTRY BOOL QV8API QV8SelectImageEx(HGLOBAL image, ImageSet* result, DWORD ar
                                        DWORD blue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                        DWORD_PTR dialog3) {
     return RunFramedInto(result, progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::SelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
-                                BackgroundOf(red, green, blue), progressOwner);
+        return qv8::SelectImage(image, AreaOf(areaType, points, pointCount, rect, inside), ColourOf(red, green, blue),
+                                progressOwner);
     });
 }
 
@@ -45,8 +34,9 @@ QV8_ENTRY ImageSet QV8API QV8AutoSelectImage(HGLOBAL image, DWORD areaType, cons
                                              DWORD matchMode, DWORD tolerance, DWORD progressOwner, DWORD_PTR dialog1,
                                              DWORD_PTR dialog2, DWORD_PTR dialog3) {
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::AutoSelectImage(image, AreaOf(areaType, points, pointCount, rect, inside), KeyOf(red, green, blue),
-                                    static_cast<BYTE>(matchMode), static_cast<BYTE>(tolerance), progressOwner);
+        return qv8::AutoSelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
+                                    ColourOf(red, green, blue), static_cast<BYTE>(matchMode),
+                                    static_cast<BYTE>(tolerance), progressOwner);
     });
 }
 
@@ -55,8 +45,9 @@ QV8_ENTRY BOOL QV8API QV8AutoSelectImageEx(HGLOBAL image, ImageSet* result, DWOR
                                            DWORD blue, DWORD matchMode, DWORD tolerance, DWORD progressOwner,
                                            DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
     return RunFramedInto(result, progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::AutoSelectImage(image, AreaOf(areaType, points, pointCount, rect, inside), KeyOf(red, green, blue),
-                                    static_cast<BYTE>(matchMode), static_cast<BYTE>(tolerance), progressOwner);
+        return qv8::AutoSelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
+                                    ColourOf(red, green, blue), static_cast<BYTE>(matchMode),
+                                    static_cast<BYTE>(tolerance), progressOwner);
     });
 }
 

@@ -15,17 +15,12 @@ struct FilterCall {
     const Area& area;
     RowRing ring;
     PixelFormat format; // of a true-colour picture
-    BYTE indices[256];  // of each level of a grey ramp
     int filteredRow = -1;
 };
 
 FilterCall MakeCall(const DibView& source, const Filter& filter, const Area& area) {
-    FilterCall call = {filter, area, {}, {}, {}};
-    if (source.IsPaletted()) {
-        for (std::uint32_t i = 0; i < source.paletteSize; ++i) {
-            call.indices[source.palette[i].rgbBlue] = static_cast<BYTE>(i);
-        }
-    } else {
+    FilterCall call = {filter, area, {}, {}};
+    if (!source.IsPaletted()) {
         call.format = PixelFormatOf(source.bitCount, source.masks);
     }
     return call;
@@ -87,7 +82,7 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
     } else if (source.IsPaletted()) {
         for (int i = 0; i < count; ++i) {
             const BYTE value = results[0][first + i];
-            result[i] = neighbours ? value : call.indices[value];
+            result[i] = neighbours ? value : call.ring.ramp.indices[value];
         }
     } else if (neighbours) {
         CopyNeighbours(source, row, column, count, results[0] + first, result);

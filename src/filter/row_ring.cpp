@@ -44,7 +44,7 @@ void DecodeRow(RowRing& ring, int row) {
     }
     if (ring.kind == RowKind::kGrey) {
         for (int i = 0; i < width; ++i) {
-            blue[i] = ring.levels[source[i]];
+            blue[i] = ring.ramp.levels[source[i]];
         }
         RepeatEnds(blue, width, 1, ring.reach);
         return;
@@ -76,9 +76,7 @@ void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
         ring.format = PixelFormatOf(source.bitCount, source.masks);
         return;
     }
-    for (std::uint32_t i = 0; i < source.paletteSize; ++i) {
-        ring.levels[i] = source.palette[i].rgbBlue;
-    }
+    ring.ramp = GreyRampOf(source);
 }
 
 // Rows have room on both sides for the repeated border, and for kernels that work on whole registers.

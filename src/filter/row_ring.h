@@ -2,6 +2,7 @@
 #pragma once
 
 #include "filter/filter_frame.h"
+#include "frame/grey_ramp.h"
 
 namespace qv8 {
 
@@ -17,7 +18,7 @@ struct RowRing {
     DibView source;
     RowKind kind = RowKind::kPlanar;
     PixelFormat format;
-    BYTE levels[256]; // of the entries of a grey ramp
+    GreyRamp ramp;
     bool luminance = false;
 
     WorkingBlock memory;

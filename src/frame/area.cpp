@@ -21,7 +21,7 @@ WorkRect ToMemoryRows(const RECT& rect, int maxY) {
 
 bool UseCallersMask(const DibView& picture, HGLOBAL hMask, Area& area) {
     Picture mask;
-    if (!LockPicture(hMask, mask) || !CheckPicture(mask) || !IsMaskSizeOf(picture, mask.view)) {
+    if (!OpenMask(hMask, picture, mask)) {
         return false;
     }
     area.rect = WholePicture(picture);
@@ -101,6 +101,10 @@ bool IsMaskSizeOf(const DibView& picture, const DibView& mask) {
     return false;
 }
 
+bool OpenMask(HGLOBAL hMask, const DibView& picture, Picture& mask) {
+    return LockPicture(hMask, mask) && CheckPicture(mask) && IsMaskSizeOf(picture, mask.view);
+}
+
 WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect) {
     const auto count = static_cast<std::size_t>(pointCount);
     WorkingBlock block = AllocateWorkingBlock(std::uint64_t{count} * sizeof(POINT));
@@ -146,15 +150,15 @@ RECT ClipEllipseRect(const RECT& ellipse, int maxX, int maxY, bool inside, RECT&
 namespace {
 
 // Bits of the byte at `column`, the one at `column` first; bits to its left are pushed out.
-unsigned BitsFrom(const BYTE* maskRow, int column) {
+unsigned BitsFrom(const BYTE* maskRow, std::int64_t column) {
     return (static_cast<unsigned>(maskRow[column / 8]) << (column % 8)) & 0xFFU;
 }
 
 } // namespace
 
 bool NextRun(const BYTE* maskRow, int width, int& begin, int& end) {
-    int column = begin;
-    while (column < width) { // to the first set bit
+    std::int64_t column = begin; // a byte may reach beyond the width, and that beyond what an int holds
+    while (column < width) {     // to the first set bit
         const unsigned bits = BitsFrom(maskRow, column);
         if (bits != 0) {
             column += std::countl_zero(static_cast<BYTE>(bits));
@@ -165,16 +169,16 @@ bool NextRun(const BYTE* maskRow, int width, int& begin, int& end) {
     if (column >= width) {
         return false;
     }
-    begin = column;
+    begin = static_cast<int>(column);
     while (column < width) { // to the first clear bit after it
-        const int left = 8 - column % 8;
+        const std::int64_t left = 8 - column % 8;
         const int ones = std::countl_one(static_cast<BYTE>(BitsFrom(maskRow, column)));
         column += ones;
         if (ones != left) {
             break;
         }
     }
-    end = std::min(column, width);
+    end = static_cast<int>(std::min<std::int64_t>(column, width));
     return true;
 }
 

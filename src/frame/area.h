@@ -45,6 +45,9 @@ bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arg
 // Whether `mask` is a 1-bit picture of the picture's size; else sets status 7.
 bool IsMaskSizeOf(const DibView& picture, const DibView& mask);
 
+// Opens a mask of the picture's size; sets status 7 or 3.
+bool OpenMask(HGLOBAL hMask, const DibView& picture, Picture& mask);
+
 // Copies the points, each moved to the nearest place in 0..maxX, 0..maxY. `rect` becomes the bounding box in top-down
 // rows when `inside`, with the points relative to its corner, else the whole picture. Sets status 3 when it fails.
 WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect);

@@ -41,15 +41,18 @@ auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, Work work) ->
     return result;
 }
 
-// RunFramed for the forms that store the worker's pair through a pointer, {0, 0} on every failure.
+// RunFramed for the forms that store the worker's pair through a pointer, {0, 0} when it fails. Nothing is stored when
+// the dialog does not open.
 template <class Work>
 BOOL RunFramedInto(ImageSet* result, DWORD progressOwner, const DialogArguments& dialog, Work work) {
-    if (result == nullptr) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return FALSE;
-    }
-    *result = RunFramed(progressOwner, dialog, work);
-    return result->hImage != nullptr ? TRUE : FALSE;
+    return RunFramed(progressOwner, dialog, [&]() -> BOOL {
+        if (result == nullptr) {
+            SetErrorStatus(QV8_STATUS_PARAMETER);
+            return FALSE;
+        }
+        *result = work();
+        return Succeeded(*result) ? TRUE : FALSE;
+    });
 }
 
 } // namespace qv8

@@ -42,8 +42,11 @@ std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int h
     if (width < 1 || height < 1 || headerBytes > kMaxBlockBytes) {
         return 0;
     }
+    if (static_cast<std::int64_t>(bitCount) * width > 0x7FFFFFFF) { // so that no count of bits in a row leaves an int
+        return 0;
+    }
     const auto stride = static_cast<std::uint64_t>(DibRowBytes(bitCount, width));
-    if (stride > kMaxBlockBytes || static_cast<std::uint64_t>(height) > kMaxBlockBytes / stride) {
+    if (static_cast<std::uint64_t>(height) > kMaxBlockBytes / stride) {
         return 0;
     }
     const std::uint64_t total = headerBytes + stride * static_cast<std::uint64_t>(height);

@@ -1,6 +1,7 @@
 // Packed device-independent bitmaps: what a handle holds, checked once, and how results are made.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -53,6 +54,10 @@ struct DibView {
     bool IsPaletted() const {
         return bitCount <= 8;
     }
+    // Entries of the colour table that a pixel can name.
+    int NameableEntries() const {
+        return static_cast<int>(std::min(paletteSize, std::uint32_t{1} << bitCount));
+    }
 };
 
 // A caller's picture, locked for as long as this lives.
@@ -67,6 +72,14 @@ struct NewPicture {
     GlobalLockScope lock;
     DibView view;
 
+    NewPicture() = default;
+    NewPicture(NewPicture&& other) = default;
+    NewPicture& operator=(NewPicture&& other) noexcept { // unlocked before it is freed here too
+        lock = std::move(other.lock);
+        block = std::move(other.block);
+        view = other.view;
+        return *this;
+    }
     explicit operator bool() const {
         return lock != nullptr;
     }
@@ -99,7 +112,7 @@ constexpr std::int64_t DibRowBytes(int bitCount, int width) {
 // Whether pictures have this depth.
 bool IsKnownDepth(int bitCount);
 
-// headerBytes + rows of the given picture, or 0 when that is above 0x7FFFFFFF.
+// headerBytes + rows of the given picture, or 0 when that is above 0x7FFFFFFF, or the bits of a row are.
 std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height);
 
 // Entries that a walk over the colour table of a 1-, 4- or 8-bit picture visits.

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "platform/platform.h"
 
@@ -42,6 +43,13 @@ struct WorkingBlock {
 
     explicit operator bool() const {
         return lock != nullptr;
+    }
+    WorkingBlock() = default;
+    WorkingBlock(WorkingBlock&& other) = default;
+    WorkingBlock& operator=(WorkingBlock&& other) noexcept { // unlocked before it is freed here too
+        lock = std::move(other.lock);
+        block = std::move(other.block);
+        return *this;
     }
     template <class Item>
     Item* As() const {

@@ -58,7 +58,7 @@ bool Grow(NearestColours& nearest) {
 
 bool MakeNearestColours(const DibView& picture, NearestColours& nearest) {
     nearest.palette = picture.palette;
-    nearest.entries = static_cast<int>(std::min<std::uint32_t>(picture.paletteSize, 1U << picture.bitCount));
+    nearest.entries = picture.NameableEntries();
     return Allocate(kFirstSlots, nearest);
 }
 

@@ -3,9 +3,13 @@
 
 #include <cstddef>
 
-#include "platform/platform.h"
+#include "frame/dib.h"
 
 namespace qv8 {
+
+// One pixel of a colour in the picture's own format, of a picture with a table the index of the nearest entry. A fourth
+// byte is 0.
+void WritePixel(const DibView& picture, const RGBQUAD& colour, BYTE (&pixel)[4]);
 
 // One pixel of 8, 16, 24 or 32 bits, or a byte of smaller ones, as many times as fit.
 struct PixelPattern {

@@ -1,8 +1,7 @@
 // Working through a run of pixels in parts whose planar channels stay in the first-level cache.
 #pragma once
 
-#include <algorithm>
-
+#include "frame/parts.h"
 #include "frame/pixel_kernels.h"
 
 namespace qv8 {
@@ -22,9 +21,7 @@ struct PlanarChunk {
 // Runs use(start, count) over 0..total in parts.
 template <class Use>
 void ForEachChunk(int total, Use use) {
-    for (int start = 0; start < total; start += kChunkPixels) {
-        use(start, std::min(kChunkPixels, total - start));
-    }
+    ForEachPart(total, kChunkPixels, use);
 }
 
 } // namespace qv8

@@ -19,7 +19,7 @@ void Decode(const Blending& blending, const DibView& picture, const BYTE* pixels
         return;
     }
     for (int i = 0; i < count; ++i) {
-        channels.blue[i] = blending.levels[pixels[i]];
+        channels.blue[i] = blending.ramp.levels[pixels[i]];
     }
 }
 
@@ -29,7 +29,7 @@ void Encode(const Blending& blending, const DibView& picture, Channels& channels
         return;
     }
     for (int i = 0; i < count; ++i) {
-        pixels[i] = blending.indices[channels.blue[i]];
+        pixels[i] = blending.ramp.indices[channels.blue[i]];
     }
 }
 
@@ -74,10 +74,6 @@ void CopyChannelsWithin(const Blending& blending, const Plane& plane, const int*
 
 } // namespace
 
-bool CanBlend(const DibView& picture) {
-    return picture.bitCount > 8 || IsGreyRampPalette(picture);
-}
-
 Blending BlendingOf(const Plane& plane, const RGBQUAD& background) {
     const DibView& source = plane.source;
     Blending blending = {};
@@ -86,11 +82,8 @@ Blending BlendingOf(const Plane& plane, const RGBQUAD& background) {
         blending.format = PixelFormatOf(source.bitCount, source.masks);
         return blending;
     }
-    for (int i = 0; i != 256; ++i) {
-        blending.levels[i] = source.palette[i].rgbBlue;
-        blending.indices[blending.levels[i]] = static_cast<BYTE>(i);
-    }
-    blending.background.rgbBlue = blending.levels[plane.background[0]];
+    blending.ramp = GreyRampOf(source);
+    blending.background.rgbBlue = blending.ramp.levels[plane.background.bytes[0]];
     return blending;
 }
 

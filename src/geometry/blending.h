@@ -1,6 +1,7 @@
 // Blends the four pixels around a place, at every depth that has levels to blend.
 #pragma once
 
+#include "frame/grey_ramp.h"
 #include "geometry/rotation_kernels.h"
 #include "geometry/rotation_planes.h"
 
@@ -8,13 +9,9 @@ namespace qv8 {
 
 struct Blending {
     PixelFormat format; // of 16, 24 and 32 bits
-    BYTE levels[256];   // of the indices of 8 bits, all of them greys
-    BYTE indices[256];  // of the levels
+    GreyRamp ramp;      // of 8 bits
     RGBQUAD background; // what lies outside the picture
 };
-
-// Whether smoothing means anything for the picture.
-bool CanBlend(const DibView& picture);
 
 Blending BlendingOf(const Plane& plane, const RGBQUAD& background);
 

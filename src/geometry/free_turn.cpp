@@ -1,5 +1,6 @@
 #include "geometry/free_turn.h"
 
+#include "frame/parts.h"
 #include "frame/rows.h"
 #include "geometry/blending.h"
 #include "geometry/rotation_kernels.h"
@@ -20,8 +21,7 @@ struct FreeTurn {
 };
 
 // One part of a row of the result, of whose pixels those from `begin` to before `end` lie in the source.
-void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int start, int begin, int end) {
-    const int count = std::min(kPartPixels, work.image.result.view.width - start);
+void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int start, int count, int begin, int end) {
     const int first = std::max(begin, start);
     const int found = std::min(end, start + count) - first;
     const int x = static_cast<int>(work.frame.firstColumn) + first;
@@ -65,9 +65,9 @@ bool TurnFreely(Plane& image, Plane* mask, const Turn& turn, const CentredFrame&
         const SourceLines lines = SourceLinesOf(turn, static_cast<int>(frame.firstRow) + row);
         Span inside = SpanInside(lines.column, source.firstColumn, source.width, {left, left + width}, columnGuess);
         inside = SpanInside(lines.row, source.firstRow, source.height, inside, rowGuess);
-        for (int start = 0; start < width; start += kPartPixels) {
-            WriteTurned(work, lines, row, start, inside.begin - left, inside.end - left);
-        }
+        ForEachPart(width, kPartPixels, [&](int start, int count) {
+            WriteTurned(work, lines, row, start, count, inside.begin - left, inside.end - left);
+        });
         ClearPadding(image.result.view, image.result.Row(row));
         if (mask != nullptr) {
             ClearPadding(mask->result.view, mask->result.Row(row));

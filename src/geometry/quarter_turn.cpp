@@ -1,5 +1,6 @@
 #include "geometry/quarter_turn.h"
 
+#include "frame/parts.h"
 #include "frame/rows.h"
 
 namespace qv8 {
@@ -82,11 +83,11 @@ void WriteMoved(const Plane& plane, const Move& move, int row, int start, int co
 void WriteRows(const Plane& plane, const Move& move, int firstRow, int rowCount) {
     const int width = plane.result.view.width;
     const int part = move.sideways ? kTile : kPartPixels;
-    for (int start = 0; start < width; start += part) {
+    ForEachPart(width, part, [&](int start, int count) {
         for (int row = firstRow; row < firstRow + rowCount; ++row) {
-            WriteMoved(plane, move, row, start, std::min(part, width - start));
+            WriteMoved(plane, move, row, start, count);
         }
-    }
+    });
     for (int row = firstRow; row < firstRow + rowCount; ++row) {
         ClearPadding(plane.result.view, plane.result.Row(row));
     }

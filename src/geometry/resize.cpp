@@ -1,21 +1,10 @@
 #include "geometry/resize.h"
 
 #include "frame/area.h"
+#include "frame/grey_ramp.h"
 #include "geometry/resize_smooth.h"
 
 namespace qv8 {
-namespace {
-
-bool OpenMask(HGLOBAL hMask, const DibView& source, Picture& mask) {
-    return LockPicture(hMask, mask) && CheckPicture(mask) && IsMaskSizeOf(source, mask.view);
-}
-
-// Indices can be blended only where they stand for all levels of grey.
-bool HasLevels(const DibView& source) {
-    return !source.IsPaletted() || IsGreyRampPalette(source);
-}
-
-} // namespace
 
 ImageSet ResizePicture(const ImageSet& source, int width, int height, bool smooth, const Progress& progress) {
     Picture picture;
@@ -43,7 +32,7 @@ ImageSet ResizePicture(const ImageSet& source, int width, int height, bool smoot
         return {};
     }
     const bool done =
-        smooth && HasLevels(view)
+        smooth && CanBlend(view)
             ? ResizeSmoothly(task, progress)
             : ForEachBand(task, progress, [&](const PixelGroup& rows) { CopyBand(view, result, task.map, rows); });
     if (!done) {

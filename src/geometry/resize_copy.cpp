@@ -1,8 +1,8 @@
 #include "geometry/resize_copy.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include "frame/parts.h"
 #include "geometry/pixel_unit.h"
 #include "qv8com.h"
 
@@ -20,11 +20,10 @@ void CopyRow(const DibView& source, const BYTE* sourceRow, const ColumnMap& map,
         return;
     }
     BYTE indices[kSpread];
-    for (int first = 0; first < map.count; first += kSpread) {
-        const int count = std::min(kSpread, map.count - first);
+    ForEachPart(map.count, kSpread, [&](int first, int count) {
         unit.copyColumns(sourceRow, map.Columns() + first, count, indices);
         StorePixels(result.view, indices, count, row, first);
-    }
+    });
 }
 
 } // namespace

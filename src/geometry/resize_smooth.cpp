@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "frame/block_parts.h"
+#include "frame/grey_ramp.h"
 #include "frame/pixel_kernels.h"
 #include "geometry/resize_kernels.h"
 #include "qv8com.h"
@@ -23,17 +24,11 @@ constexpr int kRowsPerSum = 1 << 23;
 // Beyond lines, for loops that take four samples at once.
 constexpr int kSlack = 4;
 
-// Levels of grey ramps by index, and back.
-struct GreyTables {
-    BYTE level[256];
-    BYTE index[256];
-};
-
 struct Blender {
     const ResizeTask& task;
     const ResizeKernels& kernels = TheResizeKernels();
     PixelFormat format = {};
-    GreyTables grey = {};
+    GreyRamp grey = {};
     int channels = 1;
     int step = 1; // from a sample of a line to the next of its channel: 24-bit pixels stay as they are for means
     bool onlyMeans = false; // both sides shrink, and sums of groups are certain to fit 31 bits
@@ -116,11 +111,7 @@ bool Prepare(Blender& blender) {
     const DibView& source = *blender.task.source;
     blender.onlyMeans = HasOnlyMeans(blender.task);
     if (blender.IsGrey()) {
-        for (int i = 0; i != 256; ++i) {
-            const BYTE level = source.palette[i].rgbBlue;
-            blender.grey.level[i] = level;
-            blender.grey.index[level] = static_cast<BYTE>(i);
-        }
+        blender.grey = GreyRampOf(source);
     } else if (blender.onlyMeans && source.bitCount == 24) {
         blender.step = 3;
     } else {
@@ -141,7 +132,7 @@ void ReadLine(const Blender& blender, int row) {
     const DibView& source = *blender.task.source;
     if (blender.IsGrey()) {
         std::transform(source.Row(row), source.Row(row) + source.width, blender.line[0],
-                       [&](BYTE index) { return blender.grey.level[index]; });
+                       [&](BYTE index) { return blender.grey.levels[index]; });
     } else {
         blender.format.decode(blender.format.masks, source.Row(row),
                               {blender.line[0], blender.line[1], blender.line[2]}, source.width);
@@ -153,7 +144,7 @@ void WriteLine(const Blender& blender, int row) {
     const int count = blender.task.map.count;
     if (blender.IsGrey()) {
         std::transform(blender.resultLine[0], blender.resultLine[0] + count, result,
-                       [&](BYTE level) { return blender.grey.index[level]; });
+                       [&](BYTE level) { return blender.grey.indices[level]; });
     } else {
         blender.format.encode(blender.format.masks,
                               {blender.resultLine[0], blender.resultLine[1], blender.resultLine[2]}, result, count);

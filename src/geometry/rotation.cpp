@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "frame/area.h"
-#include "frame/palettes.h"
-#include "frame/pixel_kernels.h"
+#include "frame/grey_ramp.h"
+#include "frame/pixel_fill.h"
 #include "frame/rows.h"
 #include "geometry/blending.h"
 #include "geometry/free_turn.h"
@@ -44,20 +44,6 @@ bool ReportExchanges(int height, const RotationOptions& options, Progress& progr
     }
     progress.toPercent = 100;
     return true;
-}
-
-void SetBackground(const RGBQUAD& colour, Plane& plane) {
-    const DibView& view = plane.source;
-    if (view.IsPaletted()) {
-        const auto count = static_cast<int>(std::min(view.paletteSize, std::uint32_t{1} << view.bitCount));
-        plane.background[0] =
-            static_cast<BYTE>(NearestEntry(view.palette, count, colour.rgbRed, colour.rgbGreen, colour.rgbBlue));
-    } else if (view.bitCount == 16) {
-        const WORD word = PackWord(view.masks, colour.rgbBlue, colour.rgbGreen, colour.rgbRed);
-        std::memcpy(plane.background, &word, sizeof word);
-    } else {
-        std::memcpy(plane.background, &colour, 3);
-    }
 }
 
 bool MakePlane(const DibView& source, const CentredFrame& frame, Plane& plane) {
@@ -108,7 +94,9 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, D
     if (!MakePlane(source, frame, image) || (target.mask.lock && !MakePlane(target.mask.view, frame, maskPlane))) {
         return {};
     }
-    SetBackground(options.background, image);
+    BYTE pixel[4];
+    WritePixel(source, options.background, pixel);
+    image.background = RepeatPixel(pixel, static_cast<std::size_t>(image.unit.bytes));
     Plane* const mask = target.mask.lock ? &maskPlane : nullptr;
     const int quarters = options.angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
     const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)

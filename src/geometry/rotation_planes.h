@@ -2,8 +2,8 @@
 #pragma once
 
 #include <algorithm>
-#include <cstring>
 
+#include "frame/pixel_fill.h"
 #include "geometry/pixel_unit.h"
 
 namespace qv8 {
@@ -15,7 +15,7 @@ struct Plane {
     DibView source;
     NewPicture result;
     PixelUnit unit;
-    BYTE background[4]; // one copied pixel
+    PixelPattern background; // of copied pixels
 };
 
 // What the caller asks for, angle clamped.
@@ -29,15 +29,7 @@ struct RotationOptions {
 };
 
 inline void FillBackground(const Plane& plane, int count, BYTE* pixels) {
-    const auto bytes = static_cast<std::size_t>(plane.unit.bytes);
-    const std::size_t total = static_cast<std::size_t>(count) * bytes;
-    if (total == 0) {
-        return;
-    }
-    std::memcpy(pixels, plane.background, bytes);
-    for (std::size_t done = bytes; done < total; done *= 2) {
-        std::memcpy(pixels + done, pixels, std::min(done, total - done));
-    }
+    FillPixels(plane.background, pixels, static_cast<std::size_t>(count) * static_cast<std::size_t>(plane.unit.bytes));
 }
 
 // Writes pixels start .. start + count of a row of the result, `start` being a multiple of 8: what copy(count, pixels)

@@ -163,6 +163,10 @@ HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, DWOR
 }
 
 HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD progressOwner) {
+    if (unmarked == nullptr || marked == nullptr) {
+        SetErrorStatus(QV8_STATUS_PICTURE);
+        return nullptr;
+    }
     Picture before;
     Picture after;
     if (!OpenPicture(unmarked, kAccept24, before) || !OpenPicture(marked, kAccept24, after)) {

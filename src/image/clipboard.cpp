@@ -176,6 +176,7 @@ BOOL SetToClipboard(HWND window, HGLOBAL image, DWORD progressOwner) {
     if (!copy) {
         return FALSE;
     }
+    source.lock.reset(); // emptying the clipboard frees the picture if that is where it came from
     if (!GiveToClipboard(window, std::move(copy))) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return FALSE;

@@ -9,35 +9,6 @@
 namespace qv8 {
 namespace {
 
-// A mask of the area's size without a mark, locked while it is filled.
-struct SelectionMask {
-    GlobalBlock block;
-    GlobalLockScope lock;
-    std::size_t stride = 0;
-
-    BYTE* Row(int row) const {
-        return static_cast<BYTE*>(lock.get()) + kMaskHeaderBytes + static_cast<std::size_t>(row) * stride;
-    }
-    HGLOBAL Release() {
-        lock.reset();
-        return block.release();
-    }
-};
-
-bool CreateSelectionMask(const WorkRect& rect, SelectionMask& mask) {
-    mask.block = CreateAreaMask(rect.Width(), rect.Height(), QV8_AREA_WHOLE, nullptr, 0, {}, true);
-    if (!mask.block) {
-        return false;
-    }
-    mask.lock = LockBlock(mask.block.get());
-    if (!mask.lock) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
-        return false;
-    }
-    mask.stride = static_cast<std::size_t>(DibRowBytes(1, rect.Width()));
-    return true;
-}
-
 // Matches pixels of a picture; in one with a table, only the entries are compared.
 struct PixelMatcher {
     ColourMatcher colours;
@@ -93,7 +64,7 @@ void MarkRow(const PixelMatcher& matcher, const Area& area, int row, BYTE* maskR
 
 } // namespace
 
-ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, const KeyColour& key, BYTE matchMode,
+ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& key, BYTE matchMode,
                          BYTE tolerance, DWORD progressOwner) {
     if (matchMode > static_cast<BYTE>(MatchMode::kBrightness)) {
         SetErrorStatus(QV8_STATUS_PARAMETER);
@@ -105,8 +76,11 @@ ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, cons
         return {};
     }
     NewPicture result = CreateCutOut(source.view, area);
-    SelectionMask mask;
-    if (!result || !CreateSelectionMask(area.rect, mask)) {
+    NewPicture mask;
+    if (result) {
+        mask = NewMask(area.rect.Width(), area.rect.Height());
+    }
+    if (!mask) {
         return {};
     }
     const PixelMatcher matcher =

@@ -7,7 +7,7 @@
 namespace qv8 {
 
 // {0, 0} with the status set when it fails; status 5 for a match mode above 2 before anything else is looked at.
-ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& area, const KeyColour& key, BYTE matchMode, BYTE tolerance,
+ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& area, const RGBQUAD& key, BYTE matchMode, BYTE tolerance,
                          DWORD progressOwner);
 
 } // namespace qv8

@@ -61,11 +61,11 @@ void ComputeComponents(MatchMode mode, PlanarChunk& chunk, int count, ComparedCo
 
 } // namespace
 
-ColourMatcher MakeColourMatcher(MatchMode mode, const KeyColour& key, BYTE tolerance) {
+ColourMatcher MakeColourMatcher(MatchMode mode, const RGBQUAD& key, BYTE tolerance) {
     PlanarChunk chunk = {};
-    chunk.red[0] = key.red;
-    chunk.green[0] = key.green;
-    chunk.blue[0] = key.blue;
+    chunk.red[0] = key.rgbRed;
+    chunk.green[0] = key.rgbGreen;
+    chunk.blue[0] = key.rgbBlue;
     ComparedComponents components;
     ComputeComponents(mode, chunk, 1, components);
     ColourMatcher matcher = {mode, {}, static_cast<WORD>(components.count * tolerance)};

@@ -8,12 +8,6 @@ namespace qv8 {
 // What is compared: all channels, the colour differences whatever the brightness, or the brightness.
 enum class MatchMode : BYTE { kRgb, kColourDifferences, kBrightness };
 
-struct KeyColour {
-    BYTE red;
-    BYTE green;
-    BYTE blue;
-};
-
 // A colour matches when its distances from the key, summed over the components that are compared, reach no farther
 // than `limit`.
 struct ColourMatcher {
@@ -23,7 +17,7 @@ struct ColourMatcher {
 };
 
 // `tolerance` is the mean distance per component that still matches.
-ColourMatcher MakeColourMatcher(MatchMode mode, const KeyColour& key, BYTE tolerance);
+ColourMatcher MakeColourMatcher(MatchMode mode, const RGBQUAD& key, BYTE tolerance);
 
 // Writes 1 for each of the chunk's first `count` colours that matches, else 0.
 void MatchColours(const ColourMatcher& matcher, PlanarChunk& chunk, int count, BYTE* matches);

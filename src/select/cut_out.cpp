@@ -50,17 +50,11 @@ bool ResolveShape(const DibView& picture, const AreaArguments& arguments, Area& 
     return ResolveArea(picture, nullptr, arguments, area);
 }
 
-PixelPattern BackgroundOf(const DibView& picture, BYTE red, BYTE green, BYTE blue) {
-    BYTE pixel[4] = {blue, green, red, 0};
-    if (picture.IsPaletted()) {
-        // Entries beyond what a pixel can name are no choice.
-        const auto entries = std::min<std::uint32_t>(picture.paletteSize, 1U << picture.bitCount);
-        const int index = NearestEntry(picture.palette, static_cast<int>(entries), red, green, blue);
-        const int perByte = picture.bitCount == 1 ? 0xFF : picture.bitCount == 4 ? 0x11 : 1;
-        pixel[0] = static_cast<BYTE>(index * perByte);
-    } else if (picture.bitCount == 16) {
-        const WORD word = PackWord(picture.masks, blue, green, red);
-        std::memcpy(pixel, &word, sizeof word);
+PixelPattern BackgroundOf(const DibView& picture, const RGBQUAD& colour) {
+    BYTE pixel[4];
+    WritePixel(picture, colour, pixel);
+    if (picture.bitCount < 8) { // a byte full of them
+        pixel[0] = static_cast<BYTE>(pixel[0] * (picture.bitCount == 1 ? 0xFF : 0x11));
     }
     return RepeatPixel(pixel, std::max<std::size_t>(static_cast<std::size_t>(picture.bitCount) / 8, 1));
 }

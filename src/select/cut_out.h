@@ -14,7 +14,7 @@ enum class PixelCopy { kExact, kThroughChannels };
 bool ResolveShape(const DibView& picture, const AreaArguments& arguments, Area& area);
 
 // The colour itself, or in pictures with a table the nearest entry.
-PixelPattern BackgroundOf(const DibView& picture, BYTE red, BYTE green, BYTE blue);
+PixelPattern BackgroundOf(const DibView& picture, const RGBQUAD& colour);
 
 // A new picture the size of the area's box, with rows still to be written. Sets status 3 or 5.
 NewPicture CreateCutOut(const DibView& source, const Area& area);

@@ -20,7 +20,7 @@ bool ResolveDrawnShape(const DibView& picture, AreaArguments arguments, Area& ar
 
 } // namespace
 
-ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const BackgroundColour& background,
+ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& background,
                      DWORD progressOwner) {
     Picture source;
     Area area;
@@ -31,7 +31,7 @@ ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const Ba
     if (!result) {
         return {};
     }
-    const PixelPattern pattern = BackgroundOf(source.view, background.red, background.green, background.blue);
+    const PixelPattern pattern = BackgroundOf(source.view, background);
     const Progress progress{progressOwner};
     const int last = area.rect.lastRow - area.rect.firstRow;
     for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {

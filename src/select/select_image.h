@@ -5,13 +5,7 @@
 
 namespace qv8 {
 
-struct BackgroundColour {
-    BYTE red;
-    BYTE green;
-    BYTE blue;
-};
-
 // The area of the given shape over a background, and the shape's mask. {0, 0} with the status set when it fails.
-ImageSet SelectImage(HGLOBAL image, const AreaArguments& area, const BackgroundColour& background, DWORD progressOwner);
+ImageSet SelectImage(HGLOBAL image, const AreaArguments& area, const RGBQUAD& background, DWORD progressOwner);
 
 } // namespace qv8

@@ -36,14 +36,14 @@ int Clamped(int value) {
     return std::clamp(value, 0, 255);
 }
 
-// Truncates toward zero. Values far outside of what a colour can be keep their sign and no more.
+// Truncates toward zero. Values that no int holds keep their sign and no more; 128 can be taken off any result.
 template <class Number>
 int ToComponent(Number value) {
-    constexpr Number kFar = 1 << 29;
-    if (!(value > -kFar)) { // also what is not a number
-        return -(1 << 29);
+    constexpr int kFar = 0x7FFFFF80;             // exact in single precision
+    if (!(value > static_cast<Number>(-kFar))) { // also what is not a number
+        return -kFar;
     }
-    return value < kFar ? static_cast<int>(value) : 1 << 29;
+    return value < static_cast<Number>(kFar) ? static_cast<int>(value) : kFar;
 }
 
 // --- Gamma -----------------------------------------------------------------------------------------------------------
