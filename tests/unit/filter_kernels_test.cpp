@@ -6,7 +6,9 @@
 
 #include "filter/box_mean_kernels.h"
 #include "filter/convolution_kernels.h"
+#include "filter/outline_kernels.h"
 #include "filter/sharpen_kernels.h"
+#include "filter/smoothing_kernels.h"
 #include "frame/target.h"
 #include "support/picture.h"
 
@@ -78,6 +80,25 @@ Bytes AllResults(std::uint64_t seed) {
     qv8::TheBoxMeanKernels().runningSums(sums.data(), 3, kCount + 3, running.data());
     qv8::TheBoxMeanKernels().wideMeans(running.data(), 3 * 11, 11 * (2 * radius + 1), kCount - 33, result.data());
     keep(result.data(), kCount - 33);
+
+    const qv8::OutlineKernels& outline = qv8::TheOutlineKernels();
+    for (const auto gradient : {outline.difference, outline.roberts, outline.sobel}) {
+        gradient(sources[0], sources[1], sources[2], static_cast<float>(random.Between(0, 100)), kCount, result.data());
+        keep(result.data(), kCount);
+    }
+    const qv8::SmoothingKernels& smoothing = qv8::TheSmoothingKernels();
+    smoothing.means(sources[0], 3, kCount, result.data());
+    keep(result.data(), kCount);
+    for (const int missing : {0, 1, 2}) { // 1: none of the outer rows
+        const qv8::RowsOfThree around = {
+            {missing == 0 ? nullptr : sources[3], sources[4], missing == 2 ? nullptr : sources[5]}};
+        smoothing.medians(around, 3, random.Between(0, 255), kCount, result.data());
+        keep(result.data(), kCount);
+        smoothing.medianPositions(around, kCount, result.data());
+        keep(result.data(), kCount);
+        smoothing.medianLevels(around, kCount, result.data());
+        keep(result.data(), kCount);
+    }
     return all;
 }
 
