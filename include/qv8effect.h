@@ -10,9 +10,9 @@
  * unlocked; the caller frees them with GlobalFree. Pointers are read during the call only.
  *
  * RESULTS. Functions that return HGLOBAL return a new picture, or 0. Functions that return ImageSet return a new
- * picture and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` (always, once the progress dialog
- * is open) and return 1, or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion library
- * (qv8com.h), per thread, as one of the QV8_STATUS values. On every failure all that the call made is freed.
+ * picture and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` in every case (a null one is a
+ * bad parameter, 5) and return 1, or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion
+ * library (qv8com.h), per thread, as one of the QV8_STATUS values. On every failure all that the call made is freed.
  *
  * STATUSES. Every function can leave: 0 success; 1 cancelled; 2 the progress dialog could not be opened; 3 out of
  * memory, or a result above 0x7FFFFFFF bytes; 7 a picture that is a zero handle, is damaged, or has a depth or layout

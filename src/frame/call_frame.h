@@ -41,18 +41,24 @@ auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, Work work) ->
     return result;
 }
 
-// RunFramed for the forms that store the worker's pair through a pointer, {0, 0} when it fails. Nothing is stored when
-// the dialog does not open.
+// RunFramed for the forms that store the worker's pair through a pointer while the dialog is still there, {0, 0} on every
+// failure. Nothing is stored before the worker has ended: the caller may keep the target in the same place.
 template <class Work>
 BOOL RunFramedInto(ImageSet* result, DWORD progressOwner, const DialogArguments& dialog, Work work) {
-    return RunFramed(progressOwner, dialog, [&]() -> BOOL {
+    ImageSet made = {};
+    const BOOL succeeded = RunFramed(progressOwner, dialog, [&]() -> BOOL {
         if (result == nullptr) {
             SetErrorStatus(QV8_STATUS_PARAMETER);
             return FALSE;
         }
-        *result = work();
-        return Succeeded(*result) ? TRUE : FALSE;
+        made = work();
+        *result = made;
+        return Succeeded(made) ? TRUE : FALSE;
     });
+    if (result != nullptr && succeeded == FALSE) { // the dialog did not open
+        *result = made;
+    }
+    return succeeded;
 }
 
 } // namespace qv8
