@@ -29,16 +29,20 @@
  *   dialog1..3     passed to PercentDlgOpen when `progressOwner` is 0: owner window or 0, caption (LPCSTR) or 0, and 0.
  *
  * THE AREA OF EFFECT, in functions with these arguments, limits an effect to a part of the picture:
- *   target      the picture and, for area type 0, its mask. Null counts as {0, 0}.
- *   areaType    0 (QV8_AREA_MASK) the set bits of target->hMask, a 1-bit picture of the same size, whatever its
- * colours; 1 (QV8_AREA_WHOLE) the whole picture; 2 (QV8_AREA_POLYGON) a polygon, alternate fill, outline included; 3
- * (QV8_AREA_ELLIPSE) an ellipse. Only the low byte counts. points      corners of the polygon in pixels, y counted from
- * the top; moved to the nearest edge where outside. pointCount  number of corners, at least 2. rect        bounding
- * rectangle of the ellipse in pixels, y counted from the top, right and bottom excluded; cut to the picture; either
- * order of its sides. Null counts as all zeros. inside      non-zero: the effect applies inside the polygon or ellipse;
- * 0: outside it. Statuses: 2 the shape could not be drawn; 5 another `areaType`, fewer than 2 points or null points; 7
- * area type 0 without a mask, or a mask that is not 1-bit or of another size. What an argument does not use is ignored:
- * area type 1 looks at nothing else.
+ *
+ * - `target`: the picture and, for area type 0, its mask. Null counts as {0, 0}.
+ * - `areaType`, low byte: 0 (QV8_AREA_MASK) the set bits of target->hMask, a 1-bit picture of the same size, whatever
+ *   its colours; 1 (QV8_AREA_WHOLE) the whole picture; 2 (QV8_AREA_POLYGON) a polygon, alternate fill, outline
+ *   included; 3 (QV8_AREA_ELLIPSE) an ellipse.
+ * - `points`: corners of the polygon in pixels, y counted from the top; moved to the nearest edge where outside.
+ * - `pointCount`: number of corners, at least 2.
+ * - `rect`: bounding rectangle of the ellipse in pixels, y counted from the top, right and bottom excluded; cut to the
+ *   picture; either order of its sides. Null counts as all zeros.
+ * - `inside`: non-zero: the effect applies inside the polygon or ellipse; 0: outside it.
+ *
+ * Statuses: 2 the shape could not be drawn; 5 another `areaType`, fewer than 2 points or null points; 7 area type 0
+ * without a mask, or a mask that is not 1-bit or of another size. What an argument does not use is ignored: area type 1
+ * looks at nothing else.
  *
  * BYTE and flag arguments arrive in 32-bit slots; of BYTE arguments only the low byte counts, a BOOL is true when it is
  * not 0. "Clamped" means that a value out of range counts as the nearest one in range, without an error.
@@ -154,7 +158,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, B
 /* --- Filters ------------------------------------------------------------------------------------------------------ */
 /* 8-bit pictures with a grey ramp as their table (in any order), 16, 24 and 32 bits; QV8Mosaic takes all depths.
    Neighbours are read from the source, also outside the area. 16-bit pixels of the area are repacked from 8 bits per
-   channel, truncating, and may lose a level. */
+   channel, truncating, and may lose a level; QV8RemoveNoise does so in mode 1 only. */
 
 /* Convolves with a 9 x 9 kernel; border pixels repeat outward.
      kernel   81 weights, the row above first, left to right; the centre is the 41st.
@@ -168,7 +172,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8CustomFilter(const ImageSet* target, DWORD ar
                                                 DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                                 DWORD_PTR dialog3);
 
-/* Sharpens the luminance. strength: 0..100, clamped; low byte. */
+/* Sharpens the luminance. strength: 0..100, clamped; low byte. At 0 too colours pass through luminance and colour
+   differences, and may change by a level. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                          const RECT* rect, BOOL inside, DWORD strength, DWORD progressOwner,
                                          DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
@@ -190,7 +195,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType,
 /* Removes noise with the median of the 3 x 3 neighbourhood.
      mode         0 whole pixels by luminance; 1 each channel that differs from a neighbour by more than
                   255 - sensitivity; anything else returns a copy; low byte.
-     sensitivity  0..255; low byte. */
+     sensitivity  0..255; low byte.
+   Mode 0 of an 8-bit picture stores the level found as the index: it wants the levels of the table in order. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8RemoveNoise(const ImageSet* target, DWORD areaType, const POINT* points,
                                                int pointCount, const RECT* rect, BOOL inside, DWORD mode,
                                                DWORD sensitivity, DWORD progressOwner, DWORD_PTR dialog1,
@@ -201,7 +207,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8AntiAlias(const ImageSet* target, DWORD areaT
                                              int pointCount, const RECT* rect, BOOL inside, DWORD progressOwner,
                                              DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
-/* Paints blocks with their mean colour; all depths.
+/* Paints blocks with their mean colour; all depths. Blocks begin at the lower left corner of the area's bounding box;
+   the mean is of all of a block's pixels, also those outside the area.
      blockWidth, blockHeight  pixels; one of them below 2 counts as 1.
    Statuses: 5 both below 2. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Mosaic(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,

@@ -5,6 +5,8 @@
 
 #include "filter/box_mean_kernels.h"
 #include "filter/filter_frame.h"
+#include "frame/area_rows.h"
+#include "frame/bit_copy.h"
 #include "frame/block_parts.h"
 #include "frame/colour_reader.h"
 #include "frame/indices.h"
@@ -118,8 +120,9 @@ void AddColumns(const MosaicCall& call) {
 }
 
 BYTE Mean(std::uint64_t sum, std::uint64_t pixels) {
-    return static_cast<BYTE>(sum <= 0xFFFFFFFFU ? static_cast<std::uint32_t>(sum) / static_cast<std::uint32_t>(pixels)
-                                                : sum / pixels);
+    return static_cast<BYTE>((sum | pixels) <= 0xFFFFFFFFU
+                                 ? static_cast<std::uint32_t>(sum) / static_cast<std::uint32_t>(pixels)
+                                 : sum / pixels);
 }
 
 // Makes the means of the blocks that begin in `row`. False when memory is short.
@@ -169,25 +172,6 @@ void PackMeans(const MosaicCall& call) {
     }
 }
 
-void CopyBits(const BYTE* from, std::uint64_t begin, std::uint64_t end, BYTE* to) {
-    const auto merge = [&](std::size_t at, unsigned mask) {
-        to[at] = static_cast<BYTE>((to[at] & ~mask) | (from[at] & mask));
-    };
-    const auto first = static_cast<std::size_t>(begin / 8);
-    const auto last = static_cast<std::size_t>(end / 8);
-    const unsigned head = 0xFFU >> begin % 8;
-    const unsigned tail = ~(0xFFU >> end % 8) & 0xFF;
-    if (first == last) {
-        merge(first, head & tail);
-        return;
-    }
-    merge(first, head);
-    std::memcpy(to + first + 1, from + first + 1, last - first - 1);
-    if (tail != 0) {
-        merge(last, tail);
-    }
-}
-
 void PaintRow(const MosaicCall& call, int row) {
     const DibView& source = call.source;
     BYTE* const result = call.result.Row(row);
@@ -203,24 +187,17 @@ void PaintRow(const MosaicCall& call, int row) {
             format.encode(format.masks, {means.blue + i, means.green + i, means.red + i},
                           result + std::ptrdiff_t{column} * 4, count);
         } else {
-            const auto bits = static_cast<std::uint64_t>(source.bitCount);
-            const std::uint64_t begin = bits * static_cast<std::uint64_t>(column);
-            CopyBits(call.rows.painted, begin, begin + bits * static_cast<std::uint64_t>(count), result);
+            const auto bits = static_cast<std::size_t>(source.bitCount);
+            const std::size_t begin = bits * static_cast<std::size_t>(column);
+            CopyBits(call.rows.painted, begin, result, begin, bits * static_cast<std::size_t>(count));
         }
     });
-}
-
-void CopyRows(const MosaicCall& call, int begin, int end) {
-    if (begin < end) {
-        std::memcpy(call.result.Row(begin), call.source.Row(begin),
-                    static_cast<std::size_t>(end - begin) * call.source.stride);
-    }
 }
 
 // False when cancelled or memory is short.
 bool PaintBlocks(MosaicCall& call, int blockHeight, const Progress& progress) {
     const WorkRect& rect = call.area.rect;
-    CopyRows(call, 0, rect.firstRow);
+    CopyRows(call.source, 0, rect.firstRow, call.result);
     int row = rect.firstRow;
     while (row <= rect.lastRow) {
         const int endRow = blockHeight < call.source.height - row ? row + blockHeight : call.source.height;
@@ -236,7 +213,7 @@ bool PaintBlocks(MosaicCall& call, int blockHeight, const Progress& progress) {
         }
         row = endRow;
     }
-    CopyRows(call, rect.lastRow + 1, call.source.height);
+    CopyRows(call.source, rect.lastRow + 1, call.source.height, call.result);
     return true;
 }
 

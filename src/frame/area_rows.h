@@ -8,6 +8,13 @@
 
 namespace qv8 {
 
+// Copies rows `begin` to `end` - 1 to a picture of the same kind.
+inline void CopyRows(const DibView& source, int begin, int end, const NewPicture& result) {
+    if (begin < end) {
+        std::memcpy(result.Row(begin), source.Row(begin), static_cast<std::size_t>(end - begin) * source.stride);
+    }
+}
+
 // Fills a result made with Pixels::kUnwritten. Calls write(row, column, count, source, result) for every run of pixels
 // of the area, which writes every byte of the run from its first pixel's address on; everything else is copied, just
 // before or after, while the row is in the cache anyway. Reports each row of the area. False when cancelled.
@@ -15,13 +22,8 @@ template <class Write>
 bool WriteArea(const DibView& source, const Area& area, const NewPicture& result, const Progress& progress,
                Write write) {
     const auto pixelBytes = static_cast<std::size_t>(source.bitCount / 8);
-    const auto copyRows = [&](int begin, int end) {
-        if (begin < end) {
-            std::memcpy(result.Row(begin), source.Row(begin), static_cast<std::size_t>(end - begin) * source.stride);
-        }
-    };
     const WorkRect& rect = area.rect;
-    copyRows(0, rect.firstRow);
+    CopyRows(source, 0, rect.firstRow, result);
     for (int row = rect.firstRow; row <= rect.lastRow; ++row) {
         const BYTE* const sourceRow = source.Row(row);
         BYTE* const resultRow = result.Row(row);
@@ -37,7 +39,7 @@ bool WriteArea(const DibView& source, const Area& area, const NewPicture& result
             return false;
         }
     }
-    copyRows(rect.lastRow + 1, source.height);
+    CopyRows(source, rect.lastRow + 1, source.height, result);
     return true;
 }
 
