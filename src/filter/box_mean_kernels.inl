@@ -36,7 +36,7 @@ inline Words BoxSums(const WORD* sums, int radius, int step) {
 }
 
 // A half more than the sum, times the reciprocal, is at least half a box pixel's part away from any whole number, which
-// is a hundred times what the rounding of quotients below 256 can move it.
+// is ten times what the rounding of quotients below 256 can move it.
 inline Ints Mean(Ints sums, Floats reciprocal) {
     return Truncate((ToFloats(sums) + Spread(0.5F)) * reciprocal);
 }
@@ -89,14 +89,16 @@ void RunningSums(const WORD* __restrict values, int step, int count, DWORD* __re
     }
 }
 
+using UnsignedInts = unsigned __attribute__((vector_size(sizeof(Ints))));
+
 void WideMeans(const DWORD* sums, int distance, int boxPixels, int count, BYTE* result) {
     const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
     for (int i = 0; i < count; i += kLanes) {
-        Ints begin;
-        Ints end;
+        UnsignedInts begin; // sums of long rows pass 2^31
+        UnsignedInts end;
         __builtin_memcpy(&begin, sums + i, sizeof begin);
         __builtin_memcpy(&end, sums + i + distance, sizeof end);
-        StoreBytes(result + i, (ToFloats(end - begin) + Spread(0.5F)) * reciprocal);
+        StoreBytes(result + i, (ToFloats(reinterpret_cast<Ints>(end - begin)) + Spread(0.5F)) * reciprocal);
     }
 }
 

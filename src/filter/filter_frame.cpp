@@ -14,17 +14,8 @@ struct FilterCall {
     const Filter& filter;
     const Area& area;
     RowRing ring;
-    PixelFormat format; // of a true-colour picture
     int filteredRow = -1;
 };
-
-FilterCall MakeCall(const DibView& source, const Filter& filter, const Area& area) {
-    FilterCall call = {filter, area, {}, {}};
-    if (!source.IsPaletted()) {
-        call.format = PixelFormatOf(source.bitCount, source.masks);
-    }
-    return call;
-}
 
 void FilterPlane(const FilterCall& call, const FilterRow& at, Plane plane) {
     const int begin = call.area.rect.left * at.step;
@@ -89,7 +80,7 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
     } else {
         const bool grey = call.filter.result == Filter::Result::kGrey;
         const PlanarRow planes = {results[0] + first, results[grey ? 0 : 1] + first, results[grey ? 0 : 2] + first};
-        call.format.encode(call.format.masks, planes, result, count);
+        call.ring.format.encode(call.ring.format.masks, planes, result, count);
     }
 }
 
@@ -98,7 +89,7 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
     if (!result) {
         return nullptr;
     }
-    FilterCall call = MakeCall(source, filter, area);
+    FilterCall call = {filter, area, {}};
     if (!MakeRowRing(source, filter, area.rect.Width(), call.ring)) {
         return nullptr;
     }
