@@ -294,7 +294,13 @@ QV8EFFECT_EXPORT BOOL QV8API QV8RotationEx(const ImageSet* target, ImageSet* res
 /* Straightens a four-cornered area into an upright picture.
      x1, y1 .. x4, y4  the corners in pixels, y counted from the top, in any order; moved to the nearest edge where
                        outside.
-   Statuses: 5 corners that leave no rectangle. */
+   The result is the largest upright rectangle that fits between the edges. Every pixel of the area is written to its
+   place there and to the ones right of and above it; pixels that none reaches stay 0, and so do the fourth bytes of
+   32-bit pixels. Rows are read from the one above, row 0 from outside the picture: 0. Channels of 16-bit pixels that
+   are neither 0 nor full mostly lose a level. Where no edge leans by more than 2 pixels the area is copied as it is.
+   Progress names rows of the source: it begins at the first row of the area and may go beyond 100 percent.
+   Statuses: 5 corners that leave no rectangle. The status stays what it was when the two edges at the lower left corner
+   are on one line; the result is 0 then too. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Affine(HGLOBAL image, LONG x1, LONG y1, LONG x2, LONG y2, LONG x3, LONG y3, LONG x4,
                                           LONG y4, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                           DWORD_PTR dialog3);

@@ -41,8 +41,8 @@ auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, Work work) ->
     return result;
 }
 
-// RunFramed for the forms that store the worker's pair through a pointer while the dialog is still there, {0, 0} on every
-// failure. Nothing is stored before the worker has ended: the caller may keep the target in the same place.
+// RunFramed for the forms that store the worker's pair through a pointer while the dialog is still there, {0, 0} on
+// every failure. Nothing is stored before the worker has ended: the caller may keep the target in the same place.
 template <class Work>
 BOOL RunFramedInto(ImageSet* result, DWORD progressOwner, const DialogArguments& dialog, Work work) {
     ImageSet made = {};

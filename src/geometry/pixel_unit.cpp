@@ -7,8 +7,15 @@
 namespace qv8 {
 namespace {
 
-struct ThreeBytes {
-    BYTE bytes[3];
+struct __attribute__((packed)) ThreeBytes {
+    WORD first;
+    BYTE last;
+};
+
+// A pixel as it lies in memory: where its bytes are copied as such, the compiler goes round by way of the stack.
+template <class Unit>
+struct __attribute__((packed, may_alias)) Stored {
+    Unit unit;
 };
 
 template <class Unit>
@@ -45,6 +52,50 @@ void CopyPlaces(const DibView& picture, const int* __restrict columns, const int
     }
 }
 
+// write(row, column, i) puts pixel i in a row of the result.
+template <class Write>
+void SpreadEach(const int* __restrict columns, const int* __restrict rows, int count, const NewPicture& result,
+                Write write) {
+    const int lastColumn = result.view.width - 1;
+    const int lastRow = result.view.height - 1;
+    const std::size_t stride = result.view.stride;
+    const auto bits = static_cast<std::size_t>(result.view.bitCount);
+    BYTE* const bottom = result.Row(0);
+    for (int i = 0; i < count; ++i) {
+        // Along a line that leans, places go from row to row and each time to other lines of the cache, for which
+        // stores would wait one by one.
+        constexpr int kAhead = 40;
+        if (i % 4 == 0 && i + kAhead < count && columns[i + kAhead] >= 0) {
+            const int row = rows[i + kAhead];
+            const BYTE* const next = bottom + static_cast<std::size_t>(row) * stride +
+                                     static_cast<std::size_t>(columns[i + kAhead]) / 8 * bits;
+            __builtin_prefetch(next, 1);
+            __builtin_prefetch(row < lastRow ? next + stride : next, 1);
+        }
+        const int column = columns[i];
+        if (column < 0) {
+            continue;
+        }
+        BYTE* const row = bottom + static_cast<std::size_t>(rows[i]) * stride;
+        write(row, column, i);
+        if (column < lastColumn) {
+            write(row, column + 1, i);
+        }
+        if (rows[i] < lastRow) {
+            write(row + stride, column, i);
+        }
+    }
+}
+
+template <class Unit>
+void Spread(const BYTE* __restrict pixels, const int* columns, const int* rows, int count, const NewPicture& result) {
+    SpreadEach(columns, rows, count, result, [pixels](BYTE* row, int column, int i) {
+        const Unit unit = reinterpret_cast<const Stored<Unit>*>(pixels)[i].unit;
+        BYTE* const place = row + static_cast<std::size_t>(column) * sizeof unit;
+        reinterpret_cast<Stored<Unit>*>(place)->unit = unit;
+    });
+}
+
 template <int kBits>
 BYTE IndexAt(const BYTE* row, int column) {
     constexpr int kPerByte = 8 / kBits;
@@ -73,17 +124,28 @@ void CopyIndexPlaces(const DibView& picture, const int* columns, const int* rows
     }
 }
 
+template <int kBits>
+void SpreadIndices(const BYTE* indices, const int* columns, const int* rows, int count, const NewPicture& result) {
+    SpreadEach(columns, rows, count, result, [indices](BYTE* row, int column, int i) {
+        constexpr int kPerByte = 8 / kBits;
+        constexpr unsigned kMask = (1U << kBits) - 1;
+        const int shift = 8 - kBits - column % kPerByte * kBits;
+        const int at = column / kPerByte;
+        row[at] = static_cast<BYTE>((row[at] & ~(kMask << shift)) | static_cast<unsigned>(indices[i]) << shift);
+    });
+}
+
 template <class Unit>
-constexpr PixelUnit kUnit = {sizeof(Unit), CopyLine<Unit>, CopyColumns<Unit>, CopyPlaces<Unit>};
+constexpr PixelUnit kUnit = {sizeof(Unit), CopyLine<Unit>, CopyColumns<Unit>, CopyPlaces<Unit>, Spread<Unit>};
 
 } // namespace
 
 PixelUnit PixelUnitOf(int bitCount) {
     switch (bitCount) {
     case 1:
-        return {1, CopyIndexLine<1>, CopyIndexColumns<1>, CopyIndexPlaces<1>};
+        return {1, CopyIndexLine<1>, CopyIndexColumns<1>, CopyIndexPlaces<1>, SpreadIndices<1>};
     case 4:
-        return {1, CopyIndexLine<4>, CopyIndexColumns<4>, CopyIndexPlaces<4>};
+        return {1, CopyIndexLine<4>, CopyIndexColumns<4>, CopyIndexPlaces<4>, SpreadIndices<4>};
     case 8:
         return kUnit<BYTE>;
     case 16:

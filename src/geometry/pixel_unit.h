@@ -14,6 +14,9 @@ struct PixelUnit {
     void (*copyColumns)(const BYTE* row, const int* columns, int count, BYTE* result);
     // Pixels at given places.
     void (*copyPlaces)(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result);
+    // The other way: writes copied pixels to given places in turn, and to those right of and above them where the
+    // result goes on. Pixels with a negative column are left out.
+    void (*spread)(const BYTE* pixels, const int* columns, const int* rows, int count, const NewPicture& result);
 };
 
 PixelUnit PixelUnitOf(int bitCount);

@@ -20,6 +20,7 @@ std::span<const Export> FilterRows();
 std::span<const Export> SelectRows();
 std::span<const Export> ComposeRows();
 std::span<const Export> SpecialFilterRows();
+std::span<const Export> AffineRows();
 std::span<const Export> RotationRows();
 std::span<const Export> ResizeRows();
 std::span<const Export> ImageRows();

@@ -24,7 +24,7 @@ std::span<const Export> Exports() {
     static const std::vector<Export> exports = [] {
         std::vector<Export> all;
         for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows, ClipboardRows,
-                                  SpecialFilterRows, RotationRows, ResizeRows, HiddenRows}) {
+                                  SpecialFilterRows, RotationRows, ResizeRows, AffineRows, HiddenRows}) {
             const std::span<const Export> rows = family();
             all.insert(all.end(), rows.begin(), rows.end());
         }

@@ -4,6 +4,7 @@
 
 #include "api/export_table.h"
 #include "qv8com.h"
+#include "support/emptied.h"
 
 namespace test {
 namespace {
@@ -84,19 +85,6 @@ struct Corners {
         return static_cast<BYTE>(std::clamp(static_cast<int>(value), 0, 255));
     }
 };
-
-Picture Emptied(const Picture& source, int width, int height) {
-    Picture result = source;
-    const std::size_t rowBytes = RowBytesOf(source.Bits(), width);
-    BITMAPINFOHEADER header = source.Header();
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biSizeImage = static_cast<DWORD>(rowBytes * static_cast<std::size_t>(height));
-    result.bytes.resize(source.PixelOffset());
-    result.bytes.resize(source.PixelOffset() + header.biSizeImage);
-    result.SetHeader(header);
-    return result;
-}
 
 void CopyPixel(const Picture& source, int x, int y, Picture& result, int column, int row) {
     if (source.Bits() <= 8) {

@@ -6,6 +6,7 @@
 
 #include "api/export_table.h"
 #include "qv8com.h"
+#include "support/emptied.h"
 
 namespace test {
 namespace {
@@ -50,19 +51,6 @@ int NearestIndex(const Picture& picture, Colour colour) {
         }
     }
     return best;
-}
-
-// The picture's header and table at another size, all pixels 0.
-Picture Emptied(const Picture& source, int width, int height) {
-    Picture result = source;
-    BITMAPINFOHEADER header = source.Header();
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biSizeImage = static_cast<DWORD>(RowBytesOf(source.Bits(), width)) * static_cast<DWORD>(height);
-    result.bytes.resize(source.PixelOffset());
-    result.SetHeader(header);
-    result.bytes.resize(result.bytes.size() + header.biSizeImage);
-    return result;
 }
 
 void CopyPixel(const Picture& source, int x, int row, Picture& result, int toX, int toRow) {

@@ -6,6 +6,7 @@
 
 #include "api/export_table.h"
 #include "qv8com.h"
+#include "support/emptied.h"
 
 namespace test {
 namespace {
@@ -43,21 +44,6 @@ Area InBox(Area area, const Box& box, int height) {
     }
     area.rect = {x(area.rect.left), y(area.rect.top), x(area.rect.right), y(area.rect.bottom)};
     return area;
-}
-
-// The header and table of `source` over empty rows of another size.
-Picture EmptyLike(const Picture& source, int width, int height) {
-    Picture picture;
-    picture.bytes.assign(source.bytes.begin(),
-                         source.bytes.begin() + static_cast<std::ptrdiff_t>(source.PixelOffset()));
-    const std::size_t rows = RowBytesOf(source.Bits(), width) * static_cast<std::size_t>(height);
-    picture.bytes.resize(picture.bytes.size() + rows);
-    BITMAPINFOHEADER header = picture.Header();
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biSizeImage = static_cast<DWORD>(rows);
-    picture.SetHeader(header);
-    return picture;
 }
 
 Picture EmptyMask(int width, int height) {
@@ -118,7 +104,7 @@ struct Selection {
 Selection ShapeSelection(const Picture& source, const Box& box, const std::vector<bool>& pixels, Colour background) {
     const int width = box.right - box.left + 1;
     const int height = box.lastRow - box.firstRow + 1;
-    Selection selection = {EmptyLike(source, width, height), EmptyMask(width, height)};
+    Selection selection = {Emptied(source, width, height), EmptyMask(width, height)};
     for (int row = 0; row != height; ++row) {
         for (int x = 0; x != width; ++x) {
             if (pixels[static_cast<std::size_t>(row * width + x)]) {
@@ -162,7 +148,7 @@ bool Matches(const Colour& colour, const Key& key) {
 Selection ColourSelection(const Picture& source, const Box& box, const std::vector<bool>& pixels, const Key& key) {
     const int width = box.right - box.left + 1;
     const int height = box.lastRow - box.firstRow + 1;
-    Selection selection = {EmptyLike(source, width, height), EmptyMask(width, height)};
+    Selection selection = {Emptied(source, width, height), EmptyMask(width, height)};
     for (int row = 0; row != height; ++row) {
         for (int x = 0; x != width; ++x) {
             if (!pixels[static_cast<std::size_t>(row * width + x)]) {

@@ -185,6 +185,8 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         {{"rgb-gamma", "--red", "nan", in, out}, 2, "--red"},
         {{"rgb-rev", "--polygon", "1,1", in, out}, 2, "--polygon"},
         {{"rgb-rev", "--ellipse", "1,1,2", in, out}, 2, "--ellipse"},
+        {{"affine", "--corners", "0,0", "0,3", "5,3", in, out}, 2, "--corners"},
+        {{"affine", "--corners", "1,2", "0,1", "7,0", "2,3", in, out}, 1, "no area"},
         {{"rgb-rev", "--mask", in, "--ellipse", "1,1,2,2", in, out}, 2, "excludes"},
         {{"rgb-rev", "--outside", in, out}, 2, "--outside"},
         {{"rgb-rev", in, folder.Name("out.gif")}, 2, "out.gif"},
@@ -264,8 +266,9 @@ TEST(Command, PointsAreReadAsWritten) {
     for (const char* wrong : {"", "1,2", "1,2 3", "1,2 3,4,5", "1,2 3,x", "1,2 3,99999999999", "1;2 3;4"}) {
         EXPECT_FALSE(ParsePolygon(wrong)) << wrong;
     }
-    EXPECT_EQ(JoinPolygonWords({"--polygon", "1,2", "-3,4", "in", "5,6"}),
+    EXPECT_EQ(JoinPointWords({"--polygon", "1,2", "-3,4", "in", "5,6"}),
               (std::vector<std::string>{"--polygon=1,2 -3,4", "in", "5,6"}));
+    EXPECT_EQ(JoinPointWords({"--corners", "1,2", "3,4"}), (std::vector<std::string>{"--corners=1,2 3,4"}));
 }
 
 TEST(Command, TheBarShowsHowFarTheWorkIs) {

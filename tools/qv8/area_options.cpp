@@ -61,19 +61,20 @@ std::string CheckRectangle(const std::string& text) {
     return ParseRectangle(text) ? std::string() : "\"" + text + "\" is not left,top,right,bottom";
 }
 
-std::vector<std::string> JoinPolygonWords(const std::vector<std::string>& words) {
+std::vector<std::string> JoinPointWords(const std::vector<std::string>& words) {
     std::vector<std::string> joined;
     for (std::size_t i = 0; i < words.size(); ++i) {
         joined.push_back(words[i]);
-        if (words[i] != "--polygon") {
+        if (words[i] != "--polygon" && words[i] != "--corners") {
             continue;
         }
+        const std::string option = words[i];
         std::string points;
         for (; i + 1 < words.size() && ParseNumbers(words[i + 1], 2); ++i) {
             points += (points.empty() ? "" : " ") + words[i + 1];
         }
         if (!points.empty()) {
-            joined.back() = "--polygon=" + points;
+            joined.back() = option + "=" + points;
         }
     }
     return joined;

@@ -59,7 +59,8 @@ std::optional<RECT> ParseRectangle(const std::string& text);
 // What is wrong with a text that is no rectangle.
 std::string CheckRectangle(const std::string& text);
 
-// Joins the words behind "--polygon" that are points into one word, so that the option is told from what follows it.
-std::vector<std::string> JoinPolygonWords(const std::vector<std::string>& words);
+// Joins the words behind "--polygon" and "--corners" that are points into one word, so that the option is told from
+// what follows it.
+std::vector<std::string> JoinPointWords(const std::vector<std::string>& words);
 
 #endif

@@ -181,7 +181,7 @@ std::string WithLeadingZero(const std::string& word) {
 }
 
 std::vector<std::string> ReversedForParser(const std::vector<std::string>& words) {
-    std::vector<std::string> prepared = JoinPolygonWords(words);
+    std::vector<std::string> prepared = JoinPointWords(words);
     std::transform(prepared.begin(), prepared.end(), prepared.begin(), WithLeadingZero);
     std::reverse(prepared.begin(), prepared.end());
     return prepared;

@@ -37,6 +37,7 @@ EffectCall AddAutoSelectImage(CLI::App& command);
 EffectCall AddLayer(CLI::App& command);
 
 // geometry_effects.cpp
+EffectCall AddAffine(CLI::App& command);
 EffectCall AddRotation(CLI::App& command);
 EffectCall AddResize(CLI::App& command);
 

@@ -31,6 +31,7 @@ constexpr std::array kEffects{
     Effect{"layer", "lay another picture over the picture", AddLayer},
     Effect{"rotation", "mirror, flip and turn", AddRotation},
     Effect{"resize", "scale to a new size", AddResize, Source::kPicture, Gives::kPictureAndMask},
+    Effect{"affine", "make a four-cornered area upright", AddAffine},
     Effect{"create-image", "make a picture of one colour", AddCreateImage, Source::kNone},
     Effect{"copy-image", "copy the picture unchanged", AddCopyImage},
     Effect{"set-secret-image", "hide a picture or a text in the luminance", AddSetSecretImage},

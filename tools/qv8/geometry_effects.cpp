@@ -1,9 +1,10 @@
-// Scaling and turning.
+// Scaling, turning and straightening.
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
 
+#include "area_options.h"
 #include "effect_families.h"
 #include "failure.h"
 #include "mask.h"
@@ -48,7 +49,30 @@ Size NewSize(const ResizeOptions& options, const EffectRequest& request) {
     return size;
 }
 
+std::string CheckCorners(const std::string& text) {
+    const auto corners = ParsePolygon(text);
+    return corners && corners->size() == 4 ? std::string() : "\"" + text + "\" is not four points x,y";
+}
+
 } // namespace
+
+EffectCall AddAffine(CLI::App& command) {
+    auto corners = std::make_shared<std::string>();
+    command.add_option("--corners", *corners, "of the area that becomes upright, in any order")
+        ->type_name("x,y x,y x,y x,y")
+        ->required()
+        ->check(CheckCorners);
+    return [corners](const EffectRequest& request) -> EffectResult {
+        const std::vector<POINT> at = ParsePolygon(*corners).value();
+        SetErrorStatus(QV8_STATUS_SUCCESS); // one failure sets no status
+        const HGLOBAL result = QV8Affine(request.image, at[0].x, at[0].y, at[1].x, at[1].y, at[2].x, at[2].y, at[3].x,
+                                         at[3].y, request.progressOwner, 0, 0, 0);
+        if (result == nullptr && GetErrorStatus() == QV8_STATUS_SUCCESS) {
+            throw Failure(kExitEffectFailed, request.imageName + ": affine: the corners leave no area");
+        }
+        return result;
+    };
+}
 
 EffectCall AddResize(CLI::App& command) {
     auto options = std::make_shared<ResizeOptions>();

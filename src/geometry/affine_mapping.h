@@ -1,0 +1,45 @@
+// Where the pixels of a four-cornered area go when it is straightened. Rows count from the top here. All arithmetic is
+// in double precision, in the order written, so that every build puts the same pixels in the same places.
+#pragma once
+
+#include "platform/platform.h"
+
+namespace qv8 {
+
+// The corners by their place. All of them lie in the picture, so that differences fit an int.
+struct Corners {
+    POINT lowerLeft;
+    POINT upperLeft;
+    POINT upperRight;
+    POINT lowerRight;
+};
+
+// `points` are four in any order; those outside a picture of this size are moved to its edge.
+Corners CornersOf(const POINT* points, int pictureWidth, int pictureHeight);
+
+// The largest upright rectangle between the edges; its sides are below 1 when there is none.
+struct UprightSize {
+    int width;
+    int height;
+};
+UprightSize SizeBetween(const Corners& corners);
+
+// A bilinear patch whose frame is the lower left corner with the edges to the right and upwards from there.
+struct Patch {
+    double originX;
+    double originY;
+    double rightX; // the lower edge
+    double rightY;
+    double upX; // the left edge
+    double upY;
+    double determinant;
+    double a; // where the corner opposite to the origin is in that frame
+    double b;
+    double width; // of the result
+    double height;
+};
+
+// False when the frame has no area.
+bool MakePatch(const Corners& corners, const UprightSize& size, Patch& patch);
+
+} // namespace qv8

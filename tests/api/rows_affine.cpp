@@ -1,0 +1,32 @@
+#include <utility>
+
+#include "api/export_rows.h"
+
+namespace test {
+namespace {
+
+// Its topmost row is row 1, so that the last report, which names rows from the top of the picture, is the end.
+Result Affine(const Call& call, Parameters& parameters) {
+    const LONG slant = parameters.Flag(1) ? 9 : 2; // with the smaller one, some areas are upright enough to be copied
+    const auto near = [&](LONG typical, LONG place) { return parameters.Wild(typical, place, place + slant); };
+    POINT corners[4] = {
+        {near(3, 0), near(4, 12)}, {near(0, 0), near(1, 0)}, {near(8, 14), near(1, 0)}, {near(8, 14), near(4, 12)}};
+    const int one = parameters.Number(0, 0, 3);
+    const int other = parameters.Number(0, 0, 3);
+    std::swap(corners[one], corners[other]);
+    return Single(QV8Affine(call.target.hImage, corners[0].x, corners[0].y, corners[1].x, corners[1].y, corners[2].x,
+                            corners[2].y, corners[3].x, corners[3].y, call.progressOwner, call.dialog[0],
+                            call.dialog[1], call.dialog[2]));
+}
+
+constexpr Export kRows[] = {
+    {"QV8Affine", kAcceptAll, AreaUse::kNone, kBadPicture, kBadPicture, Affine},
+};
+
+} // namespace
+
+std::span<const Export> AffineRows() {
+    return kRows;
+}
+
+} // namespace test
