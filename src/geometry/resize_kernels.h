@@ -21,18 +21,22 @@ struct PixelGroups {
     int count;
 };
 
+// Beyond lines, for loops that take four samples at once.
+constexpr int kSlack = 4;
+
 struct ResizeKernels {
     void (*widenRow)(const BYTE* row, std::uint32_t* sums, int count);
     void (*addRow)(const BYTE* row, std::uint32_t* sums, int count);
     // Sums of `columns` pixels by their numbers, rounded.
     void (*average)(const double* sums, const int* columns, int rows, float* result, int count);
     // Means of groups in sums of `rows` rows, rounded; sums of groups stay below 2^31. Of single channels, and of three
-    // that lie side by side. Reads up to three sums and writes up to three bytes beyond the last.
+    // that lie side by side.
     void (*averageGroups)(const std::uint32_t* sums, const PixelGroups& groups, int rows, BYTE* result);
     void (*averageTriples)(const std::uint32_t* sums, const PixelGroups& groups, int rows, BYTE* result);
     void (*toFloats)(const BYTE* row, float* result, int count);
-    // Weighs the cells and their right neighbours.
+    // Weighs the cells and their right neighbours; of single channels, and of three side by side.
     void (*blendColumns)(const float* cells, const ColumnWeights& weights, float* result, int count);
+    void (*blendTriples)(const float* cells, const ColumnWeights& weights, float* result, int count);
     // Weighs two blended rows; rounds.
     void (*blendRows)(const float* upper, const float* lower, float upperWeight, BYTE* result, int count);
 };

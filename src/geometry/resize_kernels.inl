@@ -62,6 +62,20 @@ void BlendColumns(const float* __restrict cells, const ColumnWeights& weights, f
     }
 }
 
+void BlendTriples(const float* __restrict cells, const ColumnWeights& weights, float* __restrict result, int count) {
+    const int* __restrict const cell = weights.cell;
+    const float* __restrict const right = weights.right;
+    const float* __restrict const left = weights.left;
+    for (int i = 0; i < count; ++i) {
+        PixelOfFloats own;
+        PixelOfFloats next;
+        __builtin_memcpy(&own, cells + std::ptrdiff_t{cell[i]} * 3, sizeof own);
+        __builtin_memcpy(&next, cells + std::ptrdiff_t{cell[i]} * 3 + 3, sizeof next);
+        const PixelOfFloats blended = next * right[i] + own * left[i];
+        __builtin_memcpy(result + std::ptrdiff_t{i} * 3, &blended, sizeof blended);
+    }
+}
+
 void BlendRows(const float* __restrict upper, const float* __restrict lower, float upperWeight, BYTE* __restrict result,
                int count) {
     const float lowerWeight = 1.0F - upperWeight;
@@ -71,5 +85,5 @@ void BlendRows(const float* __restrict upper, const float* __restrict lower, flo
     }
 }
 
-constexpr ResizeKernels kKernels = {WidenRow,         AddRow,   Average,      AverageGroups<1>,
-                                    AverageGroups<3>, ToFloats, BlendColumns, BlendRows};
+constexpr ResizeKernels kKernels = {WidenRow, AddRow,       Average,      AverageGroups<1>, AverageGroups<3>,
+                                    ToFloats, BlendColumns, BlendTriples, BlendRows};

@@ -5,86 +5,59 @@
 #include <utility>
 
 #include "frame/block_parts.h"
-#include "frame/grey_ramp.h"
-#include "frame/pixel_kernels.h"
-#include "geometry/resize_kernels.h"
+#include "geometry/resize_cells.h"
 #include "qv8com.h"
 
 namespace qv8 {
 namespace {
 
-// A source row as it enters the blending: a cell for each group of columns, and one behind the last as its neighbour.
-using Cells = float*;
-
-constexpr int kMaxChannels = 3;
-
-// Rows whose sums of bytes are certain to fit 32 bits.
-constexpr int kRowsPerSum = 1 << 23;
-
-// Beyond lines, for loops that take four samples at once.
-constexpr int kSlack = 4;
-
 struct Blender {
-    const ResizeTask& task;
-    const ResizeKernels& kernels = TheResizeKernels();
-    PixelFormat format = {};
-    GreyRamp grey = {};
-    int channels = 1;
-    int step = 1; // from a sample of a line to the next of its channel: 24-bit pixels stay as they are for means
-    bool onlyMeans = false; // both sides shrink, and sums of groups are certain to fit 31 bits
-    int cellCount = 0;
+    CellReader reader;
     WorkingBlock block = {};
 
-    // All in the block. Lines of the source, of cells, and of the result.
-    int* groupFirst = nullptr;
-    int* groupCount = nullptr;
+    // All in the block.
     int* cell = nullptr; // of new columns
     float* right = nullptr;
     float* left = nullptr;
-    BYTE* line[kMaxChannels] = {};
-    std::uint32_t* sums[kMaxChannels] = {};
-    double* cellSums[kMaxChannels] = {};
-    Cells lower[kMaxChannels] = {};
-    Cells upper[kMaxChannels] = {};
-    float* blendedLower[kMaxChannels] = {};
-    float* blendedUpper[kMaxChannels] = {};
+    CellRow lower = {};
+    CellRow upper = {};
+    CellRow blendedLower = {};
+    CellRow blendedUpper = {};
     BYTE* resultLine[kMaxChannels] = {};
 
-    bool IsGrey() const {
-        return task.source->bitCount == 8;
-    }
-    ColumnWeights WeightsFrom(int column) const {
-        return {cell + column, right + column, left + column};
+    int columns = 0;       // new ones that have a cell
+    int columnsBefore = 0; // those of all cells but the last
+    int heldRow = -1;      // the row whose cells are in the upper ones
+
+    int LastCell() const {
+        return reader.cellCount - 1;
     }
 };
 
 void LayOut(Blender& blender, BlockParts& parts) {
-    const auto oldWidth = static_cast<std::uint64_t>(blender.task.columns.oldSize);
-    const auto newWidth = static_cast<std::uint64_t>(blender.task.columns.newSize);
-    const auto step = static_cast<std::uint64_t>(blender.step);
-    const auto cells = static_cast<std::uint64_t>(blender.cellCount);
-    parts.Take(blender.groupFirst, cells);
-    parts.Take(blender.groupCount, cells);
+    const CellReader& reader = blender.reader;
+    const auto newWidth = static_cast<std::uint64_t>(reader.task.columns.newSize);
+    const auto step = static_cast<std::uint64_t>(reader.step);
+    const auto cells = static_cast<std::uint64_t>(reader.cellCount) + 1;
     parts.Take(blender.cell, newWidth);
     parts.Take(blender.right, newWidth);
     parts.Take(blender.left, newWidth);
-    for (int c = 0; c != blender.channels; ++c) {
-        parts.Take(blender.line[c], oldWidth);
-        parts.Take(blender.sums[c], oldWidth * step + kSlack);
-        parts.Take(blender.cellSums[c], cells);
-        parts.Take(blender.lower[c], cells + 1);
-        parts.Take(blender.upper[c], cells + 1);
-        parts.Take(blender.blendedLower[c], newWidth);
-        parts.Take(blender.blendedUpper[c], newWidth);
-        parts.Take(blender.resultLine[c], newWidth * step + kSlack);
+    for (int c = 0; c != reader.channels; ++c) {
+        for (CellRow* const row : {&blender.lower, &blender.upper}) {
+            parts.Take(row->channels[c], cells * step + kSlack);
+        }
+        for (CellRow* const row : {&blender.blendedLower, &blender.blendedUpper}) {
+            parts.Take(row->channels[c], newWidth * step + kSlack);
+        }
+        if (!reader.IsPacked()) {
+            parts.Take(blender.resultLine[c], newWidth);
+        }
     }
 }
 
 void DescribeColumns(Blender& blender) {
     int index = 0;
-    ForEachGroup(blender.task.columns, [&](const PixelGroup& group) {
-        blender.groupFirst[index] = group.first;
-        blender.groupCount[index] = group.count;
+    ForEachGroup(blender.reader.task.columns, [&](const PixelGroup& group) {
         const float step = 1.0F / static_cast<float>(std::max(group.resultCount, 1));
         for (int i = 0; i != group.resultCount; ++i) {
             const int column = group.resultFirst + i;
@@ -94,31 +67,15 @@ void DescribeColumns(Blender& blender) {
         }
         ++index;
     });
+    blender.columns = blender.reader.task.map.count;
+    int* const end = blender.cell + blender.columns;
+    blender.columnsBefore = static_cast<int>(std::lower_bound(blender.cell, end, blender.LastCell()) - blender.cell);
 }
 
-// No group is larger than that.
-std::int64_t LargestGroup(const ScaledSide& side) {
-    return static_cast<std::int64_t>(1.0 / static_cast<double>(side.factor)) + 2;
-}
-
-bool HasOnlyMeans(const ResizeTask& task) {
-    constexpr std::int64_t kMaxPixels = 0x7FFFFFFF / 255;
-    const bool shrinks = !task.columns.Enlarges() && !task.rows.Enlarges();
-    return shrinks && LargestGroup(task.columns) <= kMaxPixels / LargestGroup(task.rows);
-}
-
-bool Prepare(Blender& blender) {
-    const DibView& source = *blender.task.source;
-    blender.onlyMeans = HasOnlyMeans(blender.task);
-    if (blender.IsGrey()) {
-        blender.grey = GreyRampOf(source);
-    } else if (blender.onlyMeans && source.bitCount == 24) {
-        blender.step = 3;
-    } else {
-        blender.channels = kMaxChannels;
-        blender.format = PixelFormatOf(source.bitCount, source.masks);
+bool MakeBlender(Blender& blender) {
+    if (!MakeCellReader(blender.reader)) {
+        return false;
     }
-    ForEachGroup(blender.task.columns, [&](const PixelGroup&) { ++blender.cellCount; });
     blender.block = AllocateParts([&](BlockParts& parts) { LayOut(blender, parts); });
     if (!blender.block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
@@ -128,191 +85,124 @@ bool Prepare(Blender& blender) {
     return true;
 }
 
-void ReadLine(const Blender& blender, int row) {
-    const DibView& source = *blender.task.source;
-    if (blender.IsGrey()) {
-        std::transform(source.Row(row), source.Row(row) + source.width, blender.line[0],
-                       [&](BYTE index) { return blender.grey.levels[index]; });
+// Blends the columns from `first` on.
+void BlendColumns(const Blender& blender, int first, const CellRow& cells, const CellRow& blended) {
+    const CellReader& reader = blender.reader;
+    const ColumnWeights weights = {blender.cell + first, blender.right + first, blender.left + first};
+    const auto blend = reader.IsPacked() ? reader.kernels.blendTriples : reader.kernels.blendColumns;
+    for (int c = 0; c != reader.channels; ++c) {
+        blend(cells.channels[c], weights, blended.channels[c] + reader.Samples(first), blender.columns - first);
+    }
+}
+
+// Sets the cell behind the last one to the last one of `from`.
+void SetBehindLast(const Blender& blender, const CellRow& cells, const CellRow& from) {
+    const CellReader& reader = blender.reader;
+    for (int c = 0; c != reader.channels; ++c) {
+        std::copy_n(from.channels[c] + reader.Samples(blender.LastCell()), reader.step,
+                    cells.channels[c] + reader.Samples(blender.LastCell() + 1));
+    }
+}
+
+// Reads and blends the lower cells of a group of rows. The last cell's right neighbour is its own pixel in the first
+// row, not a mean.
+void BlendLower(Blender& blender, const PixelGroup& rows) {
+    CellReader& reader = blender.reader;
+    const bool isHeld = rows.first == std::exchange(blender.heldRow, -1) && rows.count == 1;
+    if (isHeld) {
+        std::swap(blender.lower, blender.upper);
+        std::swap(blender.blendedLower, blender.blendedUpper);
+        SetBehindLast(blender, blender.lower, blender.lower);
+    } else if (rows.count == 1) {
+        ReadCells(reader, rows, blender.lower);
+        SetBehindLast(blender, blender.lower, blender.lower);
     } else {
-        blender.format.decode(blender.format.masks, source.Row(row),
-                              {blender.line[0], blender.line[1], blender.line[2]}, source.width);
+        ReadFirstPixels(reader, rows.first, blender.upper);
+        SetBehindLast(blender, blender.lower, blender.upper);
+        ReadCells(reader, rows, blender.lower);
     }
-}
-
-void WriteLine(const Blender& blender, int row) {
-    BYTE* const result = blender.task.result->Row(row);
-    const int count = blender.task.map.count;
-    if (blender.IsGrey()) {
-        std::transform(blender.resultLine[0], blender.resultLine[0] + count, result,
-                       [&](BYTE level) { return blender.grey.indices[level]; });
-    } else {
-        blender.format.encode(blender.format.masks,
-                              {blender.resultLine[0], blender.resultLine[1], blender.resultLine[2]}, result, count);
-    }
-}
-
-// Adds sums of columns to those of cells and begins them anew.
-void Gather(const Blender& blender) {
-    for (int c = 0; c != blender.channels; ++c) {
-        for (int i = 0; i != blender.cellCount; ++i) {
-            std::uint32_t* const first = blender.sums[c] + blender.groupFirst[i];
-            double total = 0; // exact far beyond any picture
-            for (int k = 0; k != blender.groupCount[i]; ++k) {
-                total += first[k];
-                first[k] = 0;
-            }
-            blender.cellSums[c][i] += total;
-        }
-    }
-}
-
-// The means of the groups in `rows` rows.
-void ReadMeans(const Blender& blender, int firstRow, int rows, const Cells* cells) {
-    for (int i = 0; i != rows; ++i) {
-        ReadLine(blender, firstRow + i);
-        for (int c = 0; c != blender.channels; ++c) {
-            blender.kernels.addRow(blender.line[c], blender.sums[c], blender.task.columns.oldSize);
-        }
-        if ((i + 1) % kRowsPerSum == 0) {
-            Gather(blender);
-        }
-    }
-    Gather(blender);
-    for (int c = 0; c != blender.channels; ++c) {
-        blender.kernels.average(blender.cellSums[c], blender.groupCount, rows, cells[c], blender.cellCount);
-        std::fill_n(blender.cellSums[c], blender.cellCount, 0.0);
-    }
-}
-
-// The first pixels of the groups in one row, as they are.
-void ReadFirstPixels(const Blender& blender, int row, const Cells* cells) {
-    ReadLine(blender, row);
-    for (int c = 0; c != blender.channels; ++c) {
-        if (blender.task.columns.Enlarges()) {
-            blender.kernels.toFloats(blender.line[c], cells[c], blender.cellCount);
-            continue;
-        }
-        for (int i = 0; i != blender.cellCount; ++i) {
-            cells[c][i] = blender.line[c][blender.groupFirst[i]];
-        }
-    }
-}
-
-void ReadCells(const Blender& blender, const PixelGroup& rows, const Cells* cells) {
-    if (rows.count == 1 && blender.task.columns.Enlarges()) {
-        ReadFirstPixels(blender, rows.first, cells);
-    } else {
-        ReadMeans(blender, rows.first, rows.count, cells);
-    }
-}
-
-// Reads the lower cells of a group of rows. The last cell's right neighbour is its own pixel in the first row, not a
-// mean.
-void ReadLower(const Blender& blender, const PixelGroup& rows) {
-    ReadCells(blender, rows, blender.lower);
-    const int last = blender.cellCount - 1;
-    if (rows.count > 1) {
-        ReadLine(blender, rows.first);
-    }
-    for (int c = 0; c != blender.channels; ++c) {
-        blender.lower[c][last + 1] =
-            rows.count > 1 ? static_cast<float>(blender.line[c][blender.groupFirst[last]]) : blender.lower[c][last];
-    }
-}
-
-void BlendLower(const Blender& blender) {
-    for (int c = 0; c != blender.channels; ++c) {
-        blender.kernels.blendColumns(blender.lower[c], blender.WeightsFrom(0), blender.blendedLower[c],
-                                     blender.task.map.count);
-    }
+    BlendColumns(blender, isHeld ? blender.columnsBefore : 0, blender.lower, blender.blendedLower);
 }
 
 // Reads and blends the row above `rows`. Both edges fall back to the pixel itself in the corner between the row and
 // the column behind: in the last column of every row, and all along the last row.
-void BlendUpper(const Blender& blender, const PixelGroup& rows) {
-    const int last = blender.cellCount - 1;
-    const int count = blender.task.map.count;
-    if (rows.next < blender.task.rows.oldSize) {
-        ReadCells(blender, {rows.next, 1, 0, 0, 0}, blender.upper);
-        for (int c = 0; c != blender.channels; ++c) {
-            blender.upper[c][last + 1] = blender.lower[c][last];
-            blender.kernels.blendColumns(blender.upper[c], blender.WeightsFrom(0), blender.blendedUpper[c], count);
-        }
+void BlendUpper(Blender& blender, const PixelGroup& rows) {
+    CellReader& reader = blender.reader;
+    if (rows.next < reader.task.rows.oldSize) {
+        ReadCells(reader, {rows.next, 1, 0, 0, 0}, blender.upper);
+        blender.heldRow = rows.next;
+        SetBehindLast(blender, blender.upper, blender.lower);
+        BlendColumns(blender, 0, blender.upper, blender.blendedUpper);
         return;
     }
-    ReadFirstPixels(blender, rows.first, blender.upper);
-    for (int c = 0; c != blender.channels; ++c) {
-        const float* const cells = blender.upper[c];
-        for (int i = 0; i != count; ++i) {
-            const float pixel = cells[blender.cell[i]];
-            blender.blendedUpper[c][i] = pixel * blender.right[i] + pixel * blender.left[i];
+    ReadFirstPixels(reader, rows.first, blender.upper);
+    for (int c = 0; c != reader.channels; ++c) {
+        float* blended = blender.blendedUpper.channels[c];
+        for (int i = 0; i != blender.columns; ++i) {
+            const float* const pixel = blender.upper.channels[c] + reader.Samples(blender.cell[i]);
+            for (int k = 0; k != reader.step; ++k) {
+                *blended++ = pixel[k] * blender.right[i] + pixel[k] * blender.left[i];
+            }
         }
     }
 }
 
-// The pixels of a row, as `step` says.
-const BYTE* LineOf(const Blender& blender, int row, int channel) {
-    return blender.step == 1 ? blender.line[channel] : blender.task.source->Row(row);
-}
-
-// Every new pixel is the mean of its group.
-void WriteMeans(const Blender& blender, const PixelGroup& rows) {
-    const ResizeKernels& kernels = blender.kernels;
-    const PixelGroups groups = {blender.groupFirst, blender.groupCount, blender.task.map.count};
-    for (int row = rows.first; row != rows.next; ++row) {
-        if (blender.step == 1) {
-            ReadLine(blender, row);
-        }
-        for (int c = 0; c != blender.channels; ++c) {
-            (row == rows.first ? kernels.widenRow : kernels.addRow)(LineOf(blender, row, c), blender.sums[c],
-                                                                    blender.task.columns.oldSize * blender.step);
-        }
-    }
-    for (int c = 0; c != blender.channels; ++c) {
-        (blender.step == 1 ? kernels.averageGroups : kernels.averageTriples)(blender.sums[c], groups, rows.count,
-                                                                             blender.resultLine[c]);
-    }
-    if (blender.step == 1) {
-        WriteLine(blender, rows.resultFirst);
+// Writes decoded channels to a row of the result.
+void WriteLine(const Blender& blender, BYTE* const (&line)[kMaxChannels], int row) {
+    const CellReader& reader = blender.reader;
+    BYTE* const result = reader.task.result->Row(row);
+    if (reader.IsPacked()) {
+        std::memcpy(result, line[0], reader.Samples(blender.columns));
+    } else if (reader.task.source->IsPaletted()) {
+        std::transform(line[0], line[0] + blender.columns, result,
+                       [&](BYTE level) { return reader.ramp.indices[level]; });
     } else {
-        std::memcpy(blender.task.result->Row(rows.resultFirst), blender.resultLine[0],
-                    static_cast<std::size_t>(groups.count) * 3);
+        reader.format.encode(reader.format.masks, {line[0], line[1], line[2]}, result, blender.columns);
     }
 }
 
-void BlendBand(const Blender& blender, const PixelGroup& rows) {
+void WriteBlended(const Blender& blender, const CellRow& upper, float upperWeight, int row) {
+    const CellReader& reader = blender.reader;
+    const auto samples = static_cast<int>(reader.Samples(blender.columns));
+    for (int c = 0; c != reader.channels; ++c) {
+        BYTE* const line = reader.IsPacked() ? reader.task.result->Row(row) : blender.resultLine[c];
+        reader.kernels.blendRows(upper.channels[c], blender.blendedLower.channels[c], upperWeight, line, samples);
+    }
+    if (!reader.IsPacked()) {
+        WriteLine(blender, blender.resultLine, row);
+    }
+}
+
+void WriteBand(Blender& blender, const PixelGroup& rows) {
+    const ResizeTask& task = blender.reader.task;
     if (rows.resultCount == 0) {
         return;
     }
-    if (blender.onlyMeans) {
-        WriteMeans(blender, rows);
+    if (blender.reader.sumsFit && !task.columns.Enlarges() && !task.rows.Enlarges()) {
+        ReadMeans(blender.reader, rows);
+        WriteLine(blender, blender.reader.means, rows.resultFirst);
         return;
     }
-    ReadLower(blender, rows);
-    BlendLower(blender);
+    BlendLower(blender, rows);
     const bool usesUpper = rows.resultCount > 1;
     if (usesUpper) {
         BlendUpper(blender, rows);
     }
     const float step = 1.0F / static_cast<float>(rows.resultCount);
     for (int i = 0; i != rows.resultCount; ++i) {
-        for (int c = 0; c != blender.channels; ++c) {
-            const float* const upper = usesUpper ? blender.blendedUpper[c] : blender.blendedLower[c];
-            blender.kernels.blendRows(upper, blender.blendedLower[c], step * static_cast<float>(i),
-                                      blender.resultLine[c], blender.task.map.count);
-        }
-        WriteLine(blender, rows.resultFirst + i);
+        WriteBlended(blender, usesUpper ? blender.blendedUpper : blender.blendedLower, step * static_cast<float>(i),
+                     rows.resultFirst + i);
     }
 }
 
 } // namespace
 
 bool ResizeSmoothly(const ResizeTask& task, const Progress& progress) {
-    Blender blender{.task = task};
-    if (!Prepare(blender)) {
+    Blender blender{.reader = {.task = task}};
+    if (!MakeBlender(blender)) {
         return false;
     }
-    return ForEachBand(task, progress, [&](const PixelGroup& rows) { BlendBand(blender, rows); });
+    return ForEachBand(task, progress, [&](const PixelGroup& rows) { WriteBand(blender, rows); });
 }
 
 } // namespace qv8

@@ -1,0 +1,161 @@
+#include "geometry/resize_cells.h"
+
+#include <algorithm>
+
+#include "frame/block_parts.h"
+#include "qv8com.h"
+
+namespace qv8 {
+namespace {
+
+// Rows whose sums of bytes are certain to fit 32 bits.
+constexpr int kRowsPerSum = 1 << 23;
+
+// No group is larger than that.
+std::int64_t LargestGroup(const ScaledSide& side) {
+    return static_cast<std::int64_t>(1.0 / static_cast<double>(side.factor)) + 2;
+}
+
+bool SumsFit(const ResizeTask& task) {
+    constexpr std::int64_t kMaxPixels = 0x7FFFFFFF / 255;
+    return LargestGroup(task.columns) <= kMaxPixels / LargestGroup(task.rows);
+}
+
+void LayOut(CellReader& reader, BlockParts& parts) {
+    const auto width = static_cast<std::uint64_t>(reader.task.columns.oldSize);
+    const auto step = static_cast<std::uint64_t>(reader.step);
+    const auto cells = static_cast<std::uint64_t>(reader.cellCount);
+    parts.Take(reader.groupFirst, cells);
+    parts.Take(reader.groupCount, cells);
+    for (int c = 0; c != reader.channels; ++c) {
+        parts.Take(reader.sums[c], width * step + kSlack);
+        parts.Take(reader.means[c], cells * step + kSlack);
+        if (!reader.IsPacked()) {
+            parts.Take(reader.decoded[c], width);
+        }
+        if (!reader.sumsFit) {
+            parts.Take(reader.cellSums[c], cells);
+        }
+    }
+}
+
+// Sums of columns over some rows, made anew.
+void SumRows(CellReader& reader, const PixelGroup& rows) {
+    const auto samples = static_cast<int>(reader.Samples(reader.task.columns.oldSize));
+    for (int row = rows.first; row != rows.first + rows.count; ++row) {
+        ReadLine(reader, row);
+        const auto add = row == rows.first ? reader.kernels.widenRow : reader.kernels.addRow;
+        for (int c = 0; c != reader.channels; ++c) {
+            add(reader.line[c], reader.sums[c], samples);
+        }
+    }
+}
+
+// Adds sums of columns to those of cells.
+void Gather(const CellReader& reader) {
+    for (int c = 0; c != reader.channels; ++c) {
+        for (int i = 0; i != reader.cellCount; ++i) {
+            const std::uint32_t* const first = reader.sums[c] + reader.groupFirst[i];
+            double total = 0; // exact far beyond any picture
+            for (int k = 0; k != reader.groupCount[i]; ++k) {
+                total += first[k];
+            }
+            reader.cellSums[c][i] += total;
+        }
+    }
+}
+
+void ReadLargeMeans(CellReader& reader, const PixelGroup& rows, const CellRow& cells) {
+    for (int done = 0; done < rows.count; done += kRowsPerSum) {
+        SumRows(reader, {rows.first + done, std::min(rows.count - done, kRowsPerSum), 0, 0, 0});
+        Gather(reader);
+    }
+    for (int c = 0; c != reader.channels; ++c) {
+        reader.kernels.average(reader.cellSums[c], reader.groupCount, rows.count, cells.channels[c], reader.cellCount);
+        std::fill_n(reader.cellSums[c], reader.cellCount, 0.0);
+    }
+}
+
+} // namespace
+
+bool MakeCellReader(CellReader& reader) {
+    const DibView& source = *reader.task.source;
+    reader.sumsFit = SumsFit(reader.task);
+    if (source.IsPaletted()) {
+        reader.ramp = GreyRampOf(source);
+    } else if (source.bitCount == 24 && reader.sumsFit) {
+        reader.step = 3;
+    } else {
+        reader.channels = kMaxChannels;
+        reader.format = PixelFormatOf(source.bitCount, source.masks);
+    }
+    ForEachGroup(reader.task.columns, [&](const PixelGroup&) { ++reader.cellCount; });
+    reader.block = AllocateParts([&](BlockParts& parts) { LayOut(reader, parts); });
+    if (!reader.block) {
+        SetErrorStatus(QV8_STATUS_MEMORY);
+        return false;
+    }
+    int index = 0;
+    ForEachGroup(reader.task.columns, [&](const PixelGroup& group) {
+        reader.groupFirst[index] = group.first;
+        reader.groupCount[index++] = group.count;
+    });
+    return true;
+}
+
+void ReadLine(CellReader& reader, int row) {
+    const DibView& source = *reader.task.source;
+    const BYTE* const pixels = source.Row(row);
+    if (reader.IsPacked()) {
+        reader.line[0] = pixels;
+        return;
+    }
+    if (source.IsPaletted()) {
+        std::transform(pixels, pixels + source.width, reader.decoded[0],
+                       [&](BYTE index) { return reader.ramp.levels[index]; });
+    } else {
+        reader.format.decode(reader.format.masks, pixels, {reader.decoded[0], reader.decoded[1], reader.decoded[2]},
+                             source.width);
+    }
+    std::copy_n(reader.decoded, kMaxChannels, reader.line);
+}
+
+void ReadMeans(CellReader& reader, const PixelGroup& rows) {
+    SumRows(reader, rows);
+    const PixelGroups groups = {reader.groupFirst, reader.groupCount, reader.cellCount};
+    const auto average = reader.IsPacked() ? reader.kernels.averageTriples : reader.kernels.averageGroups;
+    for (int c = 0; c != reader.channels; ++c) {
+        average(reader.sums[c], groups, rows.count, reader.means[c]);
+    }
+}
+
+void ReadFirstPixels(CellReader& reader, int row, const CellRow& cells) {
+    ReadLine(reader, row);
+    for (int c = 0; c != reader.channels; ++c) {
+        if (reader.task.columns.Enlarges()) {
+            reader.kernels.toFloats(reader.line[c], cells.channels[c],
+                                    static_cast<int>(reader.Samples(reader.cellCount)));
+            continue;
+        }
+        for (int i = 0; i != reader.cellCount; ++i) {
+            const BYTE* const pixel = reader.line[c] + reader.Samples(reader.groupFirst[i]);
+            std::copy_n(pixel, reader.step, cells.channels[c] + reader.Samples(i));
+        }
+    }
+}
+
+void ReadCells(CellReader& reader, const PixelGroup& rows, const CellRow& cells) {
+    if (rows.count == 1 && reader.task.columns.Enlarges()) {
+        ReadFirstPixels(reader, rows.first, cells);
+    } else if (reader.sumsFit) {
+        ReadMeans(reader, rows);
+        for (int c = 0; c != reader.channels; ++c) {
+            reader.kernels.toFloats(reader.means[c], cells.channels[c],
+                                    static_cast<int>(reader.Samples(reader.cellCount)));
+        }
+    } else {
+        ReadLargeMeans(reader, rows, cells);
+    }
+}
+
+} // namespace qv8
