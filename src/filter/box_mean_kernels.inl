@@ -51,7 +51,7 @@ inline void DivideFixed(const FixedReciprocal& reciprocal, Boxes boxes, int coun
 }
 
 void NarrowMeans(const WORD* sums, int radius, int step, int boxPixels, int count, BYTE* result) {
-    const FixedReciprocal fixed = MakeFixedReciprocal(boxPixels);
+    const FixedReciprocal fixed = MakeFixedReciprocal(boxPixels, 255 * boxPixels);
     if (fixed.exact) {
         if (radius == 1) { // known while compiling, so that nothing is counted
             DivideFixed(

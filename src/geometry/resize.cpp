@@ -14,13 +14,13 @@ ImageSet ResizePicture(const ImageSet& source, int width, int height, bool smoot
         return {};
     }
     const DibView& view = picture.view;
-    NewPicture result = DuplicateDib(view, width, height, Pixels::kZero);
+    NewPicture result = DuplicateDib(view, width, height, Pixels::kUnwritten);
     if (!result) {
         return {};
     }
     NewPicture resultMask;
     if (mask.lock) {
-        resultMask = DuplicateDib(mask.view, width, height, Pixels::kZero);
+        resultMask = DuplicateDib(mask.view, width, height, Pixels::kUnwritten);
         if (!resultMask) {
             return {};
         }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/block_parts.h"
+#include "frame/fixed_reciprocal.h"
 #include "qv8com.h"
 
 namespace qv8 {
@@ -29,6 +30,7 @@ void LayOut(CellReader& reader, BlockParts& parts) {
     parts.Take(reader.groupCount, cells);
     for (int c = 0; c != reader.channels; ++c) {
         parts.Take(reader.sums[c], width * step + kSlack);
+        parts.Take(reader.smallSums[c], width * step + kSlack);
         parts.Take(reader.means[c], cells * step + kSlack);
         if (!reader.IsPacked()) {
             parts.Take(reader.decoded[c], width);
@@ -47,6 +49,36 @@ void SumRows(CellReader& reader, const PixelGroup& rows) {
         const auto add = row == rows.first ? reader.kernels.widenRow : reader.kernels.addRow;
         for (int c = 0; c != reader.channels; ++c) {
             add(reader.line[c], reader.sums[c], samples);
+        }
+    }
+}
+
+// Whether means of groups of so many rows can be formed from 16-bit sums; says how.
+bool PrepareFixedMeans(CellReader& reader, int rows) {
+    if (reader.mostColumns > kMaxSmallColumns || rows > kMaxSmallColumns) {
+        return false;
+    }
+    for (int columns = reader.fewestColumns; columns <= reader.mostColumns; ++columns) {
+        const int pixels = columns * rows;
+        const FixedReciprocal reciprocal = MakeFixedReciprocal(pixels, 255 * pixels + pixels / 2);
+        if (!reciprocal.exact) {
+            return false;
+        }
+        reader.fixedMeans[columns] = {static_cast<WORD>(pixels / 2), static_cast<WORD>(reciprocal.factor),
+                                      static_cast<WORD>(reciprocal.shift)};
+    }
+    return true;
+}
+
+void SumSmallRows(CellReader& reader, const PixelGroup& rows) {
+    const std::size_t samples = reader.Samples(reader.task.columns.oldSize);
+    for (int c = 0; c != reader.channels; ++c) {
+        std::fill_n(reader.smallSums[c], samples, WORD{0});
+    }
+    for (int row = rows.first; row != rows.first + rows.count; ++row) {
+        ReadLine(reader, row);
+        for (int c = 0; c != reader.channels; ++c) {
+            reader.kernels.addSmallRow(reader.line[c], reader.smallSums[c], static_cast<int>(samples));
         }
     }
 }
@@ -89,7 +121,12 @@ bool MakeCellReader(CellReader& reader) {
         reader.channels = kMaxChannels;
         reader.format = PixelFormatOf(source.bitCount, source.masks);
     }
-    ForEachGroup(reader.task.columns, [&](const PixelGroup&) { ++reader.cellCount; });
+    reader.fewestColumns = source.width;
+    ForEachGroup(reader.task.columns, [&](const PixelGroup& group) {
+        ++reader.cellCount;
+        reader.fewestColumns = std::min(reader.fewestColumns, group.count);
+        reader.mostColumns = std::max(reader.mostColumns, group.count);
+    });
     reader.block = AllocateParts([&](BlockParts& parts) { LayOut(reader, parts); });
     if (!reader.block) {
         SetErrorStatus(QV8_STATUS_MEMORY);
@@ -121,8 +158,17 @@ void ReadLine(CellReader& reader, int row) {
 }
 
 void ReadMeans(CellReader& reader, const PixelGroup& rows) {
-    SumRows(reader, rows);
     const PixelGroups groups = {reader.groupFirst, reader.groupCount, reader.cellCount};
+    if (PrepareFixedMeans(reader, rows.count)) {
+        SumSmallRows(reader, rows);
+        const auto averageSmall =
+            reader.IsPacked() ? reader.kernels.averageSmallTriples : reader.kernels.averageSmallGroups;
+        for (int c = 0; c != reader.channels; ++c) {
+            averageSmall(reader.smallSums[c], groups, reader.fixedMeans, reader.means[c]);
+        }
+        return;
+    }
+    SumRows(reader, rows);
     const auto average = reader.IsPacked() ? reader.kernels.averageTriples : reader.kernels.averageGroups;
     for (int c = 0; c != reader.channels; ++c) {
         average(reader.sums[c], groups, rows.count, reader.means[c]);

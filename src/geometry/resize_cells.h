@@ -10,6 +10,9 @@ namespace qv8 {
 
 constexpr int kMaxChannels = 3;
 
+// Columns of groups whose sums are tried to be kept in 16 bits.
+constexpr int kMaxSmallColumns = 16;
+
 // A row of cells of each channel, and one cell behind the last as its neighbour.
 struct CellRow {
     float* channels[kMaxChannels] = {};
@@ -25,6 +28,8 @@ struct CellReader {
     int step = 1;         // samples of a pixel in a channel
     bool sumsFit = false; // the sums of groups fit 31 bits
     int cellCount = 0;
+    int fewestColumns = 0; // of a cell
+    int mostColumns = 0;
     WorkingBlock block = {};
 
     // All in the block.
@@ -34,6 +39,8 @@ struct CellReader {
     std::uint32_t* sums[kMaxChannels] = {};
     double* cellSums[kMaxChannels] = {}; // where sums do not fit
     BYTE* means[kMaxChannels] = {};
+    WORD* smallSums[kMaxChannels] = {}; // where these suffice
+    FixedMean fixedMeans[kMaxSmallColumns + 1] = {};
 
     const BYTE* line[kMaxChannels] = {}; // the row that was read last
 

@@ -43,12 +43,25 @@ bool MakeColumnMap(const ScaledSide& side, ColumnMap& map) {
     return true;
 }
 
+void ClearBehind(const NewPicture& result, int count, BYTE* row) {
+    const auto bits = static_cast<std::size_t>(count) * static_cast<std::size_t>(result.view.bitCount);
+    const std::size_t used = (bits + 7) / 8;
+    std::memset(row + used, 0, result.view.stride - used);
+}
+
+void ClearRows(const NewPicture& result, int first) {
+    if (first < result.view.height) {
+        std::memset(result.Row(first), 0, static_cast<std::size_t>(result.view.height - first) * result.view.stride);
+    }
+}
+
 void CopyBand(const DibView& source, const NewPicture& result, const ColumnMap& map, const PixelGroup& rows) {
     if (rows.resultCount == 0) {
         return;
     }
     BYTE* const first = result.Row(rows.resultFirst);
     CopyRow(source, source.Row(rows.first), map, result, first);
+    ClearBehind(result, map.count, first);
     for (int i = 1; i < rows.resultCount; ++i) {
         std::memcpy(result.Row(rows.resultFirst + i), first, result.view.stride);
     }

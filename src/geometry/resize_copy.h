@@ -1,6 +1,8 @@
 // Scaling by repeating and dropping pixels.
 #pragma once
 
+#include <algorithm>
+
 #include "frame/dib.h"
 #include "frame/progress.h"
 #include "geometry/resize_groups.h"
@@ -20,7 +22,13 @@ struct ColumnMap {
 // False when memory is short; sets status 3.
 bool MakeColumnMap(const ScaledSide& side, ColumnMap& map);
 
-// Fills the block of rows of a group with the pixels of its first row. The rows are zero before.
+// Zeroes a row of the result behind the first `count` pixels: there may be new columns without a source.
+void ClearBehind(const NewPicture& result, int count, BYTE* row);
+
+// Zeroes the rows from `first` on.
+void ClearRows(const NewPicture& result, int first);
+
+// Fills the block of rows of a group with the pixels of its first row.
 void CopyBand(const DibView& source, const NewPicture& result, const ColumnMap& map, const PixelGroup& rows);
 
 // A picture to scale, and its mask when there is one, whose pixels are copied in step.
@@ -34,9 +42,11 @@ struct ResizeTask {
     ColumnMap map;
 };
 
-// Runs use(rows) for every group of rows, copies the mask and reports progress. False when cancelled.
+// Runs use(rows) for every group of rows, which writes its rows, copies the mask and reports progress; zeroes the rows
+// without a source. False when cancelled.
 template <class Use>
 bool ForEachBand(const ResizeTask& task, const Progress& progress, Use use) {
+    int written = 0;
     for (int first = 0; first < task.rows.oldSize;) {
         const PixelGroup rows = GroupAt(task.rows, first);
         use(rows);
@@ -47,6 +57,11 @@ bool ForEachBand(const ResizeTask& task, const Progress& progress, Use use) {
             return false;
         }
         first = rows.next;
+        written = std::max(written, rows.resultFirst + rows.resultCount);
+    }
+    ClearRows(*task.result, written);
+    if (task.mask != nullptr) {
+        ClearRows(*task.resultMask, written);
     }
     return true;
 }

@@ -1,5 +1,9 @@
 #include "geometry/resize_kernels.h"
 
+#include <immintrin.h>
+
+#include <cstddef>
+
 #include "frame/target.h"
 
 namespace qv8 {

@@ -21,18 +21,29 @@ struct PixelGroups {
     int count;
 };
 
+// How sums of so many pixels become their mean, rounded: half of the number is added, then the rest is division.
+struct FixedMean {
+    WORD half;
+    WORD factor;
+    WORD shift;
+};
+
 // Beyond lines, for loops that take four samples at once.
 constexpr int kSlack = 4;
 
 struct ResizeKernels {
     void (*widenRow)(const BYTE* row, std::uint32_t* sums, int count);
     void (*addRow)(const BYTE* row, std::uint32_t* sums, int count);
+    void (*addSmallRow)(const BYTE* row, WORD* sums, int count);
     // Sums of `columns` pixels by their numbers, rounded.
     void (*average)(const double* sums, const int* columns, int rows, float* result, int count);
     // Means of groups in sums of `rows` rows, rounded; sums of groups stay below 2^31. Of single channels, and of three
     // that lie side by side.
     void (*averageGroups)(const std::uint32_t* sums, const PixelGroups& groups, int rows, BYTE* result);
     void (*averageTriples)(const std::uint32_t* sums, const PixelGroups& groups, int rows, BYTE* result);
+    // The same of 16-bit sums, by the number of columns.
+    void (*averageSmallGroups)(const WORD* sums, const PixelGroups& groups, const FixedMean* means, BYTE* result);
+    void (*averageSmallTriples)(const WORD* sums, const PixelGroups& groups, const FixedMean* means, BYTE* result);
     void (*toFloats)(const BYTE* row, float* result, int count);
     // Weighs the cells and their right neighbours; of single channels, and of three side by side.
     void (*blendColumns)(const float* cells, const ColumnWeights& weights, float* result, int count);

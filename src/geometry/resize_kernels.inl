@@ -6,9 +6,10 @@ void WidenRow(const BYTE* __restrict row, std::uint32_t* __restrict sums, int co
     }
 }
 
-void AddRow(const BYTE* __restrict row, std::uint32_t* __restrict sums, int count) {
+template <class Sum>
+void AddRow(const BYTE* __restrict row, Sum* __restrict sums, int count) {
     for (int i = 0; i < count; ++i) {
-        sums[i] += row[i];
+        sums[i] = static_cast<Sum>(sums[i] + row[i]);
     }
 }
 
@@ -43,6 +44,33 @@ void AverageGroups(const std::uint32_t* __restrict sums, const PixelGroups& grou
         const PixelOfFloats mean =
             __builtin_convertvector(total, PixelOfFloats) / PixelOfFloats{size, size, size, size} + 0.5F;
         const auto bytes = __builtin_convertvector(__builtin_convertvector(mean, Pixel), PixelOfBytes);
+        __builtin_memcpy(result + std::ptrdiff_t{i} * kStep, &bytes, sizeof bytes);
+    }
+}
+
+inline __m128i LoadWords(const WORD* sums) {
+    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(sums));
+}
+inline __m128i SpreadWord(WORD value) {
+    return _mm_set1_epi16(static_cast<short>(value));
+}
+
+template <int kStep>
+void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const FixedMean* __restrict means,
+                  BYTE* __restrict result) {
+    const int* __restrict const first = groups.first;
+    const int* __restrict const columns = groups.columns;
+    const int count = groups.count;
+    for (int i = 0; i < count; ++i) {
+        const WORD* const from = sums + std::ptrdiff_t{first[i]} * kStep;
+        __m128i total = LoadWords(from);
+        for (int k = 1; k < columns[i]; ++k) {
+            total = _mm_add_epi16(total, LoadWords(from + std::ptrdiff_t{k} * kStep));
+        }
+        const FixedMean& mean = means[columns[i]];
+        const __m128i product = _mm_mulhi_epu16(_mm_add_epi16(total, SpreadWord(mean.half)), SpreadWord(mean.factor));
+        const __m128i words = _mm_srl_epi16(product, _mm_cvtsi32_si128(mean.shift));
+        const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
         __builtin_memcpy(result + std::ptrdiff_t{i} * kStep, &bytes, sizeof bytes);
     }
 }
@@ -85,5 +113,6 @@ void BlendRows(const float* __restrict upper, const float* __restrict lower, flo
     }
 }
 
-constexpr ResizeKernels kKernels = {WidenRow, AddRow,       Average,      AverageGroups<1>, AverageGroups<3>,
-                                    ToFloats, BlendColumns, BlendTriples, BlendRows};
+constexpr ResizeKernels kKernels = {WidenRow,         AddRow<std::uint32_t>, AddRow<WORD>,    Average,
+                                    AverageGroups<1>, AverageGroups<3>,      AverageSmall<1>, AverageSmall<3>,
+                                    ToFloats,         BlendColumns,          BlendTriples,    BlendRows};

@@ -157,6 +157,9 @@ void WriteLine(const Blender& blender, BYTE* const (&line)[kMaxChannels], int ro
         std::transform(line[0], line[0] + blender.columns, result,
                        [&](BYTE level) { return reader.ramp.indices[level]; });
     } else {
+        if (reader.format.bytesPerPixel == 4) { // fourth bytes, which encoding leaves alone
+            std::memset(result, 0, static_cast<std::size_t>(blender.columns) * 4);
+        }
         reader.format.encode(reader.format.masks, {line[0], line[1], line[2]}, result, blender.columns);
     }
 }
@@ -181,6 +184,7 @@ void WriteBand(Blender& blender, const PixelGroup& rows) {
     if (blender.reader.sumsFit && !task.columns.Enlarges() && !task.rows.Enlarges()) {
         ReadMeans(blender.reader, rows);
         WriteLine(blender, blender.reader.means, rows.resultFirst);
+        ClearBehind(*task.result, blender.columns, task.result->Row(rows.resultFirst));
         return;
     }
     BlendLower(blender, rows);
@@ -192,6 +196,7 @@ void WriteBand(Blender& blender, const PixelGroup& rows) {
     for (int i = 0; i != rows.resultCount; ++i) {
         WriteBlended(blender, usesUpper ? blender.blendedUpper : blender.blendedLower, step * static_cast<float>(i),
                      rows.resultFirst + i);
+        ClearBehind(*task.result, blender.columns, task.result->Row(rows.resultFirst + i));
     }
 }
 
