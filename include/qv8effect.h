@@ -305,13 +305,17 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Affine(HGLOBAL image, LONG x1, LONG y1, LONG 
                                           LONG y4, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                           DWORD_PTR dialog3);
 
-/* Joins a second picture onto a base so that two points marked in each meet; both 24-bit.
-     seamMode                 1 and 2 paste only one side of the line through the two points; anything else pastes the
-                              whole added picture; low byte.
-     a1x..a2y                 the points in the base, y counted from the top.
+/* Joins a second picture onto a base, both 24-bit: scales it until two points of it are as far from each other as two
+   points of the base, turns it into their direction and pastes it, blending pixels, with the first point on the first.
+   The result has the base's size. Lengths count in whole pixels and angles in hundredths of a degree.
+     seamMode                 1 pastes only what lies left of the way from the first point to the second, 2 what lies
+                              right of it, both with the line itself; anything else pastes the whole picture; low byte.
+                              A steep line may end inside the picture, and then both sides are one.
+     a1x..a2y                 the points in the base, y counted from the top; moved to the nearest edge where outside.
      b1x..b2y                 the matching points in the added picture.
      transparentRed..Blue     pointers to the transparent colour as in QV8PasteImage, or null.
-   Statuses: 2 the seam could not be drawn; 5 two equal points. */
+   Statuses: 2 also when the seam could not be drawn; 5 two equal points, or the scaled picture has less than a pixel.
+ */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Panorama(HGLOBAL base, HGLOBAL added, DWORD seamMode, LONG a1x, LONG a1y, LONG a2x,
                                             LONG a2y, LONG b1x, LONG b1y, LONG b2x, LONG b2y,
                                             const BYTE* transparentRed, const BYTE* transparentGreen,
@@ -320,15 +324,21 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Panorama(HGLOBAL base, HGLOBAL added, DWORD s
 
 /* --- Composition -------------------------------------------------------------------------------------------------- */
 
-/* Pastes a picture, turned and through its mask, onto a base; all depths onto all depths. The result has the base's
-   size, depth and colour table.
-     pasted                   the picture and its mask (or 0); set bits are pasted.
-     angle                    hundredths of a degree, clamped to -35999..35999; positive turns counter-clockwise.
+/* Pastes a picture, turned and through its mask, onto a base; all depths onto all depths. The result is a copy of the
+   base with what is seen of the picture in the base's format: the nearest entry of a colour table; fourth bytes stay.
+     pasted                   the picture and its mask, a 1-bit picture of the same size (or 0); set bits are pasted.
+     angle                    hundredths of a degree, clamped to -35999..35999; positive turns counter-clockwise. Turns
+                              by quarters copy pixels as they are.
      mirror, flip             non-zero: exchange left and right, top and bottom, first.
      opacity                  0 (invisible) .. 255; low byte.
-     transparentRed..Blue     when all three are given, pasted pixels of exactly this colour let the base show.
-     x, y                     where the centre of the turned picture lies in the base, y counted from the top.
-     sampling                 0 blends neighbouring pixels, non-zero takes the nearest. */
+     transparentRed..Blue     when none is null, pixels of the picture of exactly this colour let the base show.
+     x, y                     where the middle of the turned picture comes to lie in the base, y counted from the top;
+                              any number. The middle of w x h pixels is column (w - 1) / 2 and row (h - 1) / 2, both
+                              rounded down.
+     sampling                 0 blends the neighbouring pixels of a picture with grey levels or true colour that is
+                              turned by no whole quarters, and at the edge of the picture or of what its mask and the
+                              transparent colour leave of it those of the base; non-zero takes the nearest pixel.
+   Statuses: 7 also for a mask that is not 1-bit or of another size. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LONG angle, BOOL mirror, BOOL flip,
                                               DWORD opacity, const BYTE* transparentRed, const BYTE* transparentGreen,
                                               const BYTE* transparentBlue, LONG x, LONG y, DWORD sampling,

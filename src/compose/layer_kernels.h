@@ -13,6 +13,8 @@ struct LayerBlend {
 struct LayerKernels {
     // Lays `count` packed pixels over those of the result.
     void (*blend24)(const LayerBlend& blend, const BYTE* layer, BYTE* result, int count);
+    // Lays levels of a channel over those of the result.
+    void (*blendLevels)(BYTE opacity, const BYTE* layer, BYTE* result, int count);
 };
 
 const LayerKernels& TheLayerKernels();

@@ -54,4 +54,10 @@ void Blend24(const LayerBlend& given, const BYTE* __restrict layer, BYTE* __rest
     }
 }
 
-constexpr LayerKernels kKernels = {Blend24};
+void BlendLevels(BYTE opacity, const BYTE* __restrict layer, BYTE* __restrict result, int count) {
+    for (int i = 0; i < count; ++i) {
+        result[i] = Blended(result[i], layer[i], opacity);
+    }
+}
+
+constexpr LayerKernels kKernels = {Blend24, BlendLevels};

@@ -1,5 +1,6 @@
 // Exported functions: composition.
 #include "compose/layer.h"
+#include "compose/paste.h"
 #include "exports/entry.h"
 
 using qv8::RunFramed;
@@ -17,6 +18,23 @@ QV8_ENTRY HGLOBAL QV8API QV8Layer(HGLOBAL base, HGLOBAL layer, DWORD opacity, DW
                                static_cast<BYTE>(backgroundRed)};
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
         return qv8::Layer(base, layer, blend, background, {x, y, clipToBase != 0}, progressOwner);
+    });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LONG angle, BOOL mirror, BOOL flip,
+                                       DWORD opacity, const BYTE* transparentRed, const BYTE* transparentGreen,
+                                       const BYTE* transparentBlue, LONG x, LONG y, DWORD sampling, DWORD progressOwner,
+                                       DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+        const qv8::PasteOptions options = {static_cast<int>(angle),
+                                           mirror != 0,
+                                           flip != 0,
+                                           static_cast<BYTE>(opacity),
+                                           qv8::TransparentColourAt(transparentRed, transparentGreen, transparentBlue),
+                                           static_cast<int>(x),
+                                           static_cast<int>(y),
+                                           sampling == 0};
+        return qv8::PasteImage(base, qv8::ImagesOf(pasted), options, {progressOwner});
     });
 }
 

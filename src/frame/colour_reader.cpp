@@ -12,12 +12,7 @@ void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int co
     ForEachChunk(count, [&](int start, int part) {
         BYTE indices[kChunkPixels + 8];
         const BYTE* const first = UnpackFrom(reader.picture.bitCount, row, column + start, part, indices);
-        for (int i = 0; i != part; ++i) {
-            const RGBQUAD& colour = reader.palette.colours[first[i]];
-            result.blue[start + i] = colour.rgbBlue;
-            result.green[start + i] = colour.rgbGreen;
-            result.red[start + i] = colour.rgbRed;
-        }
+        DecodePixels(reader, first, part, {result.blue + start, result.green + start, result.red + start});
     });
 }
 
@@ -38,8 +33,20 @@ void ReadColours(const ColourReader& reader, int row, int column, int count, con
     if (reader.picture.IsPaletted()) {
         ReadPalette(reader, source, column, count, result);
     } else {
-        const PixelFormat& format = reader.format;
-        format.decode(format.masks, source + std::ptrdiff_t{column} * format.bytesPerPixel, result, count);
+        DecodePixels(reader, source + std::ptrdiff_t{column} * reader.format.bytesPerPixel, count, result);
+    }
+}
+
+void DecodePixels(const ColourReader& reader, const BYTE* pixels, int count, const PlanarRow& result) {
+    if (!reader.picture.IsPaletted()) {
+        reader.format.decode(reader.format.masks, pixels, result, count);
+        return;
+    }
+    for (int i = 0; i != count; ++i) {
+        const RGBQUAD& colour = reader.palette.colours[pixels[i]];
+        result.blue[i] = colour.rgbBlue;
+        result.green[i] = colour.rgbGreen;
+        result.red[i] = colour.rgbRed;
     }
 }
 

@@ -16,7 +16,10 @@ ColourReader MakeColourReader(const DibView& picture);
 // Reads `count` pixels of a row from `column` on.
 void ReadColours(const ColourReader& reader, int row, int column, int count, const PlanarRow& result);
 
-// The same as packed 24-bit pixels.
+// The colours of pixels of such a picture that were copied from it, indices one in each byte.
+void DecodePixels(const ColourReader& reader, const BYTE* pixels, int count, const PlanarRow& result);
+
+// As ReadColours, as packed 24-bit pixels.
 void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result);
 
 } // namespace qv8

@@ -11,4 +11,25 @@ namespace qv8 {
 bool MirrorDib(NewPicture& picture, NewPicture* mask, const Progress& progress);
 bool FlipDib(NewPicture& picture, NewPicture* mask, const Progress& progress);
 
+enum class Exchange { kMirror, kFlip };
+
+// Runs use(exchange, progress) for those that are wanted, mirroring first, each within its few percent of the progress,
+// and leaves the rest of it in `progress`. False when one of them did not finish.
+template <class Use>
+bool ForEachExchange(bool mirror, bool flip, Progress& progress, Use use) {
+    const int start = progress.fromPercent;
+    const int end = progress.toPercent;
+    for (const Exchange exchange : {Exchange::kMirror, Exchange::kFlip}) {
+        if (exchange == Exchange::kMirror ? mirror : flip) {
+            progress.toPercent = start + (progress.fromPercent == start ? 5 : 10);
+            if (!use(exchange, progress)) {
+                return false;
+            }
+            progress.fromPercent = progress.toPercent + 1;
+        }
+    }
+    progress.toPercent = end;
+    return true;
+}
+
 } // namespace qv8

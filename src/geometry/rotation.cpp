@@ -2,48 +2,23 @@
 
 #include <limits>
 
-#include "frame/area.h"
 #include "frame/grey_ramp.h"
+#include "frame/masked_picture.h"
 #include "frame/pixel_fill.h"
 #include "frame/rows.h"
 #include "geometry/blending.h"
 #include "geometry/free_turn.h"
+#include "geometry/mirror_flip.h"
 #include "geometry/quarter_turn.h"
 
 namespace qv8 {
 namespace {
 
-struct Target {
-    Picture image;
-    Picture mask; // not locked when there is none
-};
-
-bool OpenTarget(const ImageSet& handles, Target& target) {
-    if (!LockPicture(handles.hImage, target.image) ||
-        (handles.hMask != nullptr && !LockPicture(handles.hMask, target.mask))) {
-        return false;
-    }
-    DibView& image = target.image.view;
-    if (!CheckPicture(target.image) || !CheckDibFormat(image, kAcceptAll, image.masks)) {
-        return false;
-    }
-    return !target.mask.lock || (CheckPicture(target.mask) && IsMaskSizeOf(image, target.mask.view));
-}
-
 // Mirroring and flipping happen on the way from the source to the result and take no time of their own, but have their
 // part of the progress. Leaves the rest of it in `progress`.
 bool ReportExchanges(int height, const RotationOptions& options, Progress& progress) {
-    for (const bool isWanted : {options.mirror, options.flip}) {
-        if (isWanted) {
-            progress.toPercent = progress.fromPercent == 0 ? 5 : 10;
-            if (!ForEachRow(height, progress, [](int) {})) {
-                return false;
-            }
-            progress.fromPercent = progress.toPercent + 1;
-        }
-    }
-    progress.toPercent = 100;
-    return true;
+    return ForEachExchange(options.mirror, options.flip, progress,
+                           [height](Exchange, const Progress& part) { return ForEachRow(height, part, [](int) {}); });
 }
 
 bool MakePlane(const DibView& source, const CentredFrame& frame, Plane& plane) {
@@ -75,10 +50,10 @@ CentredFrame ResultFrame(const CentredFrame& source, const Turn& turn, const Rot
 } // namespace
 
 ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, DWORD progressOwner) {
-    Target target;
+    MaskedPicture target;
     RotationOptions options = wanted;
     options.angle = std::clamp(wanted.angle, -kMaxAngle, kMaxAngle);
-    if (!OpenTarget(handles, target)) {
+    if (!OpenMaskedPicture(handles, target)) {
         return {};
     }
     const DibView& source = target.image.view;

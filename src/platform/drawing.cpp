@@ -45,6 +45,11 @@ void Pixels::FillSpan(std::int64_t y, std::int64_t begin, std::int64_t end, Ink 
     blend(last, lastMask);
 }
 
+Ink InkOf(COLORREF colour) {
+    const unsigned sum = (colour & 0xFFU) + (colour >> 8 & 0xFFU) + (colour >> 16 & 0xFFU);
+    return sum * 2 > 3 * 255 ? Ink::White : Ink::Black;
+}
+
 const Pixels* TargetOf(HDC context) {
     if (context == nullptr || context->bitmap == nullptr || context->bitmap->pixels.bits == nullptr) {
         return nullptr;
@@ -56,7 +61,8 @@ const Pixels* TargetOf(HDC context) {
 
 namespace {
 
-static_assert(std::is_standard_layout_v<DrawingTool> && std::is_standard_layout_v<Qv8Bitmap>,
+static_assert(std::is_standard_layout_v<DrawingTool> && std::is_standard_layout_v<Qv8Brush> &&
+                  std::is_standard_layout_v<Qv8Bitmap>,
               "an untyped handle is read as the header that the object begins with");
 
 constexpr std::size_t kMaxBitmapBytes = 0x7FFFFFFF;
@@ -91,8 +97,7 @@ HGDIOBJ SelectBitmap(HDC context, Qv8Bitmap* bitmap) {
 }
 
 Ink NearestInk(const RGBQUAD& colour) {
-    const int sum = colour.rgbBlue + colour.rgbGreen + colour.rgbRed;
-    return sum * 2 > 3 * 255 ? Ink::White : Ink::Black;
+    return InkOf(RGB(DWORD{colour.rgbRed}, DWORD{colour.rgbGreen}, DWORD{colour.rgbBlue}));
 }
 
 // Rows are copied between a bitmap and a bottom-up 1-bit picture of the bitmap's own size; no other kind is known.
@@ -193,6 +198,10 @@ BOOL DeleteObject(HGDIOBJ object) {
     }
     if (header->kind == ObjectKind::Font) {
         DeleteFont(header);
+        return TRUE;
+    }
+    if (header->kind == ObjectKind::Brush) {
+        delete static_cast<Qv8Brush*>(object);
         return TRUE;
     }
     Qv8Bitmap* const bitmap = static_cast<Qv8Bitmap*>(object);

@@ -12,6 +12,7 @@ extern "C" {
 typedef struct Qv8DeviceContext* HDC;
 typedef void* HGDIOBJ;
 typedef struct Qv8Bitmap* HBITMAP;
+typedef struct Qv8Brush* HBRUSH;
 typedef struct Qv8Font* HFONT;
 typedef DWORD COLORREF;
 
@@ -55,6 +56,7 @@ enum { DT_SINGLELINE = 0x0020, DT_NOCLIP = 0x0100 };
 enum { WHITE_BRUSH = 0, WHITE_PEN = 6, BLACK_PEN = 7 };
 enum { R2_COPYPEN = 13 };
 enum { DIB_RGB_COLORS = 0 };
+enum { FLOODFILLSURFACE = 1 };
 
 /* The screen's context is not drawn on; one from CreateCompatibleDC draws into the bitmap selected into it, at first
    with a black pen and a white brush. ReleaseDC returns 1 for a context from GetDC, else 0. */
@@ -66,7 +68,7 @@ QV8_PLATFORM_EXPORT BOOL DeleteDC(HDC context);
 /* A black bitmap; 0 without a context, when a side is below 1 or above 2^29, or when memory is short or more than
    0x7FFFFFFF bytes of it were needed. */
 QV8_PLATFORM_EXPORT HBITMAP CreateCompatibleBitmap(HDC context, int width, int height);
-/* Deletes a bitmap, but not while it is selected. Stock objects stay. */
+/* Deletes a bitmap, but not while it is selected, or a brush or font that is selected no more. Stock objects stay. */
 QV8_PLATFORM_EXPORT BOOL DeleteObject(HGDIOBJ object);
 
 /* Selects a bitmap, pen or brush and returns the one that was selected before; 0 for a bitmap that is selected into
@@ -89,6 +91,18 @@ QV8_PLATFORM_EXPORT int GetDIBits(HDC context, HBITMAP bitmap, UINT startRow, UI
    bitmap to draw on, for fewer than two points, when a coordinate is beyond 2^29 or memory is short. */
 QV8_PLATFORM_EXPORT BOOL Polygon(HDC context, const POINT* points, int count);
 QV8_PLATFORM_EXPORT BOOL Ellipse(HDC context, int left, int top, int right, int bottom);
+
+/* A line goes from the position, (0, 0) at first, up to and not including the place given, which is the position then.
+   Return FALSE without a context, a bitmap to draw on, or when a coordinate of the line is beyond 2^29. */
+QV8_PLATFORM_EXPORT BOOL MoveToEx(HDC context, int x, int y, POINT* previous);
+QV8_PLATFORM_EXPORT BOOL LineTo(HDC context, int x, int y);
+
+/* A brush in black or white, whichever is nearer. */
+QV8_PLATFORM_EXPORT HBRUSH CreateSolidBrush(COLORREF colour);
+/* Fills the pixels of black or white, whichever is nearer to `colour`, that are connected with a place, sideways or up
+   and down. FLOODFILLSURFACE is the only mode. Returns FALSE for another mode, for a place that is outside the bitmap
+   or of the other colour, and when memory is short; then a part may be filled. */
+QV8_PLATFORM_EXPORT BOOL ExtFloodFill(HDC context, int x, int y, COLORREF colour, UINT mode);
 
 /* The resolution of the screen, 96 dots per inch, for LOGPIXELSY; 0 for any other value. */
 QV8_PLATFORM_EXPORT int GetDeviceCaps(HDC context, int index);

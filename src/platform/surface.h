@@ -46,6 +46,9 @@ struct DrawingTool {
     Ink ink;
 };
 
+// The ink that is nearest to a colour.
+Ink InkOf(COLORREF colour);
+
 // The bitmap that `context` draws on, or null when there is none to draw on.
 const Pixels* TargetOf(HDC context);
 
@@ -77,6 +80,10 @@ struct Qv8Bitmap {
     Qv8Bitmap& operator=(const Qv8Bitmap&) = delete;
 };
 
+struct Qv8Brush {
+    qv8::drawing::DrawingTool tool;
+};
+
 struct Qv8DeviceContext {
     Qv8Bitmap* bitmap; // null for the screen, which is not drawn on
     qv8::drawing::DrawingTool* pen;
@@ -84,4 +91,5 @@ struct Qv8DeviceContext {
     qv8::drawing::ObjectHeader* font = &qv8::drawing::noFont;
     qv8::drawing::Ink textInk = qv8::drawing::Ink::Black;
     qv8::drawing::Ink backInk = qv8::drawing::Ink::White;
+    POINT position = {0, 0}; // where lines begin
 };

@@ -147,11 +147,6 @@ std::unique_ptr<char[]> WithoutMarks(const char* text, int& bytes) {
     return result;
 }
 
-Ink InkOf(COLORREF colour) {
-    const unsigned sum = (colour & 0xFFU) + (colour >> 8 & 0xFFU) + (colour >> 16 & 0xFFU);
-    return sum * 2 > 3 * 255 ? Ink::White : Ink::Black;
-}
-
 COLORREF ColourOf(Ink ink) {
     return ink == Ink::White ? RGB(255U, 255U, 255U) : RGB(0U, 0U, 0U);
 }

@@ -26,5 +26,6 @@ std::span<const Export> ResizeRows();
 std::span<const Export> ImageRows();
 std::span<const Export> ClipboardRows();
 std::span<const Export> HiddenRows();
+std::span<const Export> PanoramaRows();
 
 } // namespace test

@@ -24,7 +24,7 @@ std::span<const Export> Exports() {
     static const std::vector<Export> exports = [] {
         std::vector<Export> all;
         for (const auto family : {ToneRows, ConvertRows, FilterRows, ImageRows, SelectRows, ComposeRows, ClipboardRows,
-                                  SpecialFilterRows, RotationRows, ResizeRows, AffineRows, HiddenRows}) {
+                                  SpecialFilterRows, RotationRows, ResizeRows, AffineRows, HiddenRows, PanoramaRows}) {
             const std::span<const Export> rows = family();
             all.insert(all.end(), rows.begin(), rows.end());
         }
@@ -51,21 +51,6 @@ bool Scene::Untouched() const {
     EXPECT_TRUE(secondUntouched);
     return pictureUntouched && maskUntouched && secondUntouched;
 }
-
-namespace {
-
-// Any layout that most effects accept.
-const Layout& RandomLayout(Random& random) {
-    for (;;) {
-        const Layout& layout =
-            Layouts()[static_cast<std::size_t>(random.Between(0, static_cast<int>(Layouts().size()) - 1))];
-        if ((layout.acceptedBy & kAcceptAll) != 0) {
-            return layout;
-        }
-    }
-}
-
-} // namespace
 
 Scene RandomScene(const Layout& layout, AreaForm form, int width, int height, Random& random) {
     Picture picture = RandomPicture(layout, width, height, random);

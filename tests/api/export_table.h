@@ -58,7 +58,7 @@ enum class AreaUse {
     kAlways,
     kShapes,      // but no mask: type 0 is a bad parameter
     kDrawnShapes, // the same, and the whole picture is drawn as a polygon
-    kMaskAlong,   // no area, but a mask that is changed as the picture is
+    kMaskAlong,   // no area, but a mask that is changed as the picture is, or of the second picture
 };
 
 // What sets an export apart from most.

@@ -146,22 +146,6 @@ Place CornerOf(const Area& area, int width, int height) {
     return corner;
 }
 
-unsigned NearestIndex(const Picture& picture, Colour colour) {
-    unsigned best = 0;
-    int least = 200000;
-    for (unsigned i = 0; i != picture.ColourCount(); ++i) {
-        const BYTE* const entry = picture.TableEntry(i);
-        const int blue = colour.blue - entry[0];
-        const int green = colour.green - entry[1];
-        const int red = colour.red - entry[2];
-        if (red * red + green * green + blue * blue < least) {
-            least = red * red + green * green + blue * blue;
-            best = i;
-        }
-    }
-    return best;
-}
-
 // The mean of the pixels `first` up to but not `end` along each side, cut at the border.
 Colour MeanOf(const Picture& source, Place first, std::int64_t endX, std::int64_t endRow) {
     return EachChannel([&](BYTE Colour::*channel) {
@@ -189,7 +173,7 @@ void CheckMosaic(const Scene& scene, int width, int height) {
             const Colour mean =
                 MeanOf(source, first, std::int64_t{first.x} + blockWidth, std::int64_t{first.row} + blockHeight);
             if (source.Bits() <= 8) {
-                expected.SetIndex(x, row, NearestIndex(source, mean));
+                expected.SetIndex(x, row, source.NearestIndex(mean));
             } else {
                 expected.SetColour(x, row, mean);
             }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "api/export_table.h"
+#include "api/slow_blending.h"
 #include "qv8com.h"
 
 namespace test {
@@ -15,13 +16,6 @@ struct Arguments {
     int x, y;
     bool clip;
 };
-
-BYTE Blend(int opacity, BYTE base, BYTE layer) {
-    if (base == layer) {
-        return base;
-    }
-    return static_cast<BYTE>(static_cast<int>((255.0 - opacity) * base / 255 + 1.0 * opacity * layer / 255));
-}
 
 Colour PixelOf(const Picture& base, const Picture& layer, const Arguments& arguments, int x, int row) {
     const int layerX = x - arguments.x;
@@ -39,8 +33,7 @@ Colour PixelOf(const Picture& base, const Picture& layer, const Arguments& argum
     if (arguments.opacity == 255) {
         return over;
     }
-    return {Blend(arguments.opacity, under.blue, over.blue), Blend(arguments.opacity, under.green, over.green),
-            Blend(arguments.opacity, under.red, over.red)};
+    return Blend(arguments.opacity, under, over);
 }
 
 Picture Layered(const Picture& base, const Picture& layer, const Arguments& arguments) {
@@ -74,16 +67,6 @@ HGLOBAL CallLayer(HGLOBAL base, HGLOBAL layer, const Arguments& a) {
                     a.clip ? 2 : 0, 1, 0, 0, 0);
 }
 
-const Layout& AnyLayout(Random& random) {
-    for (;;) {
-        const Layout& layout =
-            Layouts()[static_cast<std::size_t>(random.Between(0, static_cast<int>(Layouts().size()) - 1))];
-        if ((layout.acceptedBy & kAcceptAll) != 0) {
-            return layout;
-        }
-    }
-}
-
 // Colours near the transparent one, in whole and in part.
 void Sprinkle(Picture& picture, Colour colour, Random& random) {
     for (int row = 0; row != picture.Height() && picture.Bits() > 8; ++row) {
@@ -103,8 +86,8 @@ void Sprinkle(Picture& picture, Colour colour, Random& random) {
 TEST(Layer, FollowsItsRuleAtEveryDepthAndPlace) {
     Random random(60);
     for (int i = 0; i != 1500; ++i) {
-        const Layout& baseLayout = AnyLayout(random);
-        const Layout& layerLayout = random.Chance(40) ? LayoutNamed("24") : AnyLayout(random);
+        const Layout& baseLayout = RandomLayout(random);
+        const Layout& layerLayout = random.Chance(40) ? LayoutNamed("24") : RandomLayout(random);
         const Source base(RandomPicture(baseLayout, RandomSide(random), random.Between(1, 12), random));
         Picture upper = RandomPicture(layerLayout, RandomSide(random), random.Between(1, 12), random);
         Arguments arguments = {random.Between(0, 255),

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "api/export_table.h"
+#include "api/slow_blending.h"
 #include "qv8com.h"
 #include "support/emptied.h"
 
@@ -36,23 +37,6 @@ Rotated Rotate(HGLOBAL image, HGLOBAL mask, const Options& options) {
 
 // --- The slow way ----------------------------------------------------------------------------------------------------
 
-int NearestIndex(const Picture& picture, Colour colour) {
-    int best = 0;
-    int bestDistance = 200000;
-    for (std::size_t i = 0; i != picture.ColourCount(); ++i) {
-        const BYTE* const entry = picture.TableEntry(i);
-        const int blue = entry[0] - colour.blue;
-        const int green = entry[1] - colour.green;
-        const int red = entry[2] - colour.red;
-        const int distance = blue * blue + green * green + red * red;
-        if (distance < bestDistance) {
-            best = static_cast<int>(i);
-            bestDistance = distance;
-        }
-    }
-    return best;
-}
-
 void CopyPixel(const Picture& source, int x, int row, Picture& result, int toX, int toRow) {
     if (source.Bits() <= 8) {
         result.SetIndex(toX, toRow, source.Index(x, row));
@@ -77,7 +61,7 @@ struct Slow {
     }
     void Background(Picture& result, int x, int row) const {
         if (source.Bits() <= 8) {
-            result.SetIndex(x, row, static_cast<unsigned>(NearestIndex(source, options.background)));
+            result.SetIndex(x, row, source.NearestIndex(options.background));
         } else {
             result.SetColour(x, row, options.background);
         }
@@ -86,7 +70,7 @@ struct Slow {
         if (source.Bits() > 8) {
             return options.background;
         }
-        const BYTE* const entry = source.TableEntry(static_cast<std::size_t>(NearestIndex(source, options.background)));
+        const BYTE* const entry = source.TableEntry(source.NearestIndex(options.background));
         return {entry[0], entry[1], entry[2]};
     }
     Colour At(int x, int row) const {
@@ -94,7 +78,7 @@ struct Slow {
     }
     void Put(Picture& result, int x, int row, Colour colour) const {
         if (source.Bits() == 8) {
-            result.SetIndex(x, row, static_cast<unsigned>(NearestIndex(source, colour)));
+            result.SetIndex(x, row, source.NearestIndex(colour));
         } else {
             result.SetColour(x, row, colour);
         }
@@ -148,17 +132,6 @@ Picture QuarterTurned(const Slow& slow, int quarters, bool isMask) {
         }
     }
     return result;
-}
-
-BYTE Mixed(float fx, float fy, BYTE pixel, BYTE beside, BYTE above, BYTE diagonal) {
-    const float one = (1 - fx) * pixel;
-    const float two = fx * beside;
-    const float ownRow = one + two;
-    const float three = fx * diagonal;
-    const float four = (1 - fx) * above;
-    const float acrossRow = three + four;
-    const float value = fy * acrossRow + (1 - fy) * ownRow;
-    return static_cast<BYTE>(std::clamp(static_cast<int>(value), 0, 255));
 }
 
 Colour BlendedAt(const Slow& slow, float sx, float sy, int x, int row) {

@@ -141,6 +141,12 @@ Picture RandomMask(int width, int height, Random& random) {
     return mask;
 }
 
+bool DrawLine(Picture& canvas, POINT from, POINT to) {
+    return DrawOn(canvas, [&](HDC context) {
+        return MoveToEx(context, from.x, from.y, nullptr) != 0 && LineTo(context, to.x, to.y) != 0;
+    });
+}
+
 std::optional<std::vector<bool>> PixelsOf(const Area& area, const Picture& mask, int width, int height) {
     Picture marked = area.type == QV8_AREA_MASK ? mask : BlankPicture(1, width, height);
     if ((area.type == QV8_AREA_POLYGON && !DrawPolygon(marked, area.points)) ||

@@ -31,6 +31,9 @@ Area RandomArea(AreaForm form, int width, int height, Random& random);
 // A mask with random bits, in clusters, under random colours.
 Picture RandomMask(int width, int height, Random& random);
 
+// Draws a white line into a 1-bit picture, as the platform does. Rows count from the top.
+bool DrawLine(Picture& canvas, POINT from, POINT to);
+
 // Which pixels of a picture the area holds, rows from the bottom, as the platform draws the shape on a canvas of the
 // picture's size; nothing when the platform refuses to draw it.
 std::optional<std::vector<bool>> PixelsOf(const Area& area, const Picture& mask, int width, int height);

@@ -68,8 +68,13 @@ inline bool DrawShape(Shape& shape) {
     const std::vector<POINT>& points = shape.points;
     if (shape.kind == Shape::kPolygon) {
         shape.result = Polygon(canvas.context, points.data(), static_cast<int>(points.size()));
-    } else {
+    } else if (shape.kind == Shape::kEllipse) {
         shape.result = Ellipse(canvas.context, points[0].x, points[0].y, points[1].x, points[1].y);
+    } else if (MoveToEx(canvas.context, points[0].x, points[0].y, nullptr) == 0 ||
+               LineTo(canvas.context, points[1].x, points[1].y) == 0) {
+        return false;
+    } else {
+        shape.result = ExtFloodFill(canvas.context, points[2].x, points[2].y, RGB(0, 0, 0), FLOODFILLSURFACE);
     }
     SelectObject(canvas.context, pen);
     SelectObject(canvas.context, brush);

@@ -9,6 +9,7 @@
 using HDC = void*;
 using HGDIOBJ = void*;
 using HBITMAP = void*;
+using HBRUSH = void*;
 using HFONT = void*;
 using COLORREF = DWORD;
 struct BITMAPINFO;
@@ -34,6 +35,10 @@ QV8_PLATFORM_EXPORT int GetDIBits(HDC context, HBITMAP bitmap, UINT startRow, UI
                                   UINT usage);
 QV8_PLATFORM_EXPORT BOOL Polygon(HDC context, const POINT* points, int count);
 QV8_PLATFORM_EXPORT BOOL Ellipse(HDC context, int left, int top, int right, int bottom);
+QV8_PLATFORM_EXPORT BOOL MoveToEx(HDC context, int x, int y, POINT* previous);
+QV8_PLATFORM_EXPORT BOOL LineTo(HDC context, int x, int y);
+QV8_PLATFORM_EXPORT HBRUSH CreateSolidBrush(COLORREF colour);
+QV8_PLATFORM_EXPORT BOOL ExtFloodFill(HDC context, int x, int y, COLORREF colour, UINT mode);
 QV8_PLATFORM_EXPORT HFONT CreateFontIndirectA(const LOGFONTA* description);
 QV8_PLATFORM_EXPORT COLORREF SetTextColor(HDC context, COLORREF colour);
 QV8_PLATFORM_EXPORT COLORREF SetBkColor(HDC context, COLORREF colour);

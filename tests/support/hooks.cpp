@@ -73,7 +73,7 @@ Object Taken(Object object) {
 void GivenBack(const void* object, bool accepted) {
     State* const state = watching;
     if (state != nullptr && (state->drawingObjects.erase(object) == 0 || !accepted)) {
-        Misuse(*state, "a context, bitmap or font given back that was not taken or is in use");
+        Misuse(*state, "a context, bitmap, brush or font given back that was not taken or is in use");
     }
 }
 
@@ -217,6 +217,22 @@ BOOL QV8_HOOK_API QV8_HOOK(Ellipse)(HDC context, int left, int top, int right, i
     return Fails(Kind::kEllipse) ? 0 : QV8_REAL(Ellipse)(context, left, top, right, bottom);
 }
 
+BOOL QV8_HOOK_API QV8_HOOK(MoveToEx)(HDC context, int x, int y, POINT* previous) {
+    return Fails(Kind::kMoveTo) ? FALSE : QV8_REAL(MoveToEx)(context, x, y, previous);
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(LineTo)(HDC context, int x, int y) {
+    return Fails(Kind::kLineTo) ? FALSE : QV8_REAL(LineTo)(context, x, y);
+}
+
+HBRUSH QV8_HOOK_API QV8_HOOK(CreateSolidBrush)(COLORREF colour) {
+    return Fails(Kind::kCreateBrush) ? nullptr : Taken(QV8_REAL(CreateSolidBrush)(colour));
+}
+
+BOOL QV8_HOOK_API QV8_HOOK(ExtFloodFill)(HDC context, int x, int y, COLORREF colour, UINT mode) {
+    return Fails(Kind::kFloodFill) ? FALSE : QV8_REAL(ExtFloodFill)(context, x, y, colour, mode);
+}
+
 BOOL QV8_HOOK_API QV8_HOOK(OpenClipboard)(HWND window) {
     return Fails(Kind::kOpenClipboard) ? FALSE : QV8_REAL(OpenClipboard)(window);
 }
@@ -307,6 +323,10 @@ std::uintptr_t ReplacementOf(const std::string& name) {
         QV8_ENTRY(GetDIBits),
         QV8_ENTRY(Polygon),
         QV8_ENTRY(Ellipse),
+        QV8_ENTRY(MoveToEx),
+        QV8_ENTRY(LineTo),
+        QV8_ENTRY(CreateSolidBrush),
+        QV8_ENTRY(ExtFloodFill),
         QV8_ENTRY(CreateFontIndirectA),
         QV8_ENTRY(SetTextColor),
         QV8_ENTRY(SetBkColor),

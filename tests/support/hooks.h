@@ -29,6 +29,10 @@ enum class Kind {
     kGetBits,
     kPolygon,
     kEllipse,
+    kMoveTo,
+    kLineTo,
+    kCreateBrush,
+    kFloodFill,
     kOpenClipboard,
     kEmptyClipboard,
     kSetClipboard,
@@ -58,7 +62,7 @@ struct Report {
     bool failed = false;         // the failure came to pass
     std::vector<HGLOBAL> blocks; // allocated and not freed
     int locks = 0;               // taken and not released
-    int drawingObjects = 0;      // contexts and bitmaps taken and not given back
+    int drawingObjects = 0;      // contexts, bitmaps and the like taken and not given back
     std::string misuse;          // things given back that were not taken, and the like; empty when all is well
     std::vector<ProgressCall> progress;
     std::vector<std::array<DWORD_PTR, 3>> dialogs; // arguments of each dialog opened

@@ -129,6 +129,22 @@ void Picture::SetIndex(int x, int row, unsigned index) {
     byte = static_cast<BYTE>((byte & ~(((1U << bits) - 1) << shift)) | index << shift);
 }
 
+unsigned Picture::NearestIndex(Colour colour) const {
+    unsigned best = 0;
+    int least = 200000;
+    for (unsigned i = 0; i != ColourCount(); ++i) {
+        const BYTE* const entry = TableEntry(i);
+        const int blue = colour.blue - entry[0];
+        const int green = colour.green - entry[1];
+        const int red = colour.red - entry[2];
+        if (red * red + green * green + blue * blue < least) {
+            least = red * red + green * green + blue * blue;
+            best = i;
+        }
+    }
+    return best;
+}
+
 bool Picture::Is565() const {
     DWORD redMask = 0;
     if (Header().biCompression == BI_BITFIELDS) {
@@ -208,6 +224,16 @@ Picture BlankPicture(int bits, int width, int height) {
 
 int RandomSide(Random& random) {
     return random.Chance(80) ? random.Between(1, 40) : random.Between(41, 140);
+}
+
+const Layout& RandomLayout(Random& random) {
+    for (;;) {
+        const Layout& layout =
+            Layouts()[static_cast<std::size_t>(random.Between(0, static_cast<int>(Layouts().size()) - 1))];
+        if ((layout.acceptedBy & kAcceptAll) != 0) {
+            return layout;
+        }
+    }
 }
 
 Block MakeBlock(const Bytes& bytes) {

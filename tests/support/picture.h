@@ -81,6 +81,7 @@ struct Picture {
 
     unsigned Index(int x, int row) const; // 1, 4 and 8 bits
     void SetIndex(int x, int row, unsigned index);
+    unsigned NearestIndex(Colour colour) const; // the first of equally near entries
     bool Is565() const;
     Colour ColourAt(int x, int row) const;         // any depth; an index beyond the table is black
     void SetColour(int x, int row, Colour colour); // 16, 24 and 32 bits; other bytes stay
@@ -95,6 +96,8 @@ Picture RandomPicture(const Layout& layout, int width, int height, Random& rando
 // An empty picture with a full table of zeros.
 Picture BlankPicture(int bits, int width, int height);
 int RandomSide(Random& random);
+// Any layout that most effects accept.
+const Layout& RandomLayout(Random& random);
 
 // --- Blocks of global memory -----------------------------------------------------------------------------------------
 

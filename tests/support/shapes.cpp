@@ -110,7 +110,7 @@ void ReadPixels(Reader& reader, Shape& shape) {
 
 Shape ReadShape(Reader& reader) {
     Shape shape;
-    shape.kind = reader.Int() == Shape::kPolygon ? Shape::kPolygon : Shape::kEllipse;
+    shape.kind = static_cast<Shape::Kind>(reader.Int());
     shape.width = reader.Int();
     shape.height = reader.Int();
     for (int left = reader.Int(); left > 0 && reader.IsGood(); --left) {
@@ -130,7 +130,8 @@ bool Shape::IsSet(int x, int y) const {
 
 std::string Describe(const Shape& shape) {
     std::ostringstream text;
-    text << (shape.kind == Shape::kPolygon ? "polygon" : "ellipse") << " in " << shape.width << " x " << shape.height;
+    static constexpr const char* kNames[] = {"polygon", "ellipse", "seam"};
+    text << kNames[shape.kind] << " in " << shape.width << " x " << shape.height;
     for (const POINT& point : shape.points) {
         text << " (" << point.x << ", " << point.y << ")";
     }

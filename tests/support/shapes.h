@@ -3,12 +3,13 @@
 // The file is a sequence of numbers, each in groups of seven bits, the lowest first, with the top bit of a byte set
 // when more follow. It begins with the number of shapes. A shape is
 //
-//     kind (0 polygon, 1 ellipse), width and height of the bitmap, number of points, the points,
+//     kind (0 polygon, 1 ellipse, 2 seam), width and height of the bitmap, number of points, the points,
 //     what the drawing call returned, the pixels
 //
 // A coordinate c is stored as 2c, or as -2c - 1 when it is negative. An ellipse has two points, the corners of its
-// rectangle. The pixels are runs from left to right and from the top row to the bottom row, beginning with a run (of 0
-// or more) of black ones, then white and black in turn until the bitmap is full.
+// rectangle; a seam three, both ends of the line and where the filling begins, and what the filling returned. The
+// pixels are runs from left to right and from the top row to the bottom row, beginning with a run (of 0 or more) of
+// black ones, then white and black in turn until the bitmap is full.
 #pragma once
 
 #include <string>
@@ -19,7 +20,8 @@
 namespace test {
 
 struct Shape {
-    enum Kind { kPolygon, kEllipse };
+    // A seam is a line and the filling of what lies on one side of it.
+    enum Kind { kPolygon, kEllipse, kSeam };
 
     Kind kind = kPolygon;
     int width = 0;

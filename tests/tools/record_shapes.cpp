@@ -35,6 +35,9 @@ public:
         Repeat(60, [this] { ScatteredEllipse(300, 6, 0); });
         Repeat(60, [this] { ScatteredEllipse(40, 40, 30); });
         Ellipse(65536, 10, {0, 0}, {65536, 10});
+        AllSeams();
+        Repeat(150, [this] { ScatteredSeam(random_.Between(1, 40), random_.Between(1, 40)); });
+        Repeat(4, [this] { ScatteredSeam(random_.Between(100, 300), random_.Between(100, 200)); });
         return std::move(shapes_);
     }
 
@@ -124,6 +127,31 @@ private:
     void ScatteredEllipse(int width, int height, int beyond) {
         const POINT corner = Anywhere(width, height, beyond);
         Ellipse(width, height, corner, Anywhere(width, height, beyond));
+    }
+
+    // A line in every direction, beyond the bitmap at one end or both, or ending inside, and each side of it filled.
+    void Seam(int width, int height, POINT from, POINT to) {
+        for (const LONG x : {0, width - 1}) {
+            for (const LONG y : {0, height - 1}) {
+                Add(Shape::kSeam, width, height, {from, to, {x, y}});
+            }
+        }
+    }
+    void AllSeams() {
+        for (int dy = -8; dy <= 8; ++dy) {
+            for (int dx = -8; dx <= 8; ++dx) {
+                const int reach = random_.Between(1, 3);
+                const POINT from = {8 - dx * random_.Between(1, 3), 7 - dy * reach};
+                Seam(17, 15, from, {8 + dx * reach, 7 + dy * reach});
+            }
+        }
+    }
+    void ScatteredSeam(int width, int height) {
+        Seam(width, height, Anywhere(width, height, 10), Anywhere(width, height, 10));
+        const POINT bottom = {random_.Between(-10, width + 9), height + 9};
+        Seam(width, height, bottom, {random_.Between(-10, width + 9), -10});
+        const LONG left = random_.Between(-1000, 1000);
+        Seam(width, height, {-10, left}, {width + 9, random_.Between(-1000, 1000)});
     }
 
     test::Random random_{1};

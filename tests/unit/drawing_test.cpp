@@ -56,6 +56,29 @@ TEST(Drawing, NeedsAContextAndTwoPoints) {
     EXPECT_EQ(SetROP2(canvas.context, R2_COPYPEN), R2_COPYPEN);
 }
 
+TEST(Drawing, FillsOnlyTheColourItIsToldFrom) {
+    Canvas canvas(9, 3);
+    EXPECT_FALSE(MoveToEx(nullptr, 0, 0, nullptr));
+    EXPECT_FALSE(LineTo(nullptr, 0, 0));
+    POINT before = {7, 7};
+    EXPECT_TRUE(MoveToEx(canvas.context, 4, 0, &before) && before.x == 0 && before.y == 0);
+    const HGDIOBJ pen = SelectObject(canvas.context, GetStockObject(WHITE_PEN));
+    EXPECT_TRUE(LineTo(canvas.context, 4, 3) && MoveToEx(canvas.context, 0, 0, &before) && before.y == 3);
+    SelectObject(canvas.context, pen);
+    for (const POINT outside : {POINT{-1, 0}, {9, 0}, {0, -1}, {0, 3}, {4, 1}}) {
+        EXPECT_FALSE(ExtFloodFill(canvas.context, outside.x, outside.y, RGB(0, 0, 0), FLOODFILLSURFACE));
+    }
+    const HBRUSH black = CreateSolidBrush(RGB(10, 20, 30));
+    const HGDIOBJ brush = SelectObject(canvas.context, black);
+    EXPECT_TRUE(ExtFloodFill(canvas.context, 4, 1, RGB(255, 255, 255), FLOODFILLSURFACE));
+    EXPECT_TRUE(ExtFloodFill(canvas.context, 0, 0, RGB(0, 0, 0), FLOODFILLSURFACE)); // with itself
+    EXPECT_EQ(SelectObject(canvas.context, brush), black);
+    EXPECT_TRUE(DeleteObject(black));
+    std::vector<BYTE> bits(12, 0xEE);
+    ASSERT_TRUE(canvas.Read(bits));
+    EXPECT_EQ(bits, std::vector<BYTE>(12));
+}
+
 TEST(Drawing, RefusesBitmapsOfHostileSize) {
     const HDC screen = GetDC(nullptr);
     EXPECT_EQ(CreateCompatibleBitmap(screen, INT_MAX, INT_MAX), nullptr);

@@ -31,6 +31,8 @@ TEST_P(LayerKernels, BlendAsTheSumOfTwoDoubles) {
         for (std::size_t i = 0; i != 65536; ++i) {
             std::memset(&pixels[3 * i], static_cast<int>(i / 256), 3);
         }
+        std::vector<BYTE> levels = pixels;
+        qv8::TheLayerKernels().blendLevels(static_cast<BYTE>(a), layer.data(), levels.data(), 65536 * 3);
         // A key that no layer pixel has: its channels differ.
         qv8::TheLayerKernels().blend24({static_cast<BYTE>(a), {1, 2, 3}}, layer.data(), pixels.data(), 65536);
         for (int i = 0; i != 65536; ++i) {
@@ -42,6 +44,7 @@ TEST_P(LayerKernels, BlendAsTheSumOfTwoDoubles) {
             ASSERT_TRUE(pixel[0] == expected && pixel[1] == expected && pixel[2] == expected)
                 << a << ", " << base << ", " << over;
         }
+        ASSERT_EQ(levels, pixels) << a;
     }
 }
 

@@ -35,6 +35,8 @@ EffectCall AddAutoSelectImage(CLI::App& command);
 
 // compose_effects.cpp
 EffectCall AddLayer(CLI::App& command);
+EffectCall AddPasteImage(CLI::App& command);
+EffectCall AddPanorama(CLI::App& command);
 
 // geometry_effects.cpp
 EffectCall AddAffine(CLI::App& command);

@@ -29,6 +29,8 @@ constexpr std::array kEffects{
     Effect{"auto-select-image", "cut an area out and mark what is close to a colour", AddAutoSelectImage,
            Source::kPicture, Gives::kPictureAndMask},
     Effect{"layer", "lay another picture over the picture", AddLayer},
+    Effect{"paste-image", "paste another picture, turned and through a mask", AddPasteImage},
+    Effect{"panorama", "join another picture by two points marked in both", AddPanorama},
     Effect{"rotation", "mirror, flip and turn", AddRotation},
     Effect{"resize", "scale to a new size", AddResize, Source::kPicture, Gives::kPictureAndMask},
     Effect{"affine", "make a four-cornered area upright", AddAffine},

@@ -111,9 +111,7 @@ EffectCall AddRotation(CLI::App& command) {
         BOOL keepSize = FALSE;
     };
     auto options = std::make_shared<Options>();
-    command.add_option("--angle", options->degrees, "degrees to the left, -359.99 .. 359.99, in hundredths")
-        ->type_name("DEGREES")
-        ->check(CLI::Range(-359.99, 359.99).description(""));
+    AddAngle(command, options->degrees);
     command.add_flag("--mirror", options->mirror, "exchange left and right before");
     command.add_flag("--flip", options->flip, "exchange top and bottom before");
     command.add_flag("--smooth", options->smooth, "blend neighbouring pixels");
@@ -122,8 +120,8 @@ EffectCall AddRotation(CLI::App& command) {
     return [options](const EffectRequest& request) -> EffectResult {
         const ImageSet target = {request.image, nullptr};
         const auto& background = options->background;
-        return QV8Rotation(&target, static_cast<LONG>(std::lround(options->degrees * 100)), options->mirror,
-                           options->flip, options->smooth, background[0], background[1], background[2],
-                           options->keepSize, request.progressOwner, 0, 0, 0);
+        return QV8Rotation(&target, Hundredths(options->degrees), options->mirror, options->flip, options->smooth,
+                           background[0], background[1], background[2], options->keepSize, request.progressOwner, 0, 0,
+                           0);
     };
 }

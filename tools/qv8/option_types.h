@@ -47,8 +47,19 @@ inline CLI::Option* AddChoice(CLI::App& command, const char* name, DWORD& value,
 }
 
 // Adds red, green and blue as one option.
-inline void AddColour(CLI::App& command, const char* name, std::array<DWORD, 3>& colour, const std::string& help) {
-    command.add_option(name, colour, help)->delimiter(',')->type_name("r,g,b")->check(Between(0, 255));
+inline CLI::Option* AddColour(CLI::App& command, const char* name, std::array<DWORD, 3>& colour,
+                              const std::string& help) {
+    return command.add_option(name, colour, help)->delimiter(',')->type_name("r,g,b")->check(Between(0, 255));
+}
+
+// Adds degrees to the left.
+inline void AddAngle(CLI::App& command, double& degrees) {
+    command.add_option("--angle", degrees, "degrees to the left, -359.99 .. 359.99, in hundredths")
+        ->type_name("DEGREES")
+        ->check(CLI::Range(-359.99, 359.99).description(""));
+}
+inline LONG Hundredths(double degrees) {
+    return static_cast<LONG>(std::lround(degrees * 100));
 }
 
 #endif

@@ -1,0 +1,107 @@
+#include "compose/paste.h"
+
+#include <algorithm>
+
+#include "frame/grey_ramp.h"
+#include "frame/masked_picture.h"
+#include "geometry/mirror_flip.h"
+
+namespace qv8 {
+namespace {
+
+// Copies of the pasted picture and its mask that are mirrored and flipped.
+struct Exchanged {
+    NewPicture image;
+    NewPicture mask;
+};
+
+bool CopyWhole(const DibView& picture, NewPicture& copy) {
+    copy = DuplicateDib(picture, picture.width, picture.height, Pixels::kCopied);
+    return static_cast<bool>(copy);
+}
+
+bool ExchangeSides(const MaskedPicture& pasted, const PasteOptions& options, Progress& progress, Exchanged& result) {
+    if (!options.mirror && !options.flip) {
+        return true;
+    }
+    if (!CopyWhole(pasted.image.view, result.image) ||
+        (pasted.Mask() != nullptr && !CopyWhole(*pasted.Mask(), result.mask))) {
+        return false;
+    }
+    NewPicture* const mask = result.mask ? &result.mask : nullptr;
+    return ForEachExchange(options.mirror, options.flip, progress, [&](Exchange exchange, const Progress& part) {
+        return (exchange == Exchange::kMirror ? MirrorDib : FlipDib)(result.image, mask, part);
+    });
+}
+
+bool HaveOneFormat(const DibView& a, const DibView& b) {
+    return a.bitCount == b.bitCount && a.masks.red == b.masks.red && a.masks.green == b.masks.green &&
+           a.masks.blue == b.masks.blue;
+}
+
+bool MakePasting(const DibView& base, const DibView& pasted, const DibView* mask, const PasteOptions& options,
+                 Pasting& pasting) {
+    pasting.placement = PlacePicture(base, pasted, options.angle, options.x, options.y);
+    pasting.base = MakeColourReader(base);
+    pasting.pasted = MakeColourReader(pasted);
+    pasting.mask = mask;
+    pasting.unit = PixelUnitOf(pasted.bitCount);
+    pasting.maskUnit = PixelUnitOf(1);
+    pasting.transparent = options.transparent;
+    pasting.opacity = options.opacity;
+    pasting.smooth = options.smooth && !pasting.placement.isExact && CanBlend(pasted);
+    // Indices mean something in their own table only, and fourth bytes are the base's.
+    const bool isColour = base.bitCount == 16 || base.bitCount == 24;
+    pasting.copies = isColour && HaveOneFormat(base, pasted) && !pasting.smooth && options.opacity == 255;
+    return !base.IsPaletted() || MakeNearestColours(base, pasting.nearest);
+}
+
+bool PasteRows(Pasting& pasting, const NewPicture& result, const Progress& progress) {
+    const int height = result.view.height;
+    PasteGuesses guesses;
+    for (int row = 0; row < height; ++row) {
+        const Span columns = pasting.opacity != 0 ? CoveredColumns(pasting.placement, row, guesses) : Span{};
+        if (!PastePixels(pasting, row, columns, result.Row(row)) || !progress.Report(row, height - 1)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+TransparentColour TransparentColourAt(const BYTE* red, const BYTE* green, const BYTE* blue) {
+    if (red == nullptr || green == nullptr || blue == nullptr) {
+        return {};
+    }
+    return {true, *red, *green, *blue};
+}
+
+HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteOptions& wanted, const Progress& whole) {
+    if (baseImage == nullptr || pastedImages.hImage == nullptr) {
+        SetErrorStatus(QV8_STATUS_PICTURE);
+        return nullptr;
+    }
+    Picture base;
+    MaskedPicture pasted;
+    if (!OpenPicture(baseImage, kAcceptAll, base) || !OpenMaskedPicture(pastedImages, pasted)) {
+        return nullptr;
+    }
+    PasteOptions options = wanted;
+    options.angle = std::clamp(wanted.angle, -kMaxAngle, kMaxAngle);
+    Progress progress = whole;
+    Exchanged exchanged;
+    if (!ExchangeSides(pasted, options, progress, exchanged)) {
+        return nullptr;
+    }
+    const DibView& image = exchanged.image ? exchanged.image.view : pasted.image.view;
+    const DibView* const mask = exchanged.mask ? &exchanged.mask.view : pasted.Mask();
+    Pasting pasting = {};
+    if (!MakePasting(base.view, image, mask, options, pasting)) {
+        return nullptr;
+    }
+    NewPicture result = DuplicateDib(base.view, base.view.width, base.view.height, Pixels::kCopied);
+    return result && PasteRows(pasting, result, progress) ? result.Release() : nullptr;
+}
+
+} // namespace qv8

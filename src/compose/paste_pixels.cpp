@@ -1,0 +1,203 @@
+#include "compose/paste_pixels.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "compose/layer_kernels.h"
+#include "frame/area.h"
+#include "frame/bit_copy.h"
+#include "frame/indices.h"
+#include "frame/parts.h"
+#include "frame/planar_chunks.h"
+
+namespace qv8 {
+namespace {
+
+// Up to kPlaces pixels of a row of the base.
+struct Part {
+    int row;
+    int column;
+    int count;
+};
+
+// Pixels of the pasted picture.
+struct Samples {
+    BYTE pixels[kPlaces * 4]; // as they were copied
+    PlanarChunk colours;
+    BYTE isSeen[kPlaces]; // 1, or 0 where the mask or the transparent colour lets the base show
+};
+
+// Fills `samples` by copy(picture, unit, result), which copies the pixels of the picture or its mask.
+template <class Copy>
+void TakeSamples(const Pasting& pasting, int count, Samples& samples, Copy copy) {
+    copy(pasting.pasted.picture, pasting.unit, samples.pixels);
+    if (pasting.mask != nullptr) {
+        copy(*pasting.mask, pasting.maskUnit, samples.isSeen);
+    } else {
+        std::memset(samples.isSeen, 1, kPlaces);
+    }
+    const TransparentColour clear = pasting.transparent;
+    if (pasting.copies && !clear.isGiven) {
+        return;
+    }
+    const PlanarRow colours = samples.colours.Row();
+    DecodePixels(pasting.pasted, samples.pixels, count, colours);
+    for (int i = 0; clear.isGiven && i < count; ++i) {
+        const bool isClear =
+            colours.red[i] == clear.red && colours.green[i] == clear.green && colours.blue[i] == clear.blue;
+        samples.isSeen[i] = isClear ? 0 : samples.isSeen[i];
+    }
+}
+
+bool AllInside(const int* places, int count, int size) {
+    unsigned outside = 0;
+    for (int i = 0; i < count; ++i) {
+        outside |= static_cast<unsigned>(static_cast<unsigned>(places[i]) >= static_cast<unsigned>(size));
+    }
+    return outside == 0;
+}
+
+// Samples at places of which some may be outside: those are not seen.
+void TakeSamplesWithin(const Pasting& pasting, const int* columns, const int* rows, int count, Samples& samples) {
+    const DibView& picture = pasting.pasted.picture;
+    int columnsWithin[kPlaces];
+    int rowsWithin[kPlaces];
+    for (int i = 0; i < count; ++i) {
+        columnsWithin[i] = std::clamp(columns[i], 0, picture.width - 1);
+        rowsWithin[i] = std::clamp(rows[i], 0, picture.height - 1);
+    }
+    TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
+        unit.copyPlaces(from, columnsWithin, rowsWithin, count, result);
+    });
+    for (int i = 0; i < count; ++i) {
+        const bool isInside = columns[i] == columnsWithin[i] && rows[i] == rowsWithin[i];
+        samples.isSeen[i] = isInside ? samples.isSeen[i] : 0;
+    }
+}
+
+// Samples beside others. Where nothing is seen of them they get the base's colours.
+void TakeNeighbours(const Pasting& pasting, const int* columns, const int* rows, int count, const PlanarChunk& ground,
+                    Samples& samples) {
+    const DibView& picture = pasting.pasted.picture;
+    if (AllInside(columns, count, picture.width) && AllInside(rows, count, picture.height)) {
+        TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
+            unit.copyPlaces(from, columns, rows, count, result);
+        });
+        if (pasting.mask == nullptr && !pasting.transparent.isGiven) {
+            return;
+        }
+    } else {
+        TakeSamplesWithin(pasting, columns, rows, count, samples);
+    }
+    const PlanarRow colours = samples.colours.Row();
+    for (int i = 0; i < count; ++i) {
+        const bool isSeen = samples.isSeen[i] != 0;
+        colours.blue[i] = isSeen ? colours.blue[i] : ground.blue[i];
+        colours.green[i] = isSeen ? colours.green[i] : ground.green[i];
+        colours.red[i] = isSeen ? colours.red[i] : ground.red[i];
+    }
+}
+
+// Blends samples with their neighbours, at an edge of what is seen with the base.
+void BlendNeighbours(const Pasting& pasting, const Places& places, int count, const PlanarChunk& ground,
+                     Samples& samples) {
+    Samples beside;
+    Samples above;
+    Samples diagonal;
+    TakeNeighbours(pasting, places.nextColumns, places.rows, count, ground, beside);
+    TakeNeighbours(pasting, places.columns, places.nextRows, count, ground, above);
+    TakeNeighbours(pasting, places.nextColumns, places.nextRows, count, ground, diagonal);
+    const auto blend = [&](BYTE(PlanarChunk::*channel)[kChunkPixels]) {
+        BYTE* const levels = samples.colours.*channel;
+        TheRotationKernels().blend(places, levels, beside.colours.*channel, above.colours.*channel,
+                                   diagonal.colours.*channel, count, levels);
+    };
+    blend(&PlanarChunk::blue);
+    blend(&PlanarChunk::green);
+    blend(&PlanarChunk::red);
+}
+
+// Lays colours over those of the base.
+void ApplyOpacity(const Pasting& pasting, int count, const PlanarChunk& colours, PlanarChunk& ground) {
+    const auto blend = TheLayerKernels().blendLevels;
+    blend(pasting.opacity, colours.blue, ground.blue, count);
+    blend(pasting.opacity, colours.green, ground.green, count);
+    blend(pasting.opacity, colours.red, ground.red, count);
+}
+
+// Writes the indices nearest to the colours.
+bool StoreNearest(Pasting& pasting, const PlanarRow& colours, int count, BYTE* resultRow, int column) {
+    BYTE indices[kPlaces];
+    for (int i = 0; i < count; ++i) {
+        if (!FindNearest(pasting.nearest, colours.red[i], colours.green[i], colours.blue[i], indices[i])) {
+            return false;
+        }
+    }
+    BYTE packed[kPlaces];
+    const int bitCount = pasting.base.picture.bitCount;
+    PackIndices(bitCount, indices, count, packed, 0);
+    const auto bits = static_cast<std::size_t>(bitCount);
+    CopyBits(packed, 0, resultRow, static_cast<std::size_t>(column) * bits, static_cast<std::size_t>(count) * bits);
+    return true;
+}
+
+// Stores pixels from `begin` to before `end`, all of them seen, in these colours.
+bool StoreRun(Pasting& pasting, const Part& part, int begin, int end, const Samples& samples, PlanarChunk& shown,
+              BYTE* resultRow) {
+    const PlanarRow colours = {shown.blue + begin, shown.green + begin, shown.red + begin};
+    if (pasting.base.picture.IsPaletted()) {
+        return StoreNearest(pasting, colours, end - begin, resultRow, part.column + begin);
+    }
+    const PixelFormat& format = pasting.base.format;
+    const auto bytes = static_cast<std::size_t>(format.bytesPerPixel);
+    BYTE* const result = resultRow + static_cast<std::size_t>(part.column + begin) * bytes;
+    if (pasting.copies) {
+        std::memcpy(result, samples.pixels + static_cast<std::size_t>(begin) * bytes,
+                    static_cast<std::size_t>(end - begin) * bytes);
+    } else {
+        format.encode(format.masks, colours, result, end - begin);
+    }
+    return true;
+}
+
+bool PastePart(Pasting& pasting, const Part& part, BYTE* resultRow) {
+    const PastePlacement& placement = pasting.placement;
+    Places places;
+    FindPastePlaces(placement, part.row, part.column, part.count, pasting.smooth, places);
+    Samples samples;
+    TakeSamples(pasting, part.count, samples, [&](const DibView& picture, const PixelUnit& unit, BYTE* result) {
+        CopyPastePixels(placement, places, picture, unit, part.count, result);
+    });
+    PlanarChunk ground;
+    PlanarChunk* shown = &samples.colours;
+    if (pasting.smooth || pasting.opacity != 255) {
+        ReadColours(pasting.base, part.row, part.column, part.count, ground.Row());
+        if (pasting.smooth) {
+            BlendNeighbours(pasting, places, part.count, ground, samples);
+        }
+        if (pasting.opacity != 255) {
+            ApplyOpacity(pasting, part.count, samples.colours, ground);
+            shown = &ground;
+        }
+    }
+    BYTE seen[kPlaces / 8];
+    PackIndices(1, samples.isSeen, part.count, seen, 0);
+    for (int begin = 0, end = 0; NextRun(seen, part.count, begin, end); begin = end) {
+        if (!StoreRun(pasting, part, begin, end, samples, *shown, resultRow)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
+    bool isDone = true;
+    ForEachPart(columns.end - columns.begin, kPlaces, [&](int start, int count) {
+        isDone = isDone && PastePart(pasting, {row, columns.begin + start, count}, resultRow);
+    });
+    return isDone;
+}
+
+} // namespace qv8

@@ -1,0 +1,36 @@
+// The colours of pasted pixels: what is seen of the picture, blended with the base and brought to its format.
+#pragma once
+
+#include "compose/paste_placement.h"
+#include "frame/colour_reader.h"
+#include "frame/nearest_colours.h"
+
+namespace qv8 {
+
+// Pixels of this colour let the base show, when one is given.
+struct TransparentColour {
+    bool isGiven = false;
+    BYTE red = 0;
+    BYTE green = 0;
+    BYTE blue = 0;
+};
+
+struct Pasting {
+    PastePlacement placement;
+    ColourReader base;
+    ColourReader pasted;
+    const DibView* mask; // null without one
+    PixelUnit unit;
+    PixelUnit maskUnit;
+    NearestColours nearest; // of a base with a colour table
+    TransparentColour transparent;
+    BYTE opacity;
+    bool smooth;
+    bool copies; // pixels become the base's as they are
+};
+
+// Lays columns of a row, all of them covered, over the base's in the row of the result. False when memory is short; the
+// status is set.
+bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow);
+
+} // namespace qv8

@@ -1,0 +1,137 @@
+#include "compose/paste_placement.h"
+
+#include <algorithm>
+
+namespace qv8 {
+namespace {
+
+// Columns counted from the middle, `end` not included.
+struct Columns {
+    std::int64_t begin;
+    std::int64_t end;
+
+    void CutTo(std::int64_t first, std::int64_t behind) {
+        begin = std::max(begin, first);
+        end = std::max(begin, std::min(end, behind));
+    }
+};
+
+// A coordinate of the picture along a row of the base, of an exact turn.
+struct ExactLine {
+    std::int64_t start; // at the middle column
+    int step;           // -1, 0 or 1
+
+    std::int64_t At(std::int64_t column) const {
+        return start + step * column;
+    }
+    // Leaves the columns where it is in 0 .. size - 1.
+    void Cut(std::int64_t size, Columns& columns) const {
+        if (step == 0) {
+            columns.end = start >= 0 && start < size ? columns.end : columns.begin;
+        } else {
+            const std::int64_t first = step > 0 ? -start : start - size + 1;
+            columns.CutTo(first, first + size);
+        }
+    }
+};
+
+struct ExactLines {
+    ExactLine column;
+    ExactLine row;
+};
+
+ExactLines ExactLinesOf(const PastePlacement& placement, std::int64_t y) {
+    return {{-placement.source.firstColumn - y * placement.rowStep, placement.columnStep},
+            {-placement.source.firstRow + y * placement.columnStep, placement.rowStep}};
+}
+
+Columns CoveredExactly(const PastePlacement& placement, std::int64_t y, Columns columns) {
+    const ExactLines lines = ExactLinesOf(placement, y);
+    lines.column.Cut(placement.source.width, columns);
+    lines.row.Cut(placement.source.height, columns);
+    return columns;
+}
+
+Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns columns, PasteGuesses& guesses) {
+    const CentredFrame& reach = placement.reach;
+    if (y < reach.firstRow || y >= reach.firstRow + reach.height) {
+        return {0, 0};
+    }
+    columns.CutTo(reach.firstColumn, reach.firstColumn + reach.width);
+    if (columns.begin >= columns.end) {
+        return columns;
+    }
+    const SourceLines lines = SourceLinesOf(placement.turn, static_cast<int>(y));
+    const CentredFrame& source = placement.source;
+    Span inside = {static_cast<int>(columns.begin), static_cast<int>(columns.end)};
+    inside = SpanInside(lines.column, source.firstColumn, source.width, inside, guesses.column);
+    inside = SpanInside(lines.row, source.firstRow, source.height, inside, guesses.row);
+    return {inside.begin, inside.end};
+}
+
+// The frame of the turned picture, with room for what coordinates that are cut off toward zero add on each side, and
+// for those that single precision cannot tell apart.
+CentredFrame ReachOf(const Turn& turn, const CentredFrame& source) {
+    const CentredFrame frame = TurnedFrame(turn, source);
+    const std::int64_t room = 2 + (source.width + source.height) / (1 << 20);
+    return {frame.firstColumn - room, frame.firstRow - room, frame.width + 2 * room, frame.height + 2 * room};
+}
+
+} // namespace
+
+PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angle, int x, int y) {
+    PastePlacement placement = {};
+    placement.baseWidth = base.width;
+    placement.middleColumn = x;
+    placement.middleRow = std::int64_t{base.height} - 1 - y;
+    placement.source = {-((pasted.width - 1) / 2), -(pasted.height / 2), pasted.width, pasted.height};
+    placement.turn = TurnBy(angle);
+    placement.reach = ReachOf(placement.turn, placement.source);
+    placement.isExact = angle % kQuarterTurn == 0;
+    const int quarters = angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
+    constexpr int kColumnSteps[] = {1, 0, -1, 0};
+    placement.columnStep = kColumnSteps[quarters];
+    placement.rowStep = -kColumnSteps[(quarters + 3) & 3];
+    return placement;
+}
+
+Span CoveredColumns(const PastePlacement& placement, int row, PasteGuesses& guesses) {
+    const std::int64_t y = row - placement.middleRow;
+    const Columns base = {-placement.middleColumn, placement.baseWidth - placement.middleColumn};
+    const Columns covered =
+        placement.isExact ? CoveredExactly(placement, y, base) : CoveredFreely(placement, y, base, guesses);
+    if (covered.begin >= covered.end) {
+        return {};
+    }
+    return {static_cast<int>(covered.begin + placement.middleColumn),
+            static_cast<int>(covered.end + placement.middleColumn)};
+}
+
+void FindPastePlaces(const PastePlacement& placement, int row, int column, int count, bool withNeighbours,
+                     Places& places) {
+    const std::int64_t x = column - placement.middleColumn;
+    const std::int64_t y = row - placement.middleRow;
+    if (placement.isExact) {
+        const ExactLines lines = ExactLinesOf(placement, y);
+        places.columns[0] = static_cast<int>(lines.column.At(x));
+        places.rows[0] = static_cast<int>(lines.row.At(x));
+        return;
+    }
+    const Directions directions = {{0, static_cast<int>(-placement.source.firstColumn), 1.0F},
+                                   {0, static_cast<int>(-placement.source.firstRow), 1.0F}};
+    const RotationKernels& kernels = TheRotationKernels();
+    const auto find = withNeighbours ? kernels.findNeighbours : kernels.findPlaces;
+    find(SourceLinesOf(placement.turn, static_cast<int>(y)), directions, static_cast<int>(x), count, places);
+}
+
+void CopyPastePixels(const PastePlacement& placement, const Places& places, const DibView& picture,
+                     const PixelUnit& unit, int count, BYTE* result) {
+    if (placement.isExact) {
+        unit.copyLine(picture, places.columns[0], places.rows[0], placement.columnStep, placement.rowStep, count,
+                      result);
+    } else {
+        unit.copyPlaces(picture, places.columns, places.rows, count, result);
+    }
+}
+
+} // namespace qv8
