@@ -31,10 +31,10 @@ Colour Convolved(const Picture& source, int x, int row, const Kernel& kernel, in
 
 Kernel RandomKernel(Random& random) {
     Kernel kernel = {};
-    const int size = 1 << random.Between(0, 31);
+    const auto most = static_cast<int>((1U << random.Between(0, 31)) - 1);
     for (LONG& weight : kernel) {
         if (!random.Chance(random.Between(1, 4))) {
-            weight = static_cast<LONG>(random.Between(-(size - 1), size - 1));
+            weight = static_cast<LONG>(random.Between(-most, most));
         }
     }
     if (random.Chance(3)) { // a mean, whose sums go up to 255 * 255
