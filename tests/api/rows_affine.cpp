@@ -8,9 +8,11 @@ namespace {
 // Its topmost row is row 1, so that the last report, which names rows from the top of the picture, is the end.
 Result Affine(const Call& call, Parameters& parameters) {
     const LONG slant = parameters.Flag(1) ? 9 : 2; // with the smaller one, some areas are upright enough to be copied
-    const auto near = [&](LONG typical, LONG place) { return parameters.Wild(typical, place, place + slant); };
-    POINT corners[4] = {
-        {near(3, 0), near(4, 12)}, {near(0, 0), near(1, 0)}, {near(8, 14), near(1, 0)}, {near(8, 14), near(4, 12)}};
+    const auto around = [&](LONG typical, LONG place) { return parameters.Wild(typical, place, place + slant); };
+    POINT corners[4] = {{around(3, 0), around(4, 12)},
+                        {around(0, 0), around(1, 0)},
+                        {around(8, 14), around(1, 0)},
+                        {around(8, 14), around(4, 12)}};
     const int one = parameters.Number(0, 0, 3);
     const int other = parameters.Number(0, 0, 3);
     std::swap(corners[one], corners[other]);
