@@ -16,11 +16,9 @@ unsigned BitsAt(const BYTE* source, std::size_t bit, std::size_t count) {
     return bits & 0xFFU;
 }
 
-// Copies bits into one byte of the result, `count` of them from `resultBit` on.
-void CopyIntoByte(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size_t resultBit, std::size_t count) {
-    const std::size_t shift = resultBit % 8;
+// Copies bits into one byte, `count` of them from its bit `shift` on.
+void CopyIntoByte(const BYTE* source, std::size_t sourceBit, BYTE& byte, std::size_t shift, std::size_t count) {
     const unsigned mask = (0xFF00U >> count & 0xFFU) >> shift;
-    BYTE& byte = result[resultBit / 8];
     byte = static_cast<BYTE>((byte & ~mask) | (BitsAt(source, sourceBit, count) >> shift & mask));
 }
 
@@ -39,7 +37,7 @@ void CopyWholeBytes(const BYTE* __restrict source, std::size_t shift, BYTE* __re
 void CopyBits(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size_t resultBit, std::size_t count) {
     const std::size_t head = std::min((8 - resultBit % 8) % 8, count);
     if (head != 0) {
-        CopyIntoByte(source, sourceBit, result, resultBit, head);
+        CopyIntoByte(source, sourceBit, result[resultBit / 8], resultBit % 8, head);
     }
     const std::size_t bytes = (count - head) / 8;
     const std::size_t from = sourceBit + head;
@@ -49,7 +47,7 @@ void CopyBits(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size
     }
     const std::size_t tail = (count - head) % 8;
     if (tail != 0) {
-        CopyIntoByte(source, from + 8 * bytes, result, to + 8 * bytes, tail);
+        CopyIntoByte(source, from + 8 * bytes, result[(to + 8 * bytes) / 8], (to + 8 * bytes) % 8, tail);
     }
 }
 

@@ -66,7 +66,7 @@ public:
             return;
         }
         // A memory context is monochrome until a bitmap of more colours is selected.
-        const HDC model = colours == CanvasColours::kMonochrome ? context_.get() : screen_.get();
+        auto* const model = colours == CanvasColours::kMonochrome ? context_.get() : screen_.get();
         bitmap_.reset(CreateCompatibleBitmap(model, info_.header.biWidth, info_.header.biHeight));
         if (bitmap_) {
             selection_ = Select(context_.get(), bitmap_.get());

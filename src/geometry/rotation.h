@@ -6,6 +6,6 @@
 namespace qv8 {
 
 // The turned picture and mask, or an empty pair with the status set.
-ImageSet RotatePicture(const ImageSet& target, const RotationOptions& options, DWORD progressOwner);
+ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, DWORD progressOwner);
 
 } // namespace qv8

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 #include "frame/mask_canvas.h"
 #include "qv8com.h"
@@ -32,11 +33,8 @@ struct Pieces {
     int count = 0;
     int lines = 1;
 
-    Piece* begin() {
-        return items;
-    }
-    Piece* end() {
-        return items + count;
+    std::span<Piece> All() {
+        return {items, static_cast<std::size_t>(count)};
     }
 };
 
@@ -96,7 +94,7 @@ void PlaceLines(Pieces& pieces, int angle, SIZE box) {
     const POINT corner = ReadingCorner(angle, box.cx, box.cy);
     LONG along = 0;
     int line = 0;
-    for (Piece& piece : pieces) {
+    for (Piece& piece : pieces.All()) {
         along = piece.line == line ? along : 0;
         line = piece.line;
         piece.place = Walk(corner, angle, along, line * piece.extent.cy);
@@ -165,7 +163,8 @@ bool DrawPieces(HDC context, const char* text, const TextStyle& style, SIZE box)
         PlaceLines(pieces, style.angle, box);
     }
     if (!IsSingleLine(text, style)) {
-        return std::all_of(pieces.begin(), pieces.end(),
+        const std::span<Piece> all = pieces.All();
+        return std::all_of(all.begin(), all.end(),
                            [context](const Piece& piece) { return DrawPiece(context, piece, 0); });
     }
     if (pieces.count == 0) {
@@ -211,7 +210,7 @@ bool DrawTextPattern(HGLOBAL pattern, const char* text, const char* faceName, co
     if (!canvas.IsReady()) {
         return Fail(canvas.IsLocked() ? QV8_STATUS_DIALOG : QV8_STATUS_MEMORY);
     }
-    const HDC context = canvas.Context();
+    auto* const context = canvas.Context();
     const LOGFONTA description = FontFor(context, faceName, style, IsSingleLine(text, style));
     font.reset(CreateFontIndirectA(&description));
     if (!font || !canvas.WriteBits()) {

@@ -76,7 +76,7 @@ constexpr FT_ULong kUnknown = 0xFFFD;
 
 // A character of two bytes; of those that cannot be told, the one that stands for them.
 FT_ULong FromTwoBytes(const char* bytes) {
-    const iconv_t converter = iconv_open("UTF-16LE", "CP932");
+    void* const converter = iconv_open("UTF-16LE", "CP932");
     if (converter == reinterpret_cast<iconv_t>(-1)) {
         return kUnknown;
     }
@@ -120,7 +120,7 @@ LONG LoadCharacter(const Qv8Font& font, FT_ULong character) {
         font.face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
         return -1;
     }
-    FT_GlyphSlot const glyph = font.face->glyph;
+    auto* const glyph = font.face->glyph;
     FT_Pos advance = glyph->advance.x;
     if (font.isEmboldened) {
         const FT_Pos strength = std::max<FT_Pos>(font.face->size->metrics.y_ppem * 64L / 24, 64);

@@ -99,7 +99,7 @@ bool DrawOutline(const Line& line, LONG along, Ink ink) {
 
 // The lines under and through a text of that width.
 void DrawBars(const Line& line, LONG width, Ink ink) {
-    const FT_Face face = line.font.face;
+    auto* const face = line.font.face;
     const auto scaled = [face](FT_Pos units) { return FT_MulFix(units, face->size->metrics.y_scale) / 64; };
     const FT_Pos thickness = std::max<FT_Pos>(scaled(face->underline_thickness), 1);
     const auto draw = [&](FT_Pos above) {
