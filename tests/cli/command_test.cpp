@@ -127,8 +127,8 @@ TEST(Command, LaysAPictureOverAnother) {
     const std::string name = folder.Store("in.bmp", in);
     const std::string out = folder.Name("out.bmp");
     ASSERT_EQ(RunQv8({"rgb-rev", name, folder.Name("layer.bmp")}).code, 0);
-    const Outcome outcome = RunQv8(
-        {"layer", "--layer", folder.Name("layer.bmp"), "--x", "3", "--clip", "--transparent", "1,2,3", name, out});
+    const Outcome outcome =
+        RunQv8({"layer", "--x", "3", "--clip", "--transparent", "1,2,3", name, folder.Name("layer.bmp"), out});
     ASSERT_EQ(outcome.code, 0) << outcome.err;
     const Bytes over = folder.Load("layer.bmp");
     const Bytes written = folder.Load("out.bmp");

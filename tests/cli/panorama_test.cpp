@@ -45,7 +45,7 @@ TEST(Panorama, JoinsPartsOfAPicture) {
     const std::string joined = folder.Name("joined.bmp");
     RunQv8({"select-image", "--polygon=0,0 399,0 399,479 0,479", whole, left});
     RunQv8({"create-image", "--width", "640", "--height", "480", base});
-    RunQv8({"layer", "--layer", left, "--clip", base, base});
+    RunQv8({"layer", "--clip", base, left, base});
     RunQv8({"select-image", "--polygon=240,0 639,0 639,479 240,479", whole, right});
     RunQv8({"resize", "--scale", "1.25", "--smooth", right, right});
     RunQv8({"rotation", "--angle", "10", "--smooth", "--background", "255,0,255", right, added});

@@ -44,10 +44,12 @@ void AddMaxPixels(CLI::App& command, FileOptions& files) {
         ->group("Files");
 }
 
-void AddFileOptions(CLI::App& command, Source source, Gives gives, FileOptions& files) {
-    if (source == Source::kPicture) {
-        command.add_option("INPUT", files.input, "picture to read")->required()->type_name("");
-    }
+// Words without an option's name are taken in the order in which they are added: an effect's own come between these.
+void AddInput(CLI::App& command, FileOptions& files) {
+    command.add_option("INPUT", files.input, "picture to read")->required()->type_name("");
+}
+
+void AddOutput(CLI::App& command, Gives gives, FileOptions& files) {
     command.add_option("OUTPUT", files.output, "picture to write: .bmp, .png, .jpg, .jpeg")->required()->type_name("");
     if (gives == Gives::kPictureAndMask) {
         command.add_option("--mask-out", files.maskOutput, "write the mask of the result: .bmp, .png, .jpg, .jpeg")
@@ -121,8 +123,11 @@ void AddEffectCommands(CLI::App& app, Action& action) {
     for (const Effect& effect : AllEffects()) {
         CLI::App* const command = app.add_subcommand(effect.name, effect.help)->group("Effects");
         const auto files = std::make_shared<FileOptions>();
-        AddFileOptions(*command, effect.source, effect.gives, *files);
+        if (effect.source == Source::kPicture) {
+            AddInput(*command, *files);
+        }
         const EffectCall call = effect.addTo(*command);
+        AddOutput(*command, effect.gives, *files);
         command->callback([&action, &effect, call, files] {
             action = [&effect, call, files](std::ostream&) { ApplyEffect(effect, call, *files); };
         });
@@ -158,7 +163,7 @@ void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Actio
     CLI::App* const paste =
         app.add_subcommand("paste", "write the picture that is on the clipboard")->group("Other commands");
     const auto files = std::make_shared<FileOptions>();
-    AddFileOptions(*paste, Source::kNone, Gives::kPicture, *files);
+    AddOutput(*paste, Gives::kPicture, *files);
     paste->callback([&action, files] {
         action = [files](std::ostream&) {
             const ImageFormat format = FormatForName(files->output);

@@ -45,7 +45,7 @@ EffectCall AddLayer(CLI::App& command) {
         bool clip = false;
     };
     auto options = std::make_shared<Options>();
-    command.add_option("--layer", options->layerName, "picture to lay over the input")->required()->type_name("FILE");
+    command.add_option("LAYER", options->layerName, "picture to lay over it")->required()->type_name("");
     command.add_option("--x", options->x, "left edge of the layer in the input")->type_name("COLUMN");
     command.add_option("--y", options->y, "top edge of the layer in the input")->type_name("ROW");
     AddNumber(command, "--opacity", options->opacity, 0, 255, "of the layer");
