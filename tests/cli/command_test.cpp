@@ -161,6 +161,19 @@ TEST(Command, InputMayBeTheOutput) {
     ASSERT_EQ(RunQv8({"rgb-level", "--red", "-300", name, name}).code, 0);
     EXPECT_EQ(folder.Load("a.bmp")[kPixels24 + 2], 0);
     EXPECT_EQ(folder.FileCount(), 1U);
+    // Under another name of the file, which keeps what it was, and through a link, which stays one.
+    const Bytes before = folder.Load("a.bmp");
+    std::filesystem::create_hard_link(folder.Path("a.bmp"), folder.Path("hard.bmp"));
+    ASSERT_EQ(RunQv8({"rgb-rev", folder.Name("hard.bmp"), name}).code, 0);
+    EXPECT_EQ(folder.Load("hard.bmp"), before);
+    EXPECT_NE(folder.Load("a.bmp"), before);
+    std::error_code unsupported;
+    std::filesystem::create_symlink("a.bmp", folder.Path("soft.bmp"), unsupported);
+    if (!unsupported) {
+        ASSERT_EQ(RunQv8({"rgb-rev", folder.Name("soft.bmp"), folder.Name("soft.bmp")}).code, 0);
+        EXPECT_EQ(folder.Load("a.bmp"), before);
+        EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("soft.bmp")));
+    }
 }
 
 TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
@@ -170,6 +183,8 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
     const std::string cut = folder.Store("cut.bmp", Slice(BuildBmp(kForm), 0, 90));
     const std::string other = folder.Store("other.bmp", BuildBmp({.bits = 1, .width = 9, .height = 4}));
     const std::string nowhere = folder.Name("nowhere");
+    const std::string kernel = folder.Store("kernel", Bytes(70000, ' '));
+    const std::string longName(5000, 'n');
     struct Case {
         std::vector<std::string> words;
         int code;
@@ -198,12 +213,54 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         {{"rgb-rev", "--mask", other, in, out}, 3, "9 x 4"},
         {{"info", "/nowhere"}, 3, "/nowhere"},
         {{"rgb-rev", in, nowhere + "/out.bmp"}, 4, "nowhere"},
+        {{"rgb-level", "--red", "", in, out}, 2, "behind --red"},
+        {{"rgb-level", "--red", "1e3", in, out}, 2, "\"1e3\""},
+        {{"rgb-level", "--red", "0x10", in, out}, 2, "\"0x10\""},
+        {{"rgb-level", "--red=5 ", in, out}, 2, "\"5 \""},
+        {{"rgb-gamma", "--red", "1e999", in, out}, 2, "--red"},
+        {{"rotation", "--angle", "nan", in, out}, 2, "--angle"},
+        {{"rotation", "--angle", "360", in, out}, 2, "--angle"},
+        {{"resize", "--scale", "1e30", in, out}, 2, "2147483647 x 2147483647"},
+        {{"resize", "--scale", "-1", in, out}, 2, "--scale"},
+        {{"resize", "--width", "2147483647", in, out}, 2, "limit"},
+        {{"create-image", "--width", "2147483647", "--height", "2147483647", out}, 2, "limit"},
+        {{"rgb-rev", "--max-pixels", "-1", in, out}, 2, "--max-pixels"},
+        {{"rgb-rev", "--mask=", in, out}, 2, "--mask= has no value"},
+        {{"rgb-rev", "", out}, 2, "behind rgb-rev"},
+        {{"rgb-rev", "-in.bmp", out}, 2, "OUTPUT"},
+        {{"rgb-rev", "--", "-in.bmp", out}, 3, "-in.bmp"},
+        {{"rgb-rev", "a\nb\x1B[1m", out}, 3, "a?b?[1m: cannot"},
+        {{"rgb-rev", longName, out}, 3, "nn ... nn"},
+        {{"rgb-rev", in, folder.Name(longName + ".bmp")}, 4, "cannot be written"},
+        {{"rgb-rev", "--ellipse", longName, in, out}, 2, "--ellipse"},
+        {{"custom-filter", "--kernel", folder.Name("."), in, out}, 3, "cannot be read"},
+        {{"custom-filter", "--kernel", kernel, in, out}, 3, "too large"},
+        {{"custom-filter", "--kernel", in, in, out}, 3, "in.bmp"},
+        {{"layer", in, cut, out}, 3, "cut.bmp"},
+        {{"paste-image", "--pasted", in, "--mask", other, "--x=0", "--y=0", in, out}, 3, "9 x 4"},
+        {{"select-image", "--mask-out", folder.Name("./out.bmp"), in, out}, 2, "a file each"},
+        {{"select-image", "--mask-out", out, in, nowhere + "/out.bmp"}, 4, "nowhere"},
     };
     for (const Case& wrong : cases) {
         const Outcome outcome = RunQv8(wrong.words);
         EXPECT_EQ(outcome.code, wrong.code) << outcome.err;
         EXPECT_TRUE(Has(outcome.err, wrong.told)) << outcome.err;
-        EXPECT_EQ(folder.FileCount(), 3U) << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+        EXPECT_EQ(folder.FileCount(), 4U) << outcome.err;
+    }
+    EXPECT_EQ(folder.Load("in.bmp"), BuildBmp(kForm));
+    EXPECT_EQ(RunQv8({"rgb-level", "--red", "010", in, out}).code, 0); // ten, and not eight
+    EXPECT_EQ(Slice(folder.Load("out.bmp"), kPixels24),
+              Slice(ReddenedWhere([](int, int) { return true; }, 10), kPixels24));
+}
+
+TEST(Command, WhatCannotBePrintedIsNoSuccess) {
+    for (const char* word : {"effects", "--help", "--version"}) {
+        std::ostringstream out;
+        std::ostringstream err;
+        out.setstate(std::ios::badbit);
+        EXPECT_EQ(RunCommandLine({word}, out, err), 4) << word;
+        EXPECT_TRUE(Has(err.str(), "standard output"));
     }
 }
 

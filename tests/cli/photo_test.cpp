@@ -82,23 +82,109 @@ TEST(Photo, JpegIsCloseAndItsQualityCounts) {
     }
 }
 
-TEST(Photo, EveryTruncatedFileIsRefused) {
+// The bytes are the first of two of each channel, in the order blue, green, red, alpha; rows stand bottom-up.
+TEST(Photo, EveryFormOfPngIsRead) {
+    struct Case {
+        PngForm form;
+        Bytes data; // each row begins with its filter
+        Bytes pixels;
+    };
+    const Bytes table{1, 2, 3, 4, 5, 6};
+    const Case cases[] = {
+        {{.width = 1, .height = 1, .depth = 16}, {0, 10, 99, 20, 99, 30, 99}, {30, 20, 10, 0}},
+        {{.width = 1, .height = 1, .depth = 16, .colour = 4}, {0, 10, 99, 20, 99}, {10, 10, 10, 20}},
+        {{.width = 3, .height = 1, .depth = 2, .colour = 0}, {0, 0x1B}, {0, 85, 170, 0}},
+        {{.width = 2, .height = 2, .depth = 8, .colour = 0, .interlaced = true},
+         {0, 11, 0, 22, 0, 33, 44}, // the first pass, the sixth and the seventh
+         {33, 44, 0, 0, 11, 22, 0, 0}},
+        {{.width = 2, .height = 1, .depth = 1, .colour = 3, .table = table, .transparency = {7}},
+         {0, 0x40},
+         {3, 2, 1, 7, 6, 5, 4, 255}},
+        {{.width = 1, .height = 1, .colour = 3, .table = table}, {0, 9}, {0, 0, 0, 0}}, // an entry that is not there
+        {{.width = 1, .height = 1, .transparency = {0, 1, 0, 2, 0, 3}}, {0, 1, 2, 3}, {3, 2, 1, 0}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(PixelsOf(Reread(BuildPng(c.form, Stored(c.data)))), c.pixels)
+            << c.form.colour << ", " << c.form.depth;
+    }
+}
+
+std::vector<Bytes> SmallPhotos() {
     const Picture picture = MakePicture(24, 3, 2, RowsFor({}));
-    for (const char* name : {"a.png", "a.jpg"}) {
-        const Bytes file = SavedAs(picture, name);
+    const PngForm interlaced{.width = 5, .height = 5, .depth = 16, .colour = 6, .interlaced = true};
+    const PngForm table{.depth = 4, .colour = 3, .table = {1, 2, 3, 4, 5, 6}, .transparency = {7, 8}};
+    return {SavedAs(picture, "a.png"),
+            SavedAs(picture, "a.jpg"),
+            BuildPng(interlaced, Stored(Bytes(11 + 25 * 8))),
+            BuildPng(table, Stored({0, 1, 0, 0x10})),
+            BuildJpeg(17, 9, 1),
+            BuildJpeg(17, 9, 3)};
+}
+
+// From memory that ends where the file ends, so that a sanitizer sees a read beyond it.
+PhotoReading ReadExactly(const Bytes& file) {
+    const Bytes exact(file.begin(), file.end());
+    return ReadPhoto(exact.data(), exact.size(), 1000);
+}
+
+TEST(Photo, EveryTruncatedFileIsRefused) {
+    for (const Bytes& file : SmallPhotos()) {
+        EXPECT_TRUE(ReadExactly(file).picture);
         // The very last bytes of a PNG are the checksum of its end marker.
         const std::size_t needed = file[0] == 0x89 ? file.size() - 4 : file.size();
         for (std::size_t size = 0; size < needed; ++size) {
-            const Bytes cut = Slice(file, 0, size);
-            ASSERT_FALSE(ReadPhoto(cut.data(), cut.size(), 1000).picture) << name << " cut to " << size;
+            const PhotoReading reading = ReadExactly(Slice(file, 0, size));
+            ASSERT_FALSE(reading.picture) << file.size() << " bytes cut to " << size;
+            ASSERT_NE(reading.error, "");
         }
     }
 }
 
-TEST(Photo, TooManyPixelsAreRefusedBeforeDecoding) {
-    Bytes file = SavedAs(MakePicture(24, 3, 2, RowsFor({})), "a.png");
-    file[18] = 0x40; // 4 million pixels wide, which the data would not bear out
-    EXPECT_NE(ReadPhoto(file.data(), file.size(), 1000).error.find("limit"), std::string::npos);
+TEST(Photo, AnyChangedByteIsSurvived) {
+    for (const Bytes& file : SmallPhotos()) {
+        for (std::size_t at = 2; at < file.size(); ++at) {
+            for (const unsigned change : {0x01U, 0x40U, 0x80U, 0x7FU, 0xFFU}) {
+                Bytes changed = file;
+                changed[at] = static_cast<unsigned char>(changed[at] ^ change);
+                const PhotoReading reading = ReadExactly(changed);
+                ASSERT_NE(static_cast<bool>(reading.picture), !reading.error.empty());
+                if (reading.picture) {
+                    const LockedPicture locked(reading.picture);
+                    EXPECT_LE(locked.Width() * locked.Height(), 1000U);
+                }
+            }
+        }
+    }
+}
+
+// Files of a few bytes that ask for much memory or time.
+TEST(Photo, WhatAFileAsksForIsBounded) {
+    const Bytes few = Stored({0});
+    const Bytes many = PackedZeroes(1 << 24);
+    Bytes longChunk = BuildPng({}, few);
+    Put32(longChunk, 33, 0xFFFFFF7F); // the length of the data, as the first byte is the highest
+    struct Case {
+        Bytes file;
+        const char* words;
+    };
+    const Case cases[] = {
+        {BuildPng({.width = 60000, .height = 60000}, few), "60000 x 60000 pixels are above the limit of 268435456"},
+        {BuildPng({.width = 0xFFFFFFFF, .height = 0xFFFFFFFF}, few), "limit"},
+        {BuildPng({.width = 0}, few), "size"},
+        {BuildPng({.width = 16384, .height = 16384}, few), "too short"},
+        {BuildPng({.width = 1, .height = 1}, many), "more in it"},
+        {BuildPng({.width = 9, .height = 9, .depth = 1, .colour = 0, .interlaced = true}, many), "more in it"},
+        {longChunk, "more in it"},
+        {BuildJpeg(65500, 65500, 1), "limit"},
+        {BuildJpeg(16000, 16000, 3), "too short"},
+        {BuildJpeg(0, 8, 1), "header"},
+        {BuildJpeg(8, 8, 101), "scans"},
+    };
+    for (const Case& c : cases) {
+        const PhotoReading reading = ReadPhoto(c.file.data(), c.file.size(), 1 << 28);
+        EXPECT_FALSE(reading.picture) << c.words;
+        EXPECT_NE(reading.error.find(c.words), std::string::npos) << reading.error;
+    }
 }
 
 TEST(Mask, BeginsAtLuminance128) {

@@ -8,6 +8,7 @@
 #include <qv8platform.h>
 #else
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -82,29 +83,74 @@ TEST(Program, CopiesAndPastes) {
     EXPECT_EQ(Slice(folder.Load("out.bmp"), 54), Slice(folder.Load("24.bmp"), 54));
 }
 #else
-// The program waits for its input in a pipe, so the signal comes before its work begins.
-TEST(Program, CtrlCEndsTheWorkAndLeavesNoFile) {
-    const Folder folder;
-    const std::string in = folder.Name("pipe");
-    const std::string out = folder.Name("out.png");
-    ASSERT_EQ(mkfifo(in.c_str(), 0600), 0);
+// Starts the program in a process of its own, in which `prepare` is called before.
+template <class Prepare>
+pid_t Start(const std::vector<std::string>& words, Prepare prepare) {
     const std::string program = ProgramPath().string();
     const pid_t child = fork();
     if (child == 0) {
-        signal(SIGINT, SIG_DFL);
-        execl(program.c_str(), "qv8", "rgb-rev", in.c_str(), out.c_str(), static_cast<char*>(nullptr));
+        prepare();
+        execl(program.c_str(), "qv8", words[0].c_str(), words[1].c_str(), words[2].c_str(),
+              static_cast<char*>(nullptr));
         _exit(99);
     }
-    const int pipe = open(in.c_str(), O_WRONLY); // opens when the program opens the other end
-    kill(child, SIGINT);
-    const Bytes picture = BuildBmp({});
-    EXPECT_EQ(write(pipe, picture.data(), picture.size()), static_cast<ssize_t>(picture.size()));
-    close(pipe);
+    return child;
+}
+
+int ExitCodeOf(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 130);
-    EXPECT_EQ(folder.FileCount(), 1U);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// The program waits for its input in a pipe, so the signal comes before its work begins.
+TEST(Program, ASignalEndsTheWorkAndLeavesNoFile) {
+    const Folder folder;
+    const std::string in = folder.Name("pipe");
+    ASSERT_EQ(mkfifo(in.c_str(), 0600), 0);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        const pid_t child = Start({"rgb-rev", in, folder.Name("out.png")}, [number] { signal(number, SIG_DFL); });
+        const int pipe = open(in.c_str(), O_WRONLY); // opens when the program opens the other end
+        kill(child, number);
+        const Bytes picture = BuildBmp({});
+        EXPECT_EQ(write(pipe, picture.data(), picture.size()), static_cast<ssize_t>(picture.size()));
+        close(pipe);
+        EXPECT_EQ(ExitCodeOf(child), 130) << number;
+        EXPECT_EQ(folder.FileCount(), 1U);
+    }
+}
+
+// As when a disk is full: the first part of the file can be written.
+TEST(Program, AFullDiskLeavesNoFile) {
+    const Folder folder;
+    const Bytes picture = BuildBmp({.width = 300, .height = 300});
+    const std::string in = folder.Store("in.bmp", picture);
+    for (const char* name : {"out.bmp", "out.png", "in.bmp"}) {
+        const std::string err = folder.Name("err");
+        const pid_t child = Start({"rgb-rev", in, folder.Name(name)}, [&err] {
+            const rlimit limit{1000, 1000};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            dup2(open(err.c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600), STDERR_FILENO);
+        });
+        EXPECT_EQ(ExitCodeOf(child), 4) << name;
+        const Bytes said = folder.Load("err");
+        EXPECT_NE(std::string(said.begin(), said.end()).find(std::string(name) + ": cannot be written"),
+                  std::string::npos);
+        EXPECT_EQ(folder.FileCount(), 2U);
+        EXPECT_EQ(folder.Load("in.bmp"), picture);
+    }
+    EXPECT_EQ(RunQv8({"rgb-rev", in, "/dev/full"}, folder.Path("log"), folder.Path("err")), 2); // has no ending
+    fs::create_symlink("/dev/full", folder.Path("full.bmp"));
+    EXPECT_EQ(RunQv8({"rgb-rev", in, folder.Name("full.bmp")}, folder.Path("log"), folder.Path("err")), 4);
+    EXPECT_EQ(RunQv8({"effects"}, "/dev/full", folder.Path("err")), 4);
+}
+
+TEST(Program, DevicesAreNoPictures) {
+    const Folder folder;
+    for (const char* name : {"/dev/zero", "/dev/null"}) {
+        EXPECT_EQ(RunQv8({"rgb-rev", name, folder.Name("out.bmp")}, folder.Path("log"), folder.Path("err")), 3);
+    }
+    EXPECT_EQ(folder.FileCount(), 2U);
 }
 #endif
 

@@ -1,10 +1,14 @@
 #include "command_line.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <new>
 #include <ostream>
+#include <sstream>
+#include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
@@ -14,8 +18,9 @@
 #include "failure.h"
 #include "image_file.h"
 #include "info.h"
-#include "interrupt.h"
+#include "message.h"
 #include "option_types.h"
+#include "output_file.h"
 #include "progress.h"
 
 namespace {
@@ -40,6 +45,7 @@ using Action = std::function<void(std::ostream& out)>;
 void AddMaxPixels(CLI::App& command, FileOptions& files) {
     command.add_option("--max-pixels", files.maxPixels, "refuse larger pictures")
         ->type_name("N")
+        ->transform(Between(1, std::numeric_limits<std::int64_t>::max()))
         ->capture_default_str()
         ->group("Files");
 }
@@ -59,9 +65,20 @@ void AddOutput(CLI::App& command, Gives gives, FileOptions& files) {
     AddMaxPixels(command, files);
     command.add_option("--quality", files.quality, "of a JPEG output, 1..100")
         ->type_name("N")
-        ->check(Between(1, 100))
+        ->transform(Between(1, 100))
         ->capture_default_str()
         ->group("Files");
+}
+
+// Whether two names mean one file, which need not be there yet.
+bool AreOneFile(const std::string& name, const std::string& other) {
+    std::error_code failed;
+    const auto whole = [&failed](const std::string& text) {
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(PathOf(text), failed), failed);
+    };
+    const bool sameName = whole(name) == whole(other) && !failed;
+    std::error_code unknown;
+    return name == other || sameName || std::filesystem::equivalent(PathOf(name), PathOf(other), unknown);
 }
 
 // Where the pictures of the result go, in what format. All that can be wrong with it is found before the work.
@@ -73,19 +90,25 @@ struct Destination {
     explicit Destination(const FileOptions& options)
         : files(options), format(FormatForName(options.output)),
           maskFormat(options.maskOutput.empty() ? format : FormatForName(options.maskOutput)) {
-        if (options.maskOutput == options.output) {
+        if (!options.maskOutput.empty() && AreOneFile(options.maskOutput, options.output)) {
             throw Failure(kExitUsage, options.output + ": the picture and its mask need a file each");
         }
     }
 
+    // Both files are complete before the first takes its place.
     void Save(const EffectResult& result) const {
-        if (!files.maskOutput.empty()) {
-            if (!result.mask) {
-                throw Failure(kExitUsage, files.maskOutput + ": the result has no mask because the input has none");
-            }
-            SavePicture(result.mask, files.maskOutput, maskFormat, files.quality);
+        if (!files.maskOutput.empty() && !result.mask) {
+            throw Failure(kExitUsage, files.maskOutput + ": the result has no mask because the input has none");
         }
-        SavePicture(result.image, files.output, format, files.quality);
+        std::unique_ptr<OutputFile> mask;
+        if (!files.maskOutput.empty()) {
+            mask = PreparePicture(result.mask, files.maskOutput, maskFormat, files.quality);
+        }
+        const auto image = PreparePicture(result.image, files.output, format, files.quality);
+        if (mask) {
+            mask->Commit();
+        }
+        image->Commit();
     }
 };
 
@@ -185,52 +208,76 @@ std::string WithLeadingZero(const std::string& word) {
     return bare ? "-0" + word.substr(1) : word;
 }
 
+// Behind "--" there are names only, which stay as they are.
 std::vector<std::string> ReversedForParser(const std::vector<std::string>& words) {
-    std::vector<std::string> prepared = JoinPointWords(words);
+    const auto names = std::find(words.begin(), words.end(), "--");
+    std::vector<std::string> prepared = JoinPointWords({words.begin(), names});
     std::transform(prepared.begin(), prepared.end(), prepared.begin(), WithLeadingZero);
+    prepared.insert(prepared.end(), names, words.end());
     std::reverse(prepared.begin(), prepared.end());
     return prepared;
 }
 
-int CarryOut(const Action& action, std::ostream& out, std::ostream& err) {
+// An empty word, such as a variable of a script that was never set makes, would be as good as no word, and the effect
+// another one. Throws a Failure that says where it stands.
+void RefuseEmptyWords(const std::vector<std::string>& words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool isOption = words[i].starts_with("--");
+        if (words[i].empty() || (isOption && words[i].ends_with("="))) {
+            throw Failure(kExitUsage, isOption ? words[i] + " has no value"
+                                               : "an empty word stands behind " + (i > 0 ? words[i - 1] : "qv8"));
+        }
+    }
+}
+
+// Does what the words ask for. Throws a Failure otherwise.
+void RunCommand(const std::vector<std::string>& words, std::ostream& out) {
+    RefuseEmptyWords(words);
+    CLI::App app("Applies an effect to a picture.", "qv8");
+    app.allow_windows_style_options(false); // a word that begins with a slash is a file on every system
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "qv8 " QV8_VERSION);
+    app.footer(kFooter);
+    Action action;
+    AddEffectCommands(app, action);
+    AddOtherCommands(app, action);
+    AddClipboardCommands(app, action);
+    if (NamesUnknownCommand(app, words)) {
+        throw Failure(kExitUsage, "there is no effect \"" + words[0] + R"("; "qv8 effects" lists them)");
+    }
     try {
+        app.parse(ReversedForParser(words));
+    } catch (const CLI::ParseError& error) {
+        std::ostringstream unused;
+        if (app.exit(error, out, unused) != 0) { // 0 when help was asked for, and given
+            throw Failure(kExitUsage, error.what() + std::string(R"(; see "qv8 --help" or "qv8 EFFECT --help")"));
+        }
+    }
+    if (action) {
         action(out);
-        return kExitOk;
-    } catch (const Failure& failure) {
-        err << "qv8: " << failure.what() << "\n";
-        return failure.Code();
-    } catch (const std::bad_alloc&) {
-        err << "qv8: out of memory\n";
-        return kExitEffectFailed;
-    } catch (const std::exception& error) {
-        err << "qv8: " << error.what() << "\n";
-        return kExitEffectFailed;
+    }
+    if (!out.flush()) {
+        throw Failure(kExitOutput, "standard output cannot be written");
     }
 }
 
 } // namespace
 
 int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& err) {
-    CLI::App app("Applies an effect to a picture.", "qv8");
-    app.allow_windows_style_options(false); // a word that begins with a slash is a file on every system
-    app.require_subcommand(1);
-    app.set_version_flag("--version", "qv8 " QV8_VERSION);
-    app.footer(kFooter);
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("qv8: ") + error.what() + "\nRun \"qv8 --help\" or \"qv8 EFFECT --help\".\n";
-    });
-    Action action;
-    AddEffectCommands(app, action);
-    AddOtherCommands(app, action);
-    AddClipboardCommands(app, action);
-    if (NamesUnknownCommand(app, words)) {
-        err << "qv8: there is no effect \"" << words[0] << "\"; \"qv8 effects\" lists them\n";
-        return kExitUsage;
-    }
+    const auto fail = [&err](const std::string& message, ExitCode code) {
+        err << "qv8: " + OneLine(message) + "\n" << std::flush;
+        return code;
+    };
     try {
-        app.parse(ReversedForParser(words));
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, err) == 0 ? kExitOk : kExitUsage;
+        RunCommand(words, out);
+        return kExitOk;
+    } catch (const Failure& failure) {
+        return fail(failure.what(), failure.Code());
+    } catch (const std::bad_alloc&) {
+        return fail("out of memory", kExitEffectFailed);
+    } catch (const std::length_error&) { // more than the system has addresses for
+        return fail("out of memory", kExitEffectFailed);
+    } catch (const std::exception& error) {
+        return fail(error.what(), kExitEffectFailed);
     }
-    return CarryOut(action, out, err);
 }

@@ -46,8 +46,10 @@ EffectCall AddLayer(CLI::App& command) {
     };
     auto options = std::make_shared<Options>();
     command.add_option("LAYER", options->layerName, "picture to lay over it")->required()->type_name("");
-    command.add_option("--x", options->x, "left edge of the layer in the input")->type_name("COLUMN");
-    command.add_option("--y", options->y, "top edge of the layer in the input")->type_name("ROW");
+    command.add_option("--x", options->x, "left edge of the layer in the input")
+        ->type_name("COLUMN")
+        ->transform(Whole());
+    command.add_option("--y", options->y, "top edge of the layer in the input")->type_name("ROW")->transform(Whole());
     AddNumber(command, "--opacity", options->opacity, 0, 255, "of the layer");
     AddColour(command, "--transparent", options->transparent, "colour of the layer that lets the input show");
     AddColour(command, "--background", options->background, "colour where neither picture lies");
@@ -80,8 +82,14 @@ EffectCall AddPasteImage(CLI::App& command) {
         ->type_name("FILE");
     command.add_option("--mask", options->maskName, "picture of its size that marks what is pasted of it")
         ->type_name("FILE");
-    command.add_option("--x", options->x, "where its middle lies in the input")->required()->type_name("COLUMN");
-    command.add_option("--y", options->y, "where its middle lies in the input")->required()->type_name("ROW");
+    command.add_option("--x", options->x, "where its middle lies in the input")
+        ->required()
+        ->type_name("COLUMN")
+        ->transform(Whole());
+    command.add_option("--y", options->y, "where its middle lies in the input")
+        ->required()
+        ->type_name("ROW")
+        ->transform(Whole());
     AddAngle(command, options->degrees);
     command.add_flag("--mirror", options->mirror, "exchange left and right before");
     command.add_flag("--flip", options->flip, "exchange top and bottom before");
@@ -124,7 +132,8 @@ EffectCall AddPanorama(CLI::App& command) {
             ->required()
             ->delimiter(',')
             ->expected(2)
-            ->type_name("x,y");
+            ->type_name("x,y")
+            ->transform(Whole());
     }
     AddChoice(command, "--seam", options->seamMode, {{"none", 0}, {"left", 1}, {"right", 2}},
               "add only what lies left or right of the way from the first point to the other: none, left, right");

@@ -37,9 +37,11 @@ EffectCall AddMosaic(CLI::App& command) {
     auto options = std::make_shared<Options>();
     command.add_option("--width", options->width, "width of a block; 1 makes upright stripes")
         ->type_name("PIXELS")
+        ->transform(Whole())
         ->capture_default_str();
     command.add_option("--height", options->height, "height of a block; not both can be 1")
         ->type_name("PIXELS")
+        ->transform(Whole())
         ->capture_default_str();
     options->area.AddTo(command);
     return [options](const EffectRequest& request) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <memory>
 
 #include "area_options.h"
@@ -44,9 +45,15 @@ Size NewSize(const ResizeOptions& options, const EffectRequest& request) {
         size.height = Scaled(old.height, static_cast<double>(size.width) / old.width);
     }
     if (static_cast<std::uint64_t>(size.width) * static_cast<std::uint64_t>(size.height) > request.maxPixels) {
-        throw Failure(kExitUsage, "that is above the limit of " + std::to_string(request.maxPixels) + " pixels");
+        throw Failure(kExitUsage, "a result of " + std::to_string(size.width) + " x " + std::to_string(size.height) +
+                                      " pixels is above the limit of " + std::to_string(request.maxPixels));
     }
     return size;
+}
+
+std::string CheckScale(const std::string& text) {
+    const bool isAbove0 = CheckFinite(text).empty() && std::strtod(text.c_str(), nullptr) > 0;
+    return isAbove0 ? std::string() : "\"" + text + "\" is not a number above 0";
 }
 
 std::string CheckCorners(const std::string& text) {
@@ -78,12 +85,11 @@ EffectCall AddResize(CLI::App& command) {
     auto options = std::make_shared<ResizeOptions>();
     CLI::Option* const width = command.add_option("--width", options->width, "pixels");
     CLI::Option* const height = command.add_option("--height", options->height, "pixels");
-    width->check(CLI::PositiveNumber);
-    height->check(CLI::PositiveNumber);
+    width->transform(Positive());
+    height->transform(Positive());
     command.add_option("--scale", options->scale, "factor for both sides")
         ->type_name("FACTOR")
-        ->check(CLI::PositiveNumber)
-        ->check(CheckFinite)
+        ->check(CheckScale)
         ->excludes(width)
         ->excludes(height);
     command.add_flag("--smooth", options->smooth, "blend pixels instead of repeating or dropping them");

@@ -61,7 +61,7 @@ EffectCall AddSetSecretImage(CLI::App& command) {
                                   ->check(CheckAscii);
     command.add_option("--font", options->font, "name of the font")->check(CheckAscii);
     command.add_option("--size", options->size, "of the font, in points")
-        ->check(Between(1, 0xFFFF))
+        ->transform(Between(1, 0xFFFF))
         ->capture_default_str();
     for (const auto& [name, value] : {std::pair{"--bold", &options->bold},
                                       {"--italic", &options->italic},
@@ -70,8 +70,11 @@ EffectCall AddSetSecretImage(CLI::App& command) {
         command.add_flag(name, *value);
     }
     command.add_flag("--vertical", options->vertical, "characters below one another");
-    command.add_option("--angle", options->angle, "0, 90, 180 or 270 degrees")->check(CLI::IsMember({0, 90, 180, 270}));
-    command.add_option("--strength", options->strength, "change of luminance")->capture_default_str();
+    command.add_option("--angle", options->angle, "0, 90, 180 or 270 degrees")
+        ->check(CLI::IsMember({"0", "90", "180", "270"}));
+    command.add_option("--strength", options->strength, "change of luminance")
+        ->transform(Whole())
+        ->capture_default_str();
     command.add_option("--rect", options->rectangle, "where the text is; a picture is at its upper left corner")
         ->type_name("l,t,r,b")
         ->check(CheckRectangle);
@@ -99,6 +102,7 @@ EffectCall AddCheckSecretImage(CLI::App& command) {
         ->required()
         ->type_name("FILE");
     command.add_option("--threshold", options->threshold, "least rise of luminance that is shown")
+        ->transform(Whole())
         ->capture_default_str();
     return [options](const EffectRequest& request) -> EffectResult {
         const Picture marked = LoadPicture(options->marked, request.maxPixels).picture;

@@ -1,65 +1,24 @@
 #include "image_file.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 #include <new>
+#include <stdexcept>
 #include <vector>
 
 #include "bmp.h"
 #include "failure.h"
+#include "input_file.h"
 #include "interrupt.h"
-#include "output_file.h"
 #include "photo_codec.h"
+#include "photo_header.h"
 #include "plain_image.h"
 
 namespace {
 
 constexpr std::size_t kLargestFile = 0x7FFFFFFF;
-constexpr std::size_t kChunk = std::size_t{1} << 20;
-
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-Failure ReadFailure(const std::string& name, const std::string& reason) {
-    return Failure(kExitInput, name + ": cannot be read: " + reason);
-}
-
-File OpenForReading(const std::string& name) {
-#ifdef _WIN32
-    File file(_wfopen(PathOf(name).c_str(), L"rb"), std::fclose);
-#else
-    File file(std::fopen(name.c_str(), "rb"), std::fclose);
-#endif
-    if (!file) {
-        throw ReadFailure(name, std::strerror(errno));
-    }
-    return file;
-}
-
-// Piece by piece, so that what has no known size, such as a pipe, can be read as well.
-std::vector<BYTE> ReadWholeFile(const std::string& name) {
-    const File file = OpenForReading(name);
-    std::error_code unknown;
-    const std::uintmax_t expected = std::filesystem::file_size(PathOf(name), unknown);
-    std::vector<BYTE> bytes;
-    if (!unknown && expected <= kLargestFile) {
-        bytes.reserve(static_cast<std::size_t>(expected) + kChunk);
-    }
-    for (std::size_t got = kChunk; got == kChunk;) {
-        const std::size_t before = bytes.size();
-        if (before > kLargestFile) {
-            throw ReadFailure(name, "it is too large");
-        }
-        bytes.resize(before + kChunk);
-        got = std::fread(bytes.data() + before, 1, kChunk, file.get());
-        bytes.resize(before + got);
-    }
-    if (std::ferror(file.get()) != 0) {
-        throw ReadFailure(name, std::strerror(errno));
-    }
-    return bytes;
+bool IsKnownFormat(const std::vector<BYTE>& bytes) {
+    return LooksLikeBmp(bytes.data(), bytes.size()) || LooksLikePng(bytes.data(), bytes.size()) ||
+           LooksLikeJpeg(bytes.data(), bytes.size());
 }
 
 LoadedPicture Decode(const std::vector<BYTE>& bytes, const std::string& name, std::uint64_t maxPixels) {
@@ -76,10 +35,7 @@ LoadedPicture Decode(const std::vector<BYTE>& bytes, const std::string& name, st
     if (LooksLikePng(data, bytes.size())) {
         return checked(ReadPhoto(data, bytes.size(), maxPixels), ImageFormat::kPng);
     }
-    if (LooksLikeJpeg(data, bytes.size())) {
-        return checked(ReadPhoto(data, bytes.size(), maxPixels), ImageFormat::kJpeg);
-    }
-    throw ReadFailure(name, bytes.empty() ? "it is empty" : "it is not a BMP, PNG or JPEG file");
+    return checked(ReadPhoto(data, bytes.size(), maxPixels), ImageFormat::kJpeg);
 }
 
 void WriteBmp(OutputFile& file, const Picture& picture) {
@@ -105,9 +61,20 @@ const char* FormatName(ImageFormat format) {
 }
 
 LoadedPicture LoadPicture(const std::string& name, std::uint64_t maxPixels) {
-    LoadedPicture loaded = Decode(ReadWholeFile(name), name, maxPixels);
-    StopIfInterrupted();
-    return loaded;
+    const auto checkFormat = [&name](const std::vector<BYTE>& start) {
+        if (!IsKnownFormat(start)) {
+            throw ReadFailure(name, start.empty() ? "it is empty" : "it is not a BMP, PNG or JPEG file");
+        }
+    };
+    try {
+        LoadedPicture loaded = Decode(ReadWholeFile(name, kLargestFile, checkFormat), name, maxPixels);
+        StopIfInterrupted();
+        return loaded;
+    } catch (const std::bad_alloc&) {
+        throw ReadFailure(name, "out of memory");
+    } catch (const std::length_error&) { // more than the system has addresses for
+        throw ReadFailure(name, "out of memory");
+    }
 }
 
 ImageFormat FormatForName(const std::string& name) {
@@ -126,13 +93,25 @@ ImageFormat FormatForName(const std::string& name) {
     throw Failure(kExitUsage, name + ": the name of the output must end in .bmp, .png, .jpg or .jpeg");
 }
 
-void SavePicture(const Picture& picture, const std::string& name, ImageFormat format, int quality) {
-    OutputFile file(name);
-    if (format == ImageFormat::kBmp) {
-        WriteBmp(file, picture);
-    } else {
-        WritePhoto(file, picture, name, format, quality);
+std::unique_ptr<OutputFile> PreparePicture(const Picture& picture, const std::string& name, ImageFormat format,
+                                           int quality) {
+    try {
+        auto file = std::make_unique<OutputFile>(name);
+        if (format == ImageFormat::kBmp) {
+            WriteBmp(*file, picture);
+        } else {
+            WritePhoto(*file, picture, name, format, quality);
+        }
+        file->Complete();
+        StopIfInterrupted();
+        return file;
+    } catch (const std::bad_alloc&) {
+        throw Failure(kExitOutput, name + ": cannot be written: out of memory");
+    } catch (const std::length_error&) {
+        throw Failure(kExitOutput, name + ": cannot be written: out of memory");
     }
-    StopIfInterrupted();
-    file.Commit();
+}
+
+void SavePicture(const Picture& picture, const std::string& name, ImageFormat format, int quality) {
+    PreparePicture(picture, name, format, quality)->Commit();
 }

@@ -3,8 +3,10 @@
 #define QV8_TOOL_IMAGE_FILE_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
+#include "output_file.h"
 #include "picture.h"
 
 enum class ImageFormat { kBmp, kPng, kJpeg };
@@ -22,8 +24,12 @@ LoadedPicture LoadPicture(const std::string& name, std::uint64_t maxPixels);
 // The format that the ending of a name asks for. Throws a Failure with kExitUsage when it is not a known one.
 ImageFormat FormatForName(const std::string& name);
 
-// Writes a picture, all of it or nothing. `quality` (1..100) is for JPEG. Throws a Failure with kExitOutput that names
-// the file.
+// Writes a picture under a temporary name; it is in its place after Commit(), and gone otherwise. `quality` (1..100) is
+// for JPEG. Throws a Failure with kExitOutput that names the file.
+std::unique_ptr<OutputFile> PreparePicture(const Picture& picture, const std::string& name, ImageFormat format,
+                                           int quality);
+
+// Writes a picture, all of it or nothing.
 void SavePicture(const Picture& picture, const std::string& name, ImageFormat format, int quality);
 
 #endif

@@ -33,14 +33,17 @@ void WatchForInterrupt() {
 #ifdef _WIN32
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
 #else
-    struct sigaction current {};
-    if (sigaction(SIGINT, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) {
-        return; // whoever started this program in the background does not want it to be interrupted
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction current {};
+        if (sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) {
+            continue; // whoever started this program in the background does not want it to be interrupted
+        }
+        struct sigaction action {};
+        action.sa_handler = OnSignal;
+        action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+        sigaction(number, &action, nullptr);
     }
-    struct sigaction action {};
-    action.sa_handler = OnSignal;
-    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
-    sigaction(SIGINT, &action, nullptr);
+    signal(SIGXFSZ, SIG_IGN); // a file that becomes too large is an error of writing then
 #endif
 }
 

@@ -1,9 +1,9 @@
-// The user's wish to stop: Ctrl-C. The first one is noted, so that work can end in good order; a second one ends the
-// program at once.
+// The wish to stop: Ctrl-C, or a signal that asks to end. The first one is noted, so that work can end in good order; a
+// second one ends the program at once.
 #ifndef QV8_TOOL_INTERRUPT_H
 #define QV8_TOOL_INTERRUPT_H
 
-// From now on Ctrl-C is noted.
+// From now on it is noted.
 void WatchForInterrupt();
 
 bool Interrupted();

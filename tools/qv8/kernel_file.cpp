@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cstdint>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <numeric>
@@ -11,11 +10,12 @@
 #include <vector>
 
 #include "failure.h"
-#include "output_file.h"
+#include "input_file.h"
 
 namespace {
 
 constexpr std::size_t kSide = 9;
+constexpr std::size_t kLargestFile = 1 << 16; // with room for comments
 
 const std::map<std::string, const char*> kNamed = {
     {"blur", "1 1 1\n1 1 1\n1 1 1\n"},
@@ -104,12 +104,8 @@ Kernel LoadKernel(const std::string& name) {
         ParseKernel(named->second, kernel);
         return kernel;
     }
-    std::ifstream file(PathOf(name));
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (!file) {
-        throw Failure(kExitInput, name + ": cannot be read");
-    }
-    const std::string mistake = ParseKernel(text, kernel);
+    const std::vector<BYTE> text = ReadWholeFile(name, kLargestFile, [](const std::vector<BYTE>&) {});
+    const std::string mistake = ParseKernel(std::string(text.begin(), text.end()), kernel);
     if (!mistake.empty()) {
         throw Failure(kExitInput, name + ": " + mistake);
     }

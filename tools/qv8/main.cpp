@@ -33,12 +33,12 @@ std::vector<std::string> Words(int, char**) {
 }
 
 // Shows messages as UTF-8 while it lives.
-class ConsoleEncoding {
+class StandardStreams {
 public:
-    ConsoleEncoding() {
+    StandardStreams() {
         SetConsoleOutputCP(CP_UTF8);
     }
-    ~ConsoleEncoding() {
+    ~StandardStreams() {
         SetConsoleOutputCP(before_);
     }
 
@@ -48,19 +48,32 @@ private:
 
 } // namespace
 #else
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 
 std::vector<std::string> Words(int count, char** words) {
     return count > 1 ? std::vector<std::string>(words + 1, words + count) : std::vector<std::string>();
 }
 
-struct ConsoleEncoding {};
+// Makes what reads or writes a closed standard stream fail. Otherwise the next file that is opened would take its
+// number, and a message could end up in a picture.
+struct StandardStreams {
+    StandardStreams() {
+        for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+            if (fcntl(stream, F_GETFD) == -1) {
+                open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // takes the lowest free number
+            }
+        }
+    }
+};
 
 } // namespace
 #endif
 
 int main(int argc, char** argv) {
-    [[maybe_unused]] const ConsoleEncoding encoding;
+    [[maybe_unused]] const StandardStreams streams;
     WatchForInterrupt();
     return RunCommandLine(Words(argc, argv), std::cout, std::cerr);
 }

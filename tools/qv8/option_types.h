@@ -3,8 +3,10 @@
 #define QV8_TOOL_OPTION_TYPES_H
 
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
+#include <cstdint>
+#include <limits>
 #include <map>
 #include <string>
 
@@ -12,23 +14,44 @@
 
 #include "qv8effect.h"
 
-// Refuses the "nan" and "inf" that the reading of numbers lets pass.
+// Accepts decimal numbers, and nothing else: the reading of numbers takes "nan", "inf" and a word that is empty.
 inline std::string CheckFinite(const std::string& text) {
-    return std::isfinite(std::strtod(text.c_str(), nullptr)) ? std::string() : text + " is not a finite number";
+    double value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    const bool isNumber = error == std::errc() && stop == end && std::isfinite(value);
+    return isNumber ? std::string() : "\"" + text + "\" is not a finite number";
 }
 
-// Accepts whole numbers of a range. The help text of the option is to name it.
-inline CLI::Validator Between(int from, int to) {
-    CLI::Validator range = CLI::Range(from, to);
-    range.description("");
-    return range;
+// Accepts decimal whole numbers of a range, and nothing else: the reading of numbers takes "010" for eight. The help
+// text of the option is to name the range. For transform().
+inline CLI::Validator Between(std::int64_t from, std::int64_t to) {
+    const auto read = [from, to](std::string& text) {
+        std::int64_t value = 0;
+        const char* const end = text.data() + text.size();
+        const auto [stop, error] = std::from_chars(text.data(), end, value);
+        if (error != std::errc() || stop != end || value < from || value > to) {
+            return "\"" + text + "\" is not a whole number from " + std::to_string(from) + " to " + std::to_string(to);
+        }
+        text = std::to_string(value);
+        return std::string();
+    };
+    return CLI::Validator(read, "");
+}
+
+// All that an int can be.
+inline CLI::Validator Whole() {
+    return Between(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+}
+inline CLI::Validator Positive() {
+    return Between(1, std::numeric_limits<int>::max());
 }
 
 // Adds a whole number of a range.
 inline void AddNumber(CLI::App& command, const char* name, DWORD& value, int from, int to, const std::string& help) {
     command.add_option(name, value, help + ", " + std::to_string(from) + ".." + std::to_string(to))
         ->type_name("N")
-        ->check(Between(from, to))
+        ->transform(Between(from, to))
         ->capture_default_str();
 }
 
@@ -49,13 +72,14 @@ inline CLI::Option* AddChoice(CLI::App& command, const char* name, DWORD& value,
 // Adds red, green and blue as one option.
 inline CLI::Option* AddColour(CLI::App& command, const char* name, std::array<DWORD, 3>& colour,
                               const std::string& help) {
-    return command.add_option(name, colour, help)->delimiter(',')->type_name("r,g,b")->check(Between(0, 255));
+    return command.add_option(name, colour, help)->delimiter(',')->type_name("r,g,b")->transform(Between(0, 255));
 }
 
 // Adds degrees to the left.
 inline void AddAngle(CLI::App& command, double& degrees) {
     command.add_option("--angle", degrees, "degrees to the left, -359.99 .. 359.99, in hundredths")
         ->type_name("DEGREES")
+        ->check(CheckFinite)
         ->check(CLI::Range(-359.99, 359.99).description(""));
 }
 inline LONG Hundredths(double degrees) {

@@ -68,8 +68,11 @@ fs::path PathOf(const std::string& name) {
 }
 
 OutputFile::OutputFile(const std::string& name) : name_(name), target_(Target(PathOf(name))) {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(target_, ignored);
+    std::error_code failed;
+    const fs::file_status status = fs::status(target_, failed);
+    if (!fs::status_known(status)) { // such as a link to itself, or a name that is too long
+        Fail(failed.message());
+    }
     if (fs::is_directory(status)) {
         Fail("it is a folder");
     }
@@ -115,13 +118,16 @@ void OutputFile::Write(const void* bytes, std::size_t size) {
     }
 }
 
-void OutputFile::Commit() {
+void OutputFile::Complete() {
     std::FILE* const file = file_;
     file_ = nullptr;
     if (std::fclose(file) != 0) {
         Fail(std::generic_category().message(errno));
     }
     TakePermissions(target_, temporary_);
+}
+
+void OutputFile::Commit() {
     std::error_code failed;
     fs::rename(temporary_, target_, failed);
     if (failed) {

@@ -22,7 +22,10 @@ public:
 
     void Write(const void* bytes, std::size_t size);
 
-    // Puts the file in its place, over a file that is there.
+    // Ends the writing. What could not be written shows here at the latest.
+    void Complete();
+
+    // Puts the complete file in its place, over a file that is there.
     void Commit();
 
 private:

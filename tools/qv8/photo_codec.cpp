@@ -1,10 +1,14 @@
 #include "photo_codec.h"
 
+#include <algorithm>
 #include <climits>
 #include <memory>
 
 #include <stb/stb_image.h>
 #include <stb/stb_image_write.h>
+
+#include "photo_header.h"
+#include "stb_memory.h"
 
 namespace {
 
@@ -12,9 +16,27 @@ constexpr std::size_t kLargestJpegSide = 65535;
 
 using Samples = std::unique_ptr<BYTE, void (*)(void*)>;
 
-std::string Reason() {
-    const char* const reason = stbi_failure_reason();
-    return std::string("it cannot be decoded") + (reason != nullptr ? std::string(": ") + reason : std::string());
+std::string Reason(const DecoderMemoryLimit& limit) {
+    if (limit.WasReached()) {
+        return "there is more in it than its header says";
+    }
+    if (limit.WasShort()) {
+        return "out of memory";
+    }
+    const char* const known = stbi_failure_reason();
+    const std::string reason = known != nullptr ? known : "";
+    const auto isPrintable = [](char c) { return c >= ' ' && c <= '~'; }; // it may quote the file
+    const bool isWords = !reason.empty() && std::all_of(reason.begin(), reason.end(), isPrintable);
+    return "it cannot be decoded" + (isWords ? ": " + reason : std::string());
+}
+
+// The decoder keeps at most 8 bytes of a pixel in a block, in pictures of whole units of 32 x 32 pixels, and doubles a
+// block that is too small; the compressed data it collects in a block of their own. Its tables take the last part.
+std::size_t LargestBlockFor(const PhotoHeader& header, std::size_t fileSize) {
+    constexpr std::uint64_t kTables = 1 << 16;
+    const std::uint64_t pixels = (header.width + 32) * (header.height + 32);
+    const std::uint64_t block = std::min(pixels, std::uint64_t{1} << 32) * 16 + 2 * fileSize + kTables;
+    return static_cast<std::size_t>(std::min<std::uint64_t>(block, SIZE_MAX));
 }
 
 void Append(void* context, void* data, int size) {
@@ -34,32 +56,22 @@ bool FitsEncoder(const PlainImage& image) {
 
 } // namespace
 
-bool LooksLikePng(const BYTE* bytes, std::size_t size) {
-    return size >= 4 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G';
-}
-
-bool LooksLikeJpeg(const BYTE* bytes, std::size_t size) {
-    return size >= 3 && bytes[0] == 0xFF && bytes[1] == 0xD8 && bytes[2] == 0xFF;
-}
-
 PhotoReading ReadPhoto(const BYTE* bytes, std::size_t size, std::uint64_t maxPixels) {
     if (size > INT_MAX) {
         return Refused("it is too large");
     }
+    PhotoHeader header;
+    if (const std::string objection = CheckPhotoHeader(bytes, size, maxPixels, header); !objection.empty()) {
+        return Refused(objection);
+    }
+    const DecoderMemoryLimit limit(LargestBlockFor(header, size));
     int width = 0;
     int height = 0;
     int channels = 0;
-    if (stbi_info_from_memory(bytes, static_cast<int>(size), &width, &height, &channels) == 0) {
-        return Refused(Reason());
-    }
-    if (static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) > maxPixels) {
-        return Refused(std::to_string(width) + " x " + std::to_string(height) + " pixels are above the limit of " +
-                       std::to_string(maxPixels));
-    }
     const Samples samples(stbi_load_from_memory(bytes, static_cast<int>(size), &width, &height, &channels, 0),
                           stbi_image_free);
     if (!samples) {
-        return Refused(Reason());
+        return Refused(Reason(limit));
     }
     Picture picture = PictureFromSamples(samples.get(), static_cast<std::size_t>(width),
                                          static_cast<std::size_t>(height), static_cast<std::size_t>(channels));

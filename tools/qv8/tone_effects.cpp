@@ -47,7 +47,9 @@ EffectCall AddGamma(CLI::App& command, const Names& options, const Names& names,
 EffectCall AddLevel(CLI::App& command, const Names& options, const Names& names, LevelFunction* function) {
     auto channels = std::make_shared<ChannelOptions<LONG>>();
     for (std::size_t i = 0; i < 3; ++i) {
-        command.add_option(options[i], channels->values[i], std::string("added to ") + names[i])->type_name("LEVEL");
+        command.add_option(options[i], channels->values[i], std::string("added to ") + names[i])
+            ->type_name("LEVEL")
+            ->transform(Whole());
     }
     channels->area.AddTo(command);
     return [=](const EffectRequest& request) { return CallOnChannels(function, *channels, channels->values, request); };
@@ -97,7 +99,9 @@ EffectCall AddChroma(CLI::App& command) {
         AreaOptions area;
     };
     auto options = std::make_shared<Options>();
-    command.add_option("--amount", options->amount, "change in percent, -100 (grey) .. 1000")->type_name("PERCENT");
+    command.add_option("--amount", options->amount, "change in percent, -100 (grey) .. 1000")
+        ->type_name("PERCENT")
+        ->transform(Whole());
     options->area.AddTo(command);
     return [options](const EffectRequest& request) {
         return CallOnArea(QV8Chroma, options->area, request, options->amount);
