@@ -23,6 +23,11 @@ struct Call {
     Area area;
     DWORD progressOwner = 1; // nobody's
     DWORD_PTR dialog[3] = {0, 0, 0};
+    bool omitTarget = false; // a null pointer in place of the pair
+
+    const ImageSet* Target() const {
+        return omitTarget ? nullptr : &target;
+    }
 };
 
 struct Result {
@@ -31,14 +36,32 @@ struct Result {
     bool succeeded = false; // as the export's own result tells
 };
 
-// The effect's own parameters: typical ones, or random ones in the given range, both ends included.
+// The effect's own parameters: typical ones, random ones in the given range, both ends included, or hostile ones, which
+// keep to no range and have null pointers among them.
 class Parameters {
 public:
     Parameters() = default;
-    explicit Parameters(Random& random) : random_(&random) {}
+    explicit Parameters(Random& random, bool hostile = false) : random_(&random), hostile_(hostile) {}
 
-    int Number(int typical, int low, int high) {
-        return random_ != nullptr ? random_->Between(low, high) : typical;
+    int Number(int typical, int low, int high);
+    // One of the values; the first is the typical one.
+    template <class Value, std::size_t kCount>
+    Value OneOf(const Value (&values)[kCount]) {
+        const Value value = values[Index(kCount)];
+        return hostile_ && random_->Chance(20) ? static_cast<Value>(Number(0, 0, 0)) : value;
+    }
+    // A place in a list; the first is the typical one.
+    std::size_t Index(std::size_t count) {
+        return random_ != nullptr ? static_cast<std::size_t>(random_->Between(0, static_cast<int>(count) - 1)) : 0;
+    }
+    template <class Object>
+    Object* Pointer(Object* object) {
+        return hostile_ && random_->Chance(10) ? nullptr : object;
+    }
+    // Characters of all kinds, in hostile calls only.
+    std::string Text(int longest);
+    bool IsHostile() const {
+        return hostile_;
     }
     BOOL Flag(BOOL typical) {
         return Number(typical, 0, 1) != 0 ? Number(1, 1, 300) : 0;
@@ -50,6 +73,7 @@ public:
 
 private:
     Random* random_ = nullptr;
+    bool hostile_ = false;
 };
 
 enum class AreaUse {
@@ -65,6 +89,7 @@ enum class AreaUse {
 enum : unsigned {
     kOnClipboard = 1, // works on the clipboard, which all threads share; its last report is one step short of the end
     kUnframed = 2,    // no progress, no dialog, and status 0 whatever happens
+    kKeepsStatus = 4, // in one case of bad parameters the status stays what it was
 };
 
 struct Export {
@@ -115,9 +140,8 @@ std::span<const Export> Exports();
 template <class Function, class... OwnParameters>
 auto CallWithArea(Function* function, const Call& call, OwnParameters... parameters) {
     const Area& area = call.area;
-    return function(&call.target, area.type, area.omitPoints ? nullptr : area.points.data(),
-                    static_cast<int>(area.points.size()), &area.rect, area.inside, parameters..., call.progressOwner,
-                    call.dialog[0], call.dialog[1], call.dialog[2]);
+    return function(call.Target(), area.type, area.Points(), area.Count(), area.Rect(), area.inside, parameters...,
+                    call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
 }
 
 constexpr int kUntouched = 77; // no status: what the tests set before each call
@@ -146,6 +170,7 @@ struct Outcome {
 // Calls the export with status kUntouched before.
 Outcome CallExport(const Export& row, const Call& call, Parameters parameters = {});
 // As CallExport under watch, with all that is left behind checked: nothing but the result, and no lock.
-Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& failure = {});
+Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& failure = {},
+                    const Parameters& parameters = {});
 
 } // namespace test

@@ -13,8 +13,8 @@ Result Affine(const Call& call, Parameters& parameters) {
                         {around(0, 0), around(1, 0)},
                         {around(8, 14), around(1, 0)},
                         {around(8, 14), around(4, 12)}};
-    const int one = parameters.Number(0, 0, 3);
-    const int other = parameters.Number(0, 0, 3);
+    const std::size_t one = parameters.Index(4);
+    const std::size_t other = parameters.Index(4);
     std::swap(corners[one], corners[other]);
     return Single(QV8Affine(call.target.hImage, corners[0].x, corners[0].y, corners[1].x, corners[1].y, corners[2].x,
                             corners[2].y, corners[3].x, corners[3].y, call.progressOwner, call.dialog[0],
@@ -22,7 +22,7 @@ Result Affine(const Call& call, Parameters& parameters) {
 }
 
 constexpr Export kRows[] = {
-    {"QV8Affine", kAcceptAll, AreaUse::kNone, kBadPicture, kBadPicture, Affine},
+    {"QV8Affine", kAcceptAll, AreaUse::kNone, kBadPicture, kBadPicture, Affine, false, kBadPicture, kKeepsStatus},
 };
 
 } // namespace

@@ -5,7 +5,7 @@ namespace {
 
 Result ConvertColor(const Call& call, Parameters& parameters) {
     static constexpr DWORD kTargets[] = {24, 32, 16, QV8_DEPTH_GREY, 8, 4, 1};
-    DWORD depth = kTargets[parameters.Number(0, 0, 6)];
+    DWORD depth = parameters.OneOf(kTargets);
     if (depth == static_cast<DWORD>(call.bits)) {
         depth = call.bits == 24 ? 32 : 24;
     }
@@ -17,7 +17,8 @@ Result ConvertColor(const Call& call, Parameters& parameters) {
 }
 
 constexpr Export kRows[] = {
-    {"QV8ConvertColor", kAcceptAll, AreaUse::kNone, kUntouched, kBadParameter, ConvertColor},
+    {"QV8ConvertColor", kAcceptAll, AreaUse::kNone, kUntouched, kBadParameter, ConvertColor, false, kBadPicture,
+     kKeepsStatus},
 };
 
 } // namespace

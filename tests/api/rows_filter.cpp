@@ -13,7 +13,8 @@ Result CustomFilter(const Call& call, Parameters& parameters) {
     const BOOL red = parameters.Flag(1);
     const BOOL green = parameters.Flag(1);
     const BOOL blue = parameters.Flag(1);
-    return Single(CallWithArea(QV8CustomFilter, call, kernel, divisor, offset, red, green, blue));
+    return Single(
+        CallWithArea(QV8CustomFilter, call, parameters.Pointer(&kernel[0]), divisor, offset, red, green, blue));
 }
 
 Result Sharp(const Call& call, Parameters& parameters) {

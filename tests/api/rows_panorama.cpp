@@ -6,7 +6,7 @@ namespace {
 // Points of the base stay close together, so that no result of the scaling is large.
 Result Panorama(const Call& call, Parameters& parameters) {
     static constexpr DWORD kSeams[] = {1, 2, 0, 3, 0xFFFFFF02};
-    const DWORD seamMode = kSeams[parameters.Number(0, 0, 4)];
+    const DWORD seamMode = parameters.OneOf(kSeams);
     const LONG a1x = parameters.Number(1, -3, 20);
     const LONG a1y = parameters.Number(1, -3, 20);
     const LONG a2x = parameters.Number(6, -3, 20);

@@ -17,7 +17,7 @@ Size SizeOf(Parameters& parameters) {
 
 Result Resize(const Call& call, Parameters& parameters) {
     const auto [width, height, smooth] = SizeOf(parameters);
-    const ImageSet result = QV8Resize(&call.target, width, height, smooth, call.progressOwner, call.dialog[0],
+    const ImageSet result = QV8Resize(call.Target(), width, height, smooth, call.progressOwner, call.dialog[0],
                                       call.dialog[1], call.dialog[2]);
     return {result.hImage, result.hMask, result.hImage != nullptr};
 }
@@ -25,8 +25,12 @@ Result Resize(const Call& call, Parameters& parameters) {
 Result ResizeEx(const Call& call, Parameters& parameters) {
     const auto [width, height, smooth] = SizeOf(parameters);
     ImageSet result = {&result, &result}; // to be overwritten on every path
-    const BOOL succeeded = QV8ResizeEx(&call.target, &result, width, height, smooth, call.progressOwner, call.dialog[0],
+    ImageSet* const stored = parameters.Pointer(&result);
+    const BOOL succeeded = QV8ResizeEx(call.Target(), stored, width, height, smooth, call.progressOwner, call.dialog[0],
                                        call.dialog[1], call.dialog[2]);
+    if (stored == nullptr) {
+        return {nullptr, nullptr, succeeded != 0};
+    }
     return {result.hImage, result.hMask, succeeded != 0};
 }
 

@@ -7,7 +7,7 @@ namespace {
 template <class Rotate>
 auto WithParameters(const Call& call, Parameters& parameters, Rotate rotate) {
     static constexpr LONG kAngles[] = {3000, 0, 9000, -9000, 18000, -18000, 27000, -27000};
-    LONG angle = kAngles[parameters.Number(0, 0, 7)];
+    LONG angle = parameters.OneOf(kAngles);
     angle = parameters.Flag(0) ? parameters.Wild(3000, -36100, 36100) : angle;
     const BOOL mirror = parameters.Flag(1);
     const BOOL flip = parameters.Flag(1);
@@ -22,15 +22,19 @@ auto WithParameters(const Call& call, Parameters& parameters, Rotate rotate) {
 
 Result Rotation(const Call& call, Parameters& parameters) {
     const ImageSet result =
-        WithParameters(call, parameters, [&](auto... arguments) { return QV8Rotation(&call.target, arguments...); });
+        WithParameters(call, parameters, [&](auto... arguments) { return QV8Rotation(call.Target(), arguments...); });
     return {result.hImage, result.hMask, result.hImage != nullptr};
 }
 
 Result RotationEx(const Call& call, Parameters& parameters) {
     int untouched = 0;
     ImageSet result = {&untouched, &untouched}; // to be overwritten whatever happens
+    ImageSet* const stored = parameters.Pointer(&result);
     const BOOL succeeded = WithParameters(
-        call, parameters, [&](auto... arguments) { return QV8RotationEx(&call.target, &result, arguments...); });
+        call, parameters, [&](auto... arguments) { return QV8RotationEx(call.Target(), stored, arguments...); });
+    if (stored == nullptr) {
+        return {nullptr, nullptr, succeeded != 0};
+    }
     EXPECT_EQ(succeeded, result.hImage != nullptr ? 1 : 0);
     return {result.hImage, result.hMask, succeeded != 0};
 }

@@ -11,23 +11,23 @@ Result Pair(const ImageSet& set, bool succeeded) {
 }
 
 template <class Function, class... OwnParameters>
-Result CallWithShape(Function* function, const Call& call, OwnParameters... parameters) {
+Result CallWithShape(Function* function, const Call& call, OwnParameters... own) {
     const Area& area = call.area;
-    const ImageSet set = function(call.target.hImage, area.type, area.omitPoints ? nullptr : area.points.data(),
-                                  static_cast<int>(area.points.size()), &area.rect, area.inside, parameters...,
-                                  call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
+    const ImageSet set = function(call.target.hImage, area.type, area.Points(), area.Count(), area.Rect(), area.inside,
+                                  own..., call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
     return Pair(set, set.hImage != nullptr);
 }
 
 // The same through a pointer to what must be overwritten in any case.
 template <class Function, class... OwnParameters>
-Result CallExWithShape(Function* function, const Call& call, OwnParameters... parameters) {
+Result CallExWithShape(Function* function, const Call& call, Parameters& parameters, OwnParameters... own) {
     const Area& area = call.area;
     ImageSet set = {call.target.hImage, &set};
-    const BOOL succeeded = function(call.target.hImage, &set, area.type, area.omitPoints ? nullptr : area.points.data(),
-                                    static_cast<int>(area.points.size()), &area.rect, area.inside, parameters...,
-                                    call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
-    return Pair(set, succeeded != FALSE);
+    ImageSet* const stored = parameters.Pointer(&set);
+    const BOOL succeeded =
+        function(call.target.hImage, stored, area.type, area.Points(), area.Count(), area.Rect(), area.inside, own...,
+                 call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
+    return stored != nullptr ? Pair(set, succeeded != FALSE) : Result{nullptr, nullptr, succeeded != FALSE};
 }
 
 DWORD Level(Parameters& parameters, int typical) {
@@ -43,7 +43,7 @@ Result SelectImage(const Call& call, Parameters& parameters) {
 Result SelectImageEx(const Call& call, Parameters& parameters) {
     const DWORD red = Level(parameters, 250);
     const DWORD green = Level(parameters, 120);
-    return CallExWithShape(QV8SelectImageEx, call, red, green, Level(parameters, 60));
+    return CallExWithShape(QV8SelectImageEx, call, parameters, red, green, Level(parameters, 60));
 }
 
 struct KeyParameters {
@@ -61,7 +61,8 @@ Result AutoSelectImage(const Call& call, Parameters& parameters) {
 
 Result AutoSelectImageEx(const Call& call, Parameters& parameters) {
     const KeyParameters key(parameters);
-    return CallExWithShape(QV8AutoSelectImageEx, call, key.red, key.green, key.blue, key.mode, key.tolerance);
+    return CallExWithShape(QV8AutoSelectImageEx, call, parameters, key.red, key.green, key.blue, key.mode,
+                           key.tolerance);
 }
 
 constexpr Export kRows[] = {

@@ -18,6 +18,18 @@ struct Area {
     RECT rect = {};
     BOOL inside = 1;
     bool omitPoints = false; // a null pointer in their place
+    bool omitRect = false;
+    int fewer = 0; // points that are there but not counted; above their number, the count is below 0
+
+    const POINT* Points() const {
+        return omitPoints ? nullptr : points.data();
+    }
+    int Count() const {
+        return static_cast<int>(points.size()) - fewer;
+    }
+    const RECT* Rect() const {
+        return omitRect ? nullptr : &rect;
+    }
 };
 
 enum class AreaForm { kWhole, kMask, kPolygonInside, kPolygonOutside, kEllipseInside, kEllipseOutside };

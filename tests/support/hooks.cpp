@@ -34,6 +34,7 @@ struct State {
 
 // Watched calls run on one thread; others may pass through the replacements while nothing is watched.
 std::atomic<State*> watching = nullptr;
+std::atomic<SIZE_T> largestBlock = ~SIZE_T{0};
 
 #ifndef _WIN32
 template <class Function>
@@ -85,7 +86,7 @@ using namespace test::hooks;
 extern "C" {
 
 HGLOBAL QV8_HOOK_API QV8_HOOK(GlobalAlloc)(UINT flags, SIZE_T bytes) {
-    if (Fails(Kind::kAllocation)) {
+    if (Fails(Kind::kAllocation) || (watching != nullptr && bytes > largestBlock)) {
         return nullptr;
     }
     const HGLOBAL block = QV8_REAL(GlobalAlloc)(flags, bytes);
@@ -390,6 +391,10 @@ Report Watch(const Failure& failure, const std::function<void()>& call) {
     }
     state.report.drawingObjects = static_cast<int>(state.drawingObjects.size());
     return std::move(state.report);
+}
+
+void LimitBlocks(SIZE_T bytes) {
+    largestBlock = bytes;
 }
 
 void Aside(const std::function<void()>& act) {

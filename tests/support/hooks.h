@@ -76,6 +76,9 @@ struct Report {
 // Runs `call` under watch. Dialogs are not really opened meanwhile, and progress without an owner is not passed on.
 Report Watch(const Failure& failure, const std::function<void()>& call);
 
+// From now on watched calls get no block of more than these bytes.
+void LimitBlocks(SIZE_T bytes);
+
 // Runs `act` in the middle of a watched call as if nobody watched: what a test does there itself.
 void Aside(const std::function<void()>& act);
 

@@ -283,6 +283,22 @@ testing::AssertionResult Holds(HGLOBAL block, const Picture& expected) {
     return failure << " in " << expected.Width() << " x " << expected.Height() << " at " << expected.Bits() << " bits";
 }
 
+testing::AssertionResult IsSound(HGLOBAL block, bool orMore) {
+    const Picture picture{ReadBlock(block)};
+    if (picture.bytes.size() < kHeaderBytes || (GlobalFlags(block) & 0xFFU) != 0) {
+        return testing::AssertionFailure() << "locked, or without a header";
+    }
+    static constexpr int kDepths[] = {1, 4, 8, 16, 24, 32};
+    const bool isDepth = std::find(std::begin(kDepths), std::end(kDepths), picture.Bits()) != std::end(kDepths);
+    if (!isDepth || picture.Width() < 1 || picture.Height() < 1) {
+        return testing::AssertionFailure() << picture.Width() << " x " << picture.Height() << " at " << picture.Bits();
+    }
+    const std::size_t size = picture.PixelOffset() + picture.RowBytes() * static_cast<std::size_t>(picture.Height());
+    const bool fits = orMore ? size <= picture.bytes.size() : size == picture.bytes.size();
+    return (fits ? testing::AssertionSuccess() : testing::AssertionFailure())
+           << size << " bytes described, " << picture.bytes.size() << " there";
+}
+
 std::uint64_t Hash(const Bytes& bytes, std::uint64_t seed) {
     std::uint64_t hash = seed;
     for (const BYTE byte : bytes) {

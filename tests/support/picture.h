@@ -133,6 +133,9 @@ private:
 // Whether the block holds exactly this picture, unlocked.
 testing::AssertionResult Holds(HGLOBAL block, const Picture& expected);
 
+// Whether the block holds a picture that its header describes, and nothing else unless `orMore`.
+testing::AssertionResult IsSound(HGLOBAL block, bool orMore = false);
+
 std::uint64_t Hash(const Bytes& bytes, std::uint64_t seed);
 constexpr std::uint64_t kHashSeed = 0xCBF29CE484222325ULL;
 
