@@ -9,8 +9,16 @@ target_include_directories(qv8_flags INTERFACE ${PROJECT_SOURCE_DIR}/include)
 
 if(QV8_SANITIZE)
   target_compile_options(qv8_flags INTERFACE -fsanitize=${QV8_SANITIZE} -fno-sanitize-recover=all
-                         -fno-omit-frame-pointer)
+                         -fno-omit-frame-pointer
+                         # handles are pointers to types that only their makers know
+                         $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
   target_link_options(qv8_flags INTERFACE -fsanitize=${QV8_SANITIZE})
+endif()
+
+# What the fuzzers follow on its way through the code. Linked by what is to be tested, and not by the tests.
+add_library(qv8_followed INTERFACE)
+if(QV8_BUILD_FUZZERS)
+  target_compile_options(qv8_followed INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 if(WIN32)

@@ -89,6 +89,7 @@ enum class AreaUse {
 enum : unsigned {
     kOnClipboard = 1, // works on the clipboard, which all threads share; its last report is one step short of the end
     kUnframed = 2,    // no progress, no dialog, and status 0 whatever happens
+    kDrawsText = 8,   // which the system may be unable to do
     kKeepsStatus = 4, // in one case of bad parameters the status stays what it was
 };
 

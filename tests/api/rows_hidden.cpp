@@ -44,7 +44,8 @@ Result CheckSecretImage(const Call& call, Parameters& parameters) {
 }
 
 constexpr Export kRows[] = {
-    {"QV8SetSecretImage", kAccept24, AreaUse::kNone, kBadPicture, kBadPicture, SetSecretImage},
+    {"QV8SetSecretImage", kAccept24, AreaUse::kNone, kBadPicture, kBadPicture, SetSecretImage, false, kBadPicture,
+     kDrawsText},
     {"QV8CheckSecretImage", kAccept24, AreaUse::kNone, kBadPicture, kBadPicture, CheckSecretImage, true},
 };
 

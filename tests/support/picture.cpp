@@ -6,6 +6,8 @@
 #include <numeric>
 #include <utility>
 
+#include "qv8com.h"
+
 namespace test {
 namespace {
 
@@ -293,10 +295,13 @@ testing::AssertionResult IsSound(HGLOBAL block, bool orMore) {
     if (!isDepth || picture.Width() < 1 || picture.Height() < 1) {
         return testing::AssertionFailure() << picture.Width() << " x " << picture.Height() << " at " << picture.Bits();
     }
-    const std::size_t size = picture.PixelOffset() + picture.RowBytes() * static_cast<std::size_t>(picture.Height());
+    const std::size_t before = kHeaderBytes + static_cast<std::size_t>(GetDibPalSize(picture.bytes.data()));
+    const std::size_t size = before + picture.RowBytes() * static_cast<std::size_t>(picture.Height());
     const bool fits = orMore ? size <= picture.bytes.size() : size == picture.bytes.size();
     return (fits ? testing::AssertionSuccess() : testing::AssertionFailure())
-           << size << " bytes described, " << picture.bytes.size() << " there";
+           << size << " bytes described, " << picture.bytes.size() << " there: " << picture.Bits()
+           << " bits, compression " << picture.Header().biCompression << ", " << picture.Header().biClrUsed
+           << " colours used, " << picture.Width() << " x " << picture.Height();
 }
 
 std::uint64_t Hash(const Bytes& bytes, std::uint64_t seed) {
