@@ -5,7 +5,6 @@
 
 #include "api/export_rows.h"
 #include "qv8com.h"
-#include "support/clipboard.h"
 
 namespace test {
 
@@ -112,21 +111,18 @@ Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& f
     Outcome outcome;
     hooks::Report report = hooks::Watch(failure, [&] { outcome = CallExport(row, call, parameters); });
 
-    std::vector<HGLOBAL> results;
-    for (const HGLOBAL block : {outcome.image.get(), outcome.mask.get()}) {
-        if (block != nullptr) {
-            results.push_back(block);
-        }
+    for (const HGLOBAL result : {outcome.image.get(), outcome.mask.get()}) {
+        const bool isOurs = result != nullptr && std::erase(report.blocks, result) == 1;
+        EXPECT_EQ(isOurs, result != nullptr) << "a result from elsewhere";
+        EXPECT_TRUE(outcome.succeeded || result == nullptr) << "a result of a call that failed";
     }
-    std::sort(results.begin(), results.end());
-    EXPECT_EQ(report.blocks, results) << "blocks left behind";
+    EXPECT_TRUE(report.blocks.empty()) << report.blocks.size() << " blocks left behind";
     EXPECT_EQ(report.locks, 0);
     EXPECT_EQ(report.drawingObjects, 0);
+    EXPECT_EQ(report.clipboardOpens, 0);
     EXPECT_EQ(report.misuse, "");
     EXPECT_EQ(static_cast<int>(report.dialogs.size()), report.dialogsClosed);
-    EXPECT_TRUE(row.Is(kUnframed) || outcome.succeeded == (outcome.status == QV8_STATUS_SUCCESS));
-    EXPECT_TRUE(outcome.succeeded || results.empty()) << "a result of a call that failed";
-    EXPECT_TRUE(!row.Is(kOnClipboard) || ClipboardIsClosed());
+    EXPECT_EQ(row.Is(kUnframed) || outcome.succeeded, outcome.status == QV8_STATUS_SUCCESS);
     outcome.report = std::move(report);
     return outcome;
 }

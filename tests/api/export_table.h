@@ -89,8 +89,8 @@ enum class AreaUse {
 enum : unsigned {
     kOnClipboard = 1, // works on the clipboard, which all threads share; its last report is one step short of the end
     kUnframed = 2,    // no progress, no dialog, and status 0 whatever happens
-    kDrawsText = 8,   // which the system may be unable to do
-    kKeepsStatus = 4, // in one case of bad parameters the status stays what it was
+    kDrawsText = 4,   // which has a status of its own when the system does not do it
+    kKeepsStatus = 8, // in one case of bad parameters the status stays what it was
 };
 
 struct Export {
@@ -165,7 +165,7 @@ struct Outcome {
     Block mask;
     bool succeeded = false;
     int status = kUntouched;
-    hooks::Report report; // of a watched call
+    hooks::Report report; // of a watched call; its blocks are those left behind, without the result
 };
 
 // Calls the export with status kUntouched before.

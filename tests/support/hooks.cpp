@@ -17,7 +17,11 @@
 #include <dlfcn.h>
 // Replacements under the functions' own names.
 #define QV8_HOOK(name) name
-#define QV8_REAL(name) NextDefinition<decltype(&name)>(#name)
+#define QV8_REAL(name)                                                                                                 \
+    [] {                                                                                                               \
+        static const auto next = NextDefinition<decltype(&name)>(#name);                                               \
+        return next;                                                                                                   \
+    }()
 #define QV8_HOOK_API
 #endif
 
@@ -76,6 +80,15 @@ void GivenBack(const void* object, bool accepted) {
     if (state != nullptr && (state->drawingObjects.erase(object) == 0 || !accepted)) {
         Misuse(*state, "a context, bitmap, brush or font given back that was not taken or is in use");
     }
+}
+
+// Closing fails while it is not open here, so every close that succeeds has its opening.
+bool CountClipboard(BOOL succeeded, int change) {
+    State* const state = watching;
+    if (state != nullptr && succeeded != 0) {
+        state->report.clipboardOpens += change;
+    }
+    return succeeded != 0;
 }
 
 } // namespace
@@ -235,7 +248,7 @@ BOOL QV8_HOOK_API QV8_HOOK(ExtFloodFill)(HDC context, int x, int y, COLORREF col
 }
 
 BOOL QV8_HOOK_API QV8_HOOK(OpenClipboard)(HWND window) {
-    return Fails(Kind::kOpenClipboard) ? FALSE : QV8_REAL(OpenClipboard)(window);
+    return !Fails(Kind::kOpenClipboard) && CountClipboard(QV8_REAL(OpenClipboard)(window), 1);
 }
 
 BOOL QV8_HOOK_API QV8_HOOK(EmptyClipboard)(void) {
@@ -261,8 +274,8 @@ HGLOBAL QV8_HOOK_API QV8_HOOK(GetClipboardData)(UINT format) {
 }
 
 BOOL QV8_HOOK_API QV8_HOOK(CloseClipboard)(void) {
-    const BOOL closed = QV8_REAL(CloseClipboard)();
-    return Fails(Kind::kCloseClipboard) ? FALSE : closed;
+    const bool closed = CountClipboard(QV8_REAL(CloseClipboard)(), -1);
+    return !Fails(Kind::kCloseClipboard) && closed;
 }
 
 HFONT QV8_HOOK_API QV8_HOOK(CreateFontIndirectA)(const LOGFONTA* description) {

@@ -63,6 +63,7 @@ struct Report {
     std::vector<HGLOBAL> blocks; // allocated and not freed
     int locks = 0;               // taken and not released
     int drawingObjects = 0;      // contexts, bitmaps and the like taken and not given back
+    int clipboardOpens = 0;      // times the clipboard was opened and not closed
     std::string misuse;          // things given back that were not taken, and the like; empty when all is well
     std::vector<ProgressCall> progress;
     std::vector<std::array<DWORD_PTR, 3>> dialogs; // arguments of each dialog opened
