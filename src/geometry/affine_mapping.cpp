@@ -7,7 +7,7 @@
 namespace qv8 {
 
 Corners CornersOf(const POINT* points, int pictureWidth, int pictureHeight) {
-    POINT sorted[4];
+    POINT sorted[4] = {};
     for (int i = 0; i < 4; ++i) {
         const POINT point = {std::clamp<LONG>(points[i].x, 0, pictureWidth - 1),
                              std::clamp<LONG>(points[i].y, 0, pictureHeight - 1)};

@@ -27,5 +27,6 @@ std::span<const Export> ImageRows();
 std::span<const Export> ClipboardRows();
 std::span<const Export> HiddenRows();
 std::span<const Export> PanoramaRows();
+std::span<const Export> TextRows(); // beside the table
 
 } // namespace test

@@ -71,6 +71,12 @@ std::span<const Export> Exports() {
     return exports;
 }
 
+std::vector<Export> ExportsAndTexts() {
+    std::vector<Export> rows(Exports().begin(), Exports().end());
+    rows.insert(rows.end(), TextRows().begin(), TextRows().end());
+    return rows;
+}
+
 Call Scene::AsCall() const {
     Call call;
     call.target = {picture.Handle(), area.type == QV8_AREA_MASK ? mask.Handle() : nullptr};

@@ -7,6 +7,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "qv8effect.h"
 #include "support/area.h"
@@ -136,6 +137,8 @@ struct Export {
 };
 
 std::span<const Export> Exports();
+// With rows that draw texts, which no two systems do alike.
+std::vector<Export> ExportsAndTexts();
 
 // Calls an export whose arguments are target, area, its own parameters, owner and dialog.
 template <class Function, class... OwnParameters>

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "api/export_rows.h"
+#include "api/export_table.h"
 #include "qv8com.h"
 
 namespace test {
@@ -72,22 +72,6 @@ const Promise* PromiseOf(Kind kind, DWORD drawn) {
         return promise.kind == kind && (promise.drawn == drawn || promise.drawn == kAnything);
     });
     return found != std::end(kPromises) ? found : nullptr;
-}
-
-template <DWORD kDirection>
-Result MarkWithText(const Call& call, Parameters&) {
-    return Single(QV8SetSecretImage(call.target.hImage, nullptr, kDirection == 0 ? "I." : "I\n.", "", 4, 0, 0, 1, 1,
-                                    kDirection, 0, 9, 0, 0, 8, 4, call.progressOwner, call.dialog[0], call.dialog[1],
-                                    call.dialog[2]));
-}
-
-// All rows of the table, and what its rows do not reach: texts on a line and in columns.
-std::vector<Export> SweptRows() {
-    std::vector<Export> rows(Exports().begin(), Exports().end());
-    for (const auto mark : {MarkWithText<0>, MarkWithText<2>}) {
-        rows.push_back({"QV8SetSecretImage", kAccept24, AreaUse::kNone, 0, 0, mark, false, 0, kDrawsText});
-    }
-    return rows;
 }
 
 Scene SmallScene(const Layout& layout, AreaForm form, std::uint64_t seed) {
@@ -177,7 +161,7 @@ void FailEverything(const Export& row, const Scene& scene, Sweep& sweep) {
 }
 
 void SweepEverything(Sweep& sweep) {
-    for (const Export& row : SweptRows()) {
+    for (const Export& row : ExportsAndTexts()) {
         for (const Layout& layout : Layouts()) {
             for (const AreaForm form : AreaForms()) {
                 if (!row.Accepts(layout) || !row.UsesForm(layout, form)) {

@@ -1,78 +1,198 @@
 // Exports share nothing: threads may work on the same pictures at once, and a callback may call back.
-#include <algorithm>
-#include <iterator>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "api/export_table.h"
 #include "qv8com.h"
+#include "support/clipboard.h"
 
 namespace test {
 namespace {
 
-Bytes ResultOf(const Export& row, const Call& call) {
-    const Outcome outcome = CallExport(row, call);
-    return outcome.image != nullptr ? ReadBlock(outcome.image.get()) : Bytes();
-}
+// All that a caller sees of a call.
+struct Observed {
+    Bytes image;
+    Bytes mask;
+    bool succeeded = false;
+    int status = kUntouched;
 
-TEST(EveryExport, RunsOnSeveralThreadsAtOnce) {
-    Random random(40);
-    const Scene scene = RandomScene(LayoutNamed("24"), AreaForm::kEllipseInside, 61, 47, random);
-    std::vector<Bytes> expected;
-    std::vector<Export> rows;
-    std::copy_if(Exports().begin(), Exports().end(), std::back_inserter(rows),
-                 [](const Export& row) { return !row.Is(kOnClipboard); });
-    for (const Export& row : rows) {
-        expected.push_back(ResultOf(row, scene.AsCall()));
-    }
-    std::vector<std::string> wrong(4);
-    std::vector<std::thread> threads;
-    for (std::string& mistakes : wrong) {
-        threads.emplace_back([&] {
-            for (int i = 0; i != 20; ++i) {
-                for (std::size_t row = 0; row != rows.size(); ++row) {
-                    if (ResultOf(rows[row], scene.AsCall()) != expected[row]) {
-                        mistakes = rows[row].name;
-                    }
-                }
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(wrong, std::vector<std::string>(4));
-    EXPECT_TRUE(scene.Untouched());
-}
-
-struct Inner {
-    const Export* row;
-    const Call* call;
-    const Bytes* expected;
+    bool operator==(const Observed&) const = default;
 };
 
-int QV8API CallBack(int, void* context) {
-    const auto* const inner = static_cast<const Inner*>(context);
-    EXPECT_EQ(ResultOf(*inner->row, *inner->call), *inner->expected);
-    return 1;
+Observed Observe(const Export& row, const Call& call) {
+    const Outcome outcome = CallExport(row, call);
+    const auto read = [](const Block& block) { return block != nullptr ? ReadBlock(block.get()) : Bytes(); };
+    return {read(outcome.image), read(outcome.mask), outcome.succeeded, outcome.status};
 }
 
-TEST(EveryExport, MayBeCalledFromAProgressCallback) {
-    Random random(41);
-    const Scene scene = RandomScene(LayoutNamed("24"), AreaForm::kPolygonOutside, 12, 6, random);
-    for (const Export& row : Exports()) {
-        SCOPED_TRACE(row.name);
-        const Call inside = scene.AsCall();
-        const Bytes expected = ResultOf(row, inside);
-        Inner inner = {&row, &inside, &expected};
-        Call outside = inside;
-        outside.progressOwner = AddProgressOwner(CallBack, &inner);
-        const Outcome outcome = CallExport(row, outside);
-        RemoveProgressOwner(outside.progressOwner);
-        EXPECT_EQ(outcome.status, QV8_STATUS_SUCCESS);
-        EXPECT_EQ(ReadBlock(outcome.image.get()), expected);
+struct Case {
+    std::string name;
+    Export row;
+    std::shared_ptr<const Scene> scene;
+    Observed expected; // with nobody else at work
+};
+
+std::vector<Case> CasesOf(const Layout& layout, AreaForm form, int width, int height) {
+    Random random(40);
+    const auto scene = std::make_shared<const Scene>(RandomScene(layout, form, width, height, random));
+    std::vector<Case> cases;
+    for (const Export& row : ExportsAndTexts()) {
+        if (row.Accepts(layout) && row.UsesForm(layout, form)) {
+            cases.push_back({row.name + std::string(" at ") + layout.name + " with " + NameOf(form), row, scene,
+                             Observe(row, scene->AsCall())});
+            EXPECT_TRUE(cases.back().expected.succeeded);
+        }
     }
+    return cases;
+}
+
+struct Workload {
+    std::vector<Case> cases;
+    std::set<Bytes> pictures; // that may be met on the clipboard
+    std::set<std::string> exports;
+};
+
+Workload SharedWorkload() {
+    Workload work;
+    for (const char* const layout : {"1", "8", "16-565", "24", "32"}) {
+        for (const AreaForm form : AreaForms()) {
+            for (Case& c : CasesOf(LayoutNamed(layout), form, 61, 47)) {
+                work.pictures.insert(c.scene->picture.Content().bytes);
+                work.exports.insert(c.row.name);
+                work.cases.push_back(std::move(c));
+            }
+        }
+    }
+    return work;
+}
+
+// The clipboard is one for all: while another thread has it a call is refused, and what lies there may be any picture
+// that a thread put there, but a whole one.
+bool IsRight(const Workload& work, const Case& c, const Observed& seen) {
+    if (!c.row.Is(kOnClipboard)) {
+        return seen == c.expected;
+    }
+    if (c.row.Is(kUnframed)) {
+        return seen.status == QV8_STATUS_SUCCESS;
+    }
+    if (!seen.succeeded) {
+        return seen.image.empty() && seen.status == (c.row.TakesPicture() ? QV8_STATUS_MEMORY : QV8_STATUS_PICTURE);
+    }
+    return seen.status == QV8_STATUS_SUCCESS &&
+           (c.row.TakesPicture() ? seen.image.empty() : work.pictures.count(seen.image) == 1);
+}
+
+// Where two threads wait for each other again and again.
+struct MeetingPoint {
+    std::atomic<int> arrivals = 0;
+
+    void Meet() {
+        const int both = (arrivals.fetch_add(1) / 2 + 1) * 2;
+        while (arrivals.load() < both) {
+            std::this_thread::yield();
+        }
+    }
+};
+
+// One of two threads, what it did and what it saw.
+struct Worker {
+    const Workload& work;
+    MeetingPoint& meetingPoint;
+    std::mutex& clipboardTurn;
+    std::size_t stride; // makes an order of its own
+    int calls = 0;
+    int fromClipboard = 0;
+    std::set<std::string> wrong = {};
+
+    void Try(const Case& c) {
+        std::unique_lock turn(clipboardTurn, std::defer_lock);
+        if (kThreadsAreOneUser && c.row.Is(kOnClipboard)) {
+            turn.lock();
+        }
+        const Observed seen = Observe(c.row, c.scene->AsCall());
+        if (!IsRight(work, c, seen)) {
+            wrong.insert(c.name);
+        }
+        calls += 1;
+        fromClipboard += c.row.Is(kOnClipboard) && !seen.image.empty() ? 1 : 0;
+    }
+    // First every call at the same moment as the other thread, for whatever two calls of one export might share: memory
+    // is handed out under a lock, which would put calls that only overlap in an order. Then all of them for a while.
+    void Run() {
+        for (const Case& c : work.cases) {
+            meetingPoint.Meet();
+            Try(c);
+        }
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+        do {
+            for (std::size_t i = 0; i != work.cases.size(); ++i) {
+                Try(work.cases[i * stride % work.cases.size()]);
+            }
+        } while (std::chrono::steady_clock::now() < end);
+    }
+};
+
+TEST(EveryExport, RunsOnTwoThreadsAtOnce) {
+    const Workload work = SharedWorkload();
+    EXPECT_EQ(work.exports.size(), Exports().size());
+    MeetingPoint meetingPoint;
+    std::mutex clipboardTurn;
+    Worker forwards = {work, meetingPoint, clipboardTurn, 1};
+    Worker backwards = {work, meetingPoint, clipboardTurn, work.cases.size() - 1};
+    std::thread thread([&] { backwards.Run(); });
+    forwards.Run();
+    thread.join();
+    for (const Worker* const worker : {&forwards, &backwards}) {
+        EXPECT_EQ(worker->wrong, std::set<std::string>());
+        EXPECT_GT(worker->fromClipboard, 0);
+    }
+    for (const Case& c : work.cases) {
+        EXPECT_TRUE(c.scene->Untouched());
+    }
+    std::printf("threads: %zu exports, %zu calls (export x layout x area), made %d + %d times\n", work.exports.size(),
+                work.cases.size(), forwards.calls, backwards.calls);
+}
+
+// Calls one export after another from within another's call, three at each report.
+struct Callback {
+    const std::vector<Case>& cases;
+    std::size_t next;
+    int wrong = 0;
+
+    static int QV8API Run(int, void* context) {
+        auto* const self = static_cast<Callback*>(context);
+        for (int i = 0; i != 3; ++i) {
+            const Case& c = self->cases[self->next++ % self->cases.size()];
+            self->wrong += Observe(c.row, c.scene->AsCall()) == c.expected ? 0 : 1;
+        }
+        return 1;
+    }
+};
+
+TEST(EveryExport, MayBeCalledFromAProgressCallback) {
+    std::vector<Case> cases = CasesOf(LayoutNamed("24"), AreaForm::kWhole, 12, 6);
+    const std::vector<Case> withArea = CasesOf(LayoutNamed("24"), AreaForm::kPolygonOutside, 12, 6);
+    cases.insert(cases.end(), withArea.begin(), withArea.end());
+    std::size_t inner = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Callback callback = {cases, inner};
+        Call call = c.scene->AsCall();
+        call.progressOwner = AddProgressOwner(Callback::Run, &callback);
+        EXPECT_EQ(Observe(c.row, call), c.expected);
+        RemoveProgressOwner(call.progressOwner);
+        EXPECT_EQ(callback.wrong, 0);
+        EXPECT_TRUE(callback.next > inner || c.row.Is(kUnframed)) << "not called back";
+        inner = callback.next;
+    }
+    EXPECT_GE(inner, 3 * cases.size());
 }
 
 } // namespace

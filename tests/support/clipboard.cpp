@@ -35,13 +35,20 @@ bool WithClipboard(HWND window, const std::function<void()>& act) {
 } // namespace
 
 void PutOnClipboard(const Bytes& bytes) {
-    EXPECT_TRUE(WithClipboard(nullptr, [&] {
+    const auto put = [&] {
         EXPECT_NE(EmptyClipboard(), 0);
         Block block = MakeBlock(bytes);
         if (SetClipboardData(CF_DIB, block.get()) != nullptr) {
             static_cast<void>(block.release());
         }
-    }));
+    };
+    // Another thread of the tests may have it open for a moment.
+    bool done = WithClipboard(nullptr, put);
+    for (int tries = 0; !done && tries != 10000; ++tries) {
+        std::this_thread::yield();
+        done = WithClipboard(nullptr, put);
+    }
+    EXPECT_TRUE(done);
 }
 
 Bytes ClipboardContent() {

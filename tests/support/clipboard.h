@@ -7,6 +7,14 @@
 
 namespace test {
 
+// Whether the platform takes threads that open the clipboard without a window for one user, so that one may free what
+// another reads. They have to take turns then.
+#ifdef _WIN32
+constexpr bool kThreadsAreOneUser = true;
+#else
+constexpr bool kThreadsAreOneUser = false;
+#endif
+
 // Puts a block with these bytes on the clipboard, in place of what it holds.
 void PutOnClipboard(const Bytes& bytes);
 // What the clipboard holds as CF_DIB; empty when there is none.
