@@ -89,51 +89,70 @@ bool IsRight(const Workload& work, const Case& c, const Observed& seen) {
            (c.row.TakesPicture() ? seen.image.empty() : work.pictures.count(seen.image) == 1);
 }
 
-// Where two threads wait for each other again and again.
-struct MeetingPoint {
-    std::atomic<int> arrivals = 0;
-
-    void Meet() {
-        const int both = (arrivals.fetch_add(1) / 2 + 1) * 2;
-        while (arrivals.load() < both) {
-            std::this_thread::yield();
-        }
-    }
-};
-
 // One of two threads, what it did and what it saw.
 struct Worker {
+    static constexpr int kMeetings = 4; // in a call
+
     const Workload& work;
-    MeetingPoint& meetingPoint;
     std::mutex& clipboardTurn;
     std::size_t stride; // makes an order of its own
+    const Worker* other = nullptr;
+    std::atomic<int> meetings = 0;
+    int meetingsLeft = 0; // in this call
     int calls = 0;
     int fromClipboard = 0;
     std::set<std::string> wrong = {};
 
-    void Try(const Case& c) {
+    // Waits until the other thread has come as far; only in time, for nothing is to be put in an order by it.
+    void Meet() {
+        const int meeting = meetings.fetch_add(1, std::memory_order_relaxed) + 1;
+        while (other->meetings.load(std::memory_order_relaxed) < meeting) {
+            std::this_thread::yield();
+        }
+    }
+    static int QV8API MeetAtFirstReports(int, void* context) {
+        auto* const self = static_cast<Worker*>(context);
+        if (self->meetingsLeft > 0) {
+            --self->meetingsLeft;
+            self->Meet();
+        }
+        return 1;
+    }
+
+    void Try(const Case& c, DWORD progressOwner) {
         std::unique_lock turn(clipboardTurn, std::defer_lock);
         if (kThreadsAreOneUser && c.row.Is(kOnClipboard)) {
             turn.lock();
         }
-        const Observed seen = Observe(c.row, c.scene->AsCall());
+        Call call = c.scene->AsCall();
+        call.progressOwner = progressOwner;
+        const Observed seen = Observe(c.row, call);
         if (!IsRight(work, c, seen)) {
             wrong.insert(c.name);
         }
         calls += 1;
         fromClipboard += c.row.Is(kOnClipboard) && !seen.image.empty() ? 1 : 0;
     }
-    // First every call at the same moment as the other thread, for whatever two calls of one export might share: memory
-    // is handed out under a lock, which would put calls that only overlap in an order. Then all of them for a while.
-    void Run() {
+
+    // Every call at the same moment as the other thread, which it meets in the middle of it, too. Memory is handed out
+    // under a lock; without the meetings that would put what two calls do in an order, and hide what they share.
+    void KeepStep() {
+        const DWORD owner = AddProgressOwner(MeetAtFirstReports, this);
         for (const Case& c : work.cases) {
-            meetingPoint.Meet();
-            Try(c);
+            Meet();
+            meetingsLeft = c.row.Is(kOnClipboard) ? 0 : kMeetings;
+            Try(c, owner);
+            meetings.fetch_add(meetingsLeft, std::memory_order_relaxed); // of a call with fewer reports
         }
+        RemoveProgressOwner(owner);
+    }
+
+    void Run() {
+        KeepStep();
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
         do {
             for (std::size_t i = 0; i != work.cases.size(); ++i) {
-                Try(work.cases[i * stride % work.cases.size()]);
+                Try(work.cases[i * stride % work.cases.size()], 1);
             }
         } while (std::chrono::steady_clock::now() < end);
     }
@@ -142,10 +161,11 @@ struct Worker {
 TEST(EveryExport, RunsOnTwoThreadsAtOnce) {
     const Workload work = SharedWorkload();
     EXPECT_EQ(work.exports.size(), Exports().size());
-    MeetingPoint meetingPoint;
     std::mutex clipboardTurn;
-    Worker forwards = {work, meetingPoint, clipboardTurn, 1};
-    Worker backwards = {work, meetingPoint, clipboardTurn, work.cases.size() - 1};
+    Worker forwards = {work, clipboardTurn, 1};
+    Worker backwards = {work, clipboardTurn, work.cases.size() - 1};
+    forwards.other = &backwards;
+    backwards.other = &forwards;
     std::thread thread([&] { backwards.Run(); });
     forwards.Run();
     thread.join();
