@@ -15,10 +15,10 @@ if(QV8_SANITIZE)
   target_link_options(qv8_flags INTERFACE -fsanitize=${QV8_SANITIZE})
 endif()
 
-# What the fuzzers follow on its way through the code. Linked by what is to be tested, and not by the tests.
+# Lets the fuzzers see the way through the code. Linked by what is to be tested, and not by the tests.
 add_library(qv8_followed INTERFACE)
 if(QV8_BUILD_FUZZERS)
-  target_compile_options(qv8_followed INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(qv8_followed INTERFACE -fsanitize-coverage=inline-8bit-counters,pc-table)
 endif()
 
 if(WIN32)

@@ -10,7 +10,7 @@
 namespace test {
 namespace {
 
-constexpr SIZE_T kLargestBlock = SIZE_T{1} << 18; // so that what can be had at all is worked through at once
+constexpr SIZE_T kLargestBlock = SIZE_T{1} << 16; // so that what can be had at all is worked through at once
 
 struct Field {
     std::size_t offset;
@@ -134,16 +134,17 @@ void CheckStatus(const Export& row, const Outcome& outcome) {
 } // namespace
 
 void MakeHostileCall(Random& random) {
-    const Export& row = Exports()[static_cast<std::size_t>(random.Between(0, static_cast<int>(Exports().size()) - 1))];
+    static const std::vector<Export> rows = ExportsAndTexts();
+    const Export& row = rows[static_cast<std::size_t>(random.Between(0, static_cast<int>(rows.size()) - 1))];
     SCOPED_TRACE(row.name);
     const int width = random.Between(1, 40);
-    const int height = random.Between(1, 12);
+    const int height = random.Between(1, 8);
     const Source picture = HostilePicture(AnyLayout(random), width, height, random);
     const bool fits = random.Chance(90);
     const Source mask = HostilePicture(LayoutNamed("1"), fits ? width : height, fits ? height : width, random);
     const bool alike = random.Chance(50);
     const Source second = HostilePicture(AnyLayout(random), alike ? width : random.Between(1, 30),
-                                         alike ? height : random.Between(1, 12), random);
+                                         alike ? height : random.Between(1, 8), random);
     Call call;
     call.target = {HostileHandle(picture, random), HostileHandle(mask, random)};
     call.second = HostileHandle(random.Chance(90) ? second : picture, random);
