@@ -60,13 +60,13 @@ NewPicture CreateResult(const Layout& layout) {
 }
 
 // A part of a row, as columns of the result.
-struct Span {
+struct Stretch {
     int begin;
     int end;
 };
 
 // What a picture covers of a row of the result; nothing where it does not lie.
-Span Covered(const DibView& picture, const Place& place, int row, int width) {
+Stretch Covered(const DibView& picture, const Place& place, int row, int width) {
     if (row < place.row || row >= place.row + picture.height) {
         return {0, 0};
     }
@@ -83,7 +83,7 @@ struct Composition {
     PixelPattern background;
 };
 
-void ReadInto(const ColourReader& reader, const Place& place, int row, const Span& span, BYTE* pixels) {
+void ReadInto(const ColourReader& reader, const Place& place, int row, const Stretch& span, BYTE* pixels) {
     if (span.begin < span.end) {
         ReadPixels24(reader, static_cast<int>(row - place.row), static_cast<int>(span.begin - place.column),
                      span.end - span.begin, pixels);
@@ -91,7 +91,7 @@ void ReadInto(const ColourReader& reader, const Place& place, int row, const Spa
 }
 
 // Lays the layer over pixels of the base that are in the result already.
-void BlendInto(const Composition& work, int row, const Span& span, BYTE* pixels) {
+void BlendInto(const Composition& work, int row, const Stretch& span, BYTE* pixels) {
     const ColourReader& layer = work.layer;
     const Place& place = work.layout.layer;
     const auto blend = TheLayerKernels().blend24;
@@ -111,13 +111,13 @@ void BlendInto(const Composition& work, int row, const Span& span, BYTE* pixels)
 // The background where neither picture lies; the base; then the layer, which stands alone on both sides of the base.
 void ComposeRow(const Composition& work, int row, int width, BYTE* result) {
     const auto at = [result](int column) { return result + std::ptrdiff_t{column} * 3; };
-    const Span base = Covered(work.base.picture, work.layout.base, row, width);
-    const Span layer = Covered(work.layer.picture, work.layout.layer, row, width);
+    const Stretch base = Covered(work.base.picture, work.layout.base, row, width);
+    const Stretch layer = Covered(work.layer.picture, work.layout.layer, row, width);
     if (base.end - base.begin != width && layer.end - layer.begin != width) {
         FillPixels(work.background, result, static_cast<std::size_t>(width) * 3);
     }
     ReadInto(work.base, work.layout.base, row, base, at(base.begin));
-    const Span both = {std::max(base.begin, layer.begin), std::min(base.end, layer.end)};
+    const Stretch both = {std::max(base.begin, layer.begin), std::min(base.end, layer.end)};
     if (both.begin >= both.end) {
         ReadInto(work.layer, work.layout.layer, row, layer, at(layer.begin));
         return;

@@ -13,7 +13,7 @@ BYTE CutMean(const BYTE* row, int index, int samples, int step) {
     return index + step < samples ? static_cast<BYTE>((row[index] + row[index + step]) / 2) : row[index];
 }
 
-void MeanSamples(const void* /*context*/, const FilterRow& at, Plane plane, int begin, int count, BYTE* result) {
+void MeansAround(const void* /*context*/, const FilterRow& at, Plane plane, int begin, int count, BYTE* result) {
     const BYTE* const row = at.rows[plane][0];
     TheSmoothingKernels().means(row + begin, at.step, count, result);
     const int samples = at.width * at.step;
@@ -25,7 +25,7 @@ void MeanSamples(const void* /*context*/, const FilterRow& at, Plane plane, int 
 HGLOBAL AntiAlias(const ImageSet& target, const AreaArguments& area, DWORD progressOwner) {
     Filter filter;
     filter.reach = 1;
-    filter.samples = MeanSamples;
+    filter.samples = MeansAround;
     return ApplyFilter(target, area, filter, progressOwner);
 }
 
