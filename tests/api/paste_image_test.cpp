@@ -255,8 +255,8 @@ TEST(PasteImage, ReportsEachExchangeBeforeThePaste) {
         {{.mirror = 1, .flip = 1}, {{0, 5}, {6, 10}, {11, 100}}},
     };
     for (const auto& [arguments, stages] : kCases) {
-        const auto report =
-            hooks::Watch({}, [&] { Block(Paste(base.Handle(), image.Handle(), nullptr, arguments)).reset(); });
+        const auto report = hooks::Watch(
+            {}, [&, &given = arguments] { Block(Paste(base.Handle(), image.Handle(), nullptr, given)).reset(); });
         std::vector<std::pair<int, int>> reported;
         for (const hooks::ProgressCall& step : report.progress) {
             if (step.current == step.last) {

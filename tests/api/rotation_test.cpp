@@ -308,7 +308,8 @@ TEST(Rotation, ReportsEachExchangeBeforeTheTurn) {
     };
     for (const auto& [options, stages] : kCases) {
         Block image;
-        const hooks::Report report = hooks::Watch({}, [&] { image = Rotate(source.Handle(), nullptr, options).image; });
+        const hooks::Report report =
+            hooks::Watch({}, [&, &given = options] { image = Rotate(source.Handle(), nullptr, given).image; });
         const int turnedRows = Picture{ReadBlock(image.get())}.Height();
         std::size_t next = 0;
         for (std::size_t i = 0; i != stages.size(); ++i) {
