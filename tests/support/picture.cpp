@@ -260,7 +260,8 @@ Bytes ReadBlock(HGLOBAL block) {
 }
 
 testing::AssertionResult Source::Untouched() const {
-    return Holds(block_.get(), picture_) << " (a picture passed in)";
+    auto result = Holds(block_.get(), picture_);
+    return result ? result : result << " (a picture passed in)";
 }
 
 testing::AssertionResult Holds(HGLOBAL block, const Picture& expected) {
@@ -298,10 +299,13 @@ testing::AssertionResult IsSound(HGLOBAL block, bool orMore) {
     const std::size_t before = kHeaderBytes + static_cast<std::size_t>(GetDibPalSize(picture.bytes.data()));
     const std::size_t size = before + picture.RowBytes() * static_cast<std::size_t>(picture.Height());
     const bool fits = orMore ? size <= picture.bytes.size() : size == picture.bytes.size();
-    return (fits ? testing::AssertionSuccess() : testing::AssertionFailure())
-           << size << " bytes described, " << picture.bytes.size() << " there: " << picture.Bits()
-           << " bits, compression " << picture.Header().biCompression << ", " << picture.Header().biClrUsed
-           << " colours used, " << picture.Width() << " x " << picture.Height();
+    if (fits) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << size << " bytes described, " << picture.bytes.size()
+                                       << " there: " << picture.Bits() << " bits, compression "
+                                       << picture.Header().biCompression << ", " << picture.Header().biClrUsed
+                                       << " colours used, " << picture.Width() << " x " << picture.Height();
 }
 
 std::uint64_t Hash(const Bytes& bytes, std::uint64_t seed) {
