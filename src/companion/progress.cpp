@@ -8,6 +8,7 @@
 
 #include "companion/dialog.h"
 #include "companion/entry.h"
+#include "companion/thread_slot.h"
 
 namespace qv8 {
 namespace {
@@ -31,7 +32,7 @@ struct OpenDialog {
     int reports = 0;               // reports under way; messages served meanwhile must not close it
 };
 
-thread_local OpenDialog* topDialog = nullptr;
+const ThreadSlot<OpenDialog> topDialog;
 
 // Never overflows: the product of a 33-bit and a 32-bit number, and the sum, fit 64 bits.
 int PercentOf(int current, int last, int fromPercent, int toPercent) {
@@ -43,7 +44,7 @@ int PercentOf(int current, int last, int fromPercent, int toPercent) {
 }
 
 bool ReportToDialog(int percent) {
-    OpenDialog* const open = topDialog;
+    OpenDialog* const open = topDialog.Get();
     if (open == nullptr) {
         return true;
     }
@@ -93,8 +94,8 @@ bool PushDialog(HWND owner, LPCSTR title) {
     if (!open->dialog) {
         return false;
     }
-    open->covered = topDialog;
-    topDialog = open.release();
+    open->covered = topDialog.Get();
+    topDialog.Set(open.release());
     return true;
 }
 
@@ -118,11 +119,12 @@ QV8_ENTRY int QV8API PercentProgress(int current, int last, int fromPercent, int
 }
 
 QV8_ENTRY void QV8API PercentDlgClose(void) {
-    if (qv8::topDialog == nullptr || qv8::topDialog->reports != 0) {
+    qv8::OpenDialog* const top = qv8::topDialog.Get();
+    if (top == nullptr || top->reports != 0) {
         return;
     }
-    const std::unique_ptr<qv8::OpenDialog> closed(qv8::topDialog);
-    qv8::topDialog = closed->covered;
+    const std::unique_ptr<qv8::OpenDialog> closed(top);
+    qv8::topDialog.Set(closed->covered);
 }
 
 QV8_ENTRY DWORD QV8API AddProgressOwner(Qv8ProgressCallback callback, void* context) {

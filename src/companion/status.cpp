@@ -1,22 +1,27 @@
 // The error status that each thread keeps for the application to read.
+#include <cstdint>
+
 #include "companion/entry.h"
+#include "companion/thread_slot.h"
 #include "qv8com.h"
 #include "qv8effect.h"
 
 namespace {
 
-thread_local int lastStatus = QV8_STATUS_SUCCESS;
+// The status itself, as if it were an address: success is a null pointer.
+const qv8::ThreadSlot<void> lastStatus;
+static_assert(QV8_STATUS_SUCCESS == 0);
 
 } // namespace
 
 extern "C" {
 
 QV8_ENTRY void QV8API SetErrorStatus(int code) {
-    lastStatus = code;
+    lastStatus.Set(reinterpret_cast<void*>(static_cast<std::intptr_t>(code)));
 }
 
 QV8_ENTRY int QV8API GetErrorStatus(void) {
-    return lastStatus;
+    return static_cast<int>(reinterpret_cast<std::intptr_t>(lastStatus.Get()));
 }
 
 QV8_ENTRY LPCSTR QV8API GetErrorStatusText(int code) {

@@ -64,12 +64,13 @@ bool DrawPolygonMask(HGLOBAL mask, const POINT* points, int pointCount) {
     if (!canvas.IsReady() || !canvas.WriteBits()) {
         return false;
     }
+    BOOL drawn = FALSE;
     {
         const Selection pen = Select(canvas.Context(), GetStockObject(WHITE_PEN));
         const Selection brush = Select(canvas.Context(), GetStockObject(WHITE_BRUSH));
-        Polygon(canvas.Context(), points, pointCount);
+        drawn = Polygon(canvas.Context(), points, pointCount);
     }
-    return canvas.ReadBack();
+    return drawn != FALSE && canvas.ReadBack();
 }
 
 bool DrawEllipseMask(HGLOBAL mask, const RECT& rect) {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "frame/parts.h"
 #include "frame/pixel_kernels.h"
 #include "geometry/affine_kernels.h"
 #include "geometry/affine_mapping.h"
@@ -74,15 +75,15 @@ bool Distort(const DibView& source, const Corners& corners, const Patch& patch, 
     SpreadPlaces places;
     BYTE pixels[kSpreadPixels * sizeof(DWORD)] = {};
     for (int y = top; y < bottom; ++y) {
-        for (int x = left; x < right; x += kSpreadPixels) {
-            const int count = std::min(kSpreadPixels, right - x);
+        ForEachPart(right - left, kSpreadPixels, [&](int start, int count) {
+            const int x = left + start;
             kernels.findPlaces(patch, x, y, count, places);
             if (y > 0) { // row 0 is outside, and its pixels stay the zeros that they are
                 unit.copyLine(source, x, source.height - y, 1, 0, count, pixels);
                 Carry(source, pixels, count);
             }
             unit.spread(pixels, places.columns, places.rows, count, result);
-        }
+        });
         // The row itself, not how far it is from the top of the box, as callers expect it.
         if (!progress.Report(y, bottom - top)) {
             return false;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -283,6 +284,23 @@ TEST(Affine, StraightensATurnedRectangle) {
                 << x << " " << row;
         }
     }
+}
+
+// Once counted columns beyond the largest number, and never came to an end. Most of the picture is never touched.
+TEST(Affine, ComesToTheEndOfTheWidestPicture) {
+    constexpr int kWidth = 0x7FFFFFFF;
+    const Block widest(GlobalAlloc(GHND, 48 + 2 * RowBytesOf(1, kWidth)));
+    if (widest == nullptr) {
+        GTEST_SKIP() << "no block of half a GiB";
+    }
+    BITMAPINFOHEADER header = BlankPicture(1, 1, 2).Header();
+    header.biWidth = kWidth;
+    std::memcpy(GlobalLock(widest.get()), &header, sizeof header);
+    GlobalUnlock(widest.get());
+    const Block result =
+        Straighten(widest.get(), {{{kWidth - 647, 0}, {kWidth - 642, 1}, {kWidth - 1, 0}, {kWidth - 1, 1}}});
+    ASSERT_NE(result, nullptr);
+    EXPECT_EQ(Picture{ReadBlock(result.get())}.Width(), 641);
 }
 
 } // namespace

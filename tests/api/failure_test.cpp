@@ -47,7 +47,7 @@ const Promise kPromises[] = {
     {"bits out", Kind::kGetBits, QV8_AREA_ELLIPSE, {kOk}},
     {"bits out", Kind::kGetBits, kText, {QV8_STATUS_DRAWING}},
     {"bits out", Kind::kGetBits, kAnything, {QV8_STATUS_DIALOG}},
-    {"polygon", Kind::kPolygon, QV8_AREA_POLYGON, {kOk, QV8_STATUS_DIALOG}},
+    {"polygon", Kind::kPolygon, QV8_AREA_POLYGON, {QV8_STATUS_DIALOG}},
     {"ellipse", Kind::kEllipse, QV8_AREA_ELLIPSE, {QV8_STATUS_DIALOG}},
     // The seam of a panorama, which has no area.
     {"start of a line", Kind::kMoveTo, QV8_AREA_WHOLE, {QV8_STATUS_DIALOG}},
