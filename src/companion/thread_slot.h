@@ -30,14 +30,14 @@ private:
     DWORD index_;
 #else
     Object* Get() const {
-        return value_;
+        return held;
     }
     void Set(Object* value) const {
-        value_ = value;
+        held = value;
     }
 
 private:
-    static inline thread_local Object* value_ = nullptr; // one for each type of object
+    static inline thread_local Object* held = nullptr; // one for each type of object
 #endif
 };
 
