@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
-#include "frame/target.h"
 #include "rows.h"
+#include "simd/target.h"
 #include "tone/curve_kernels.h"
 
 namespace bench {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/colour_reader.h"
-#include "frame/pixel_fill.h"
-#include "frame/planar_chunks.h"
 #include "frame/rows.h"
+#include "pixels/colour_reader.h"
+#include "pixels/pixel_fill.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

@@ -1,6 +1,6 @@
 #include "compose/layer_kernels.h"
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
@@ -32,11 +32,11 @@ namespace baseline {
 #include "compose/layer_kernels.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
 #include "compose/layer_kernels.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "frame/grey_ramp.h"
-#include "frame/masked_picture.h"
+#include "area/masked_picture.h"
 #include "geometry/mirror_flip.h"
+#include "pixels/grey_ramp.h"
 
 namespace qv8 {
 namespace {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "area/area.h"
 #include "compose/layer_kernels.h"
-#include "frame/area.h"
-#include "frame/bit_copy.h"
-#include "frame/indices.h"
 #include "frame/parts.h"
-#include "frame/planar_chunks.h"
+#include "pixels/bit_copy.h"
+#include "pixels/indices.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "compose/paste_placement.h"
-#include "frame/colour_reader.h"
-#include "frame/nearest_colours.h"
+#include "pixels/colour_reader.h"
+#include "pixels/nearest_colours.h"
 
 namespace qv8 {
 

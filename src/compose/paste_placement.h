@@ -3,9 +3,9 @@
 // counted from where this middle lies.
 #pragma once
 
-#include "geometry/pixel_unit.h"
 #include "geometry/rotation_kernels.h"
 #include "geometry/rotation_mapping.h"
+#include "pixels/pixel_unit.h"
 
 namespace qv8 {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "convert/reduction.h"
-#include "frame/palettes.h"
+#include "pixels/palettes.h"
 
 namespace qv8 {
 namespace {

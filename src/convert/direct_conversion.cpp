@@ -2,11 +2,11 @@
 #include <cstring>
 
 #include "convert/convert_color.h"
-#include "frame/indices.h"
-#include "frame/luminance.h"
-#include "frame/pixel_kernels.h"
-#include "frame/planar_chunks.h"
 #include "frame/rows.h"
+#include "pixels/indices.h"
+#include "pixels/luminance.h"
+#include "pixels/pixel_kernels.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

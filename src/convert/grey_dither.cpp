@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "frame/indices.h"
 #include "frame/rows.h"
+#include "pixels/indices.h"
 
 namespace qv8 {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "frame/colour_reader.h"
 #include "frame/rows.h"
+#include "pixels/colour_reader.h"
 
 namespace qv8 {
 

@@ -8,9 +8,9 @@
 
 #include "convert/grey_dither.h"
 #include "frame/block_parts.h"
-#include "frame/indices.h"
-#include "frame/palettes.h"
 #include "frame/rows.h"
+#include "pixels/indices.h"
+#include "pixels/palettes.h"
 #include "qv8com.h"
 
 namespace qv8 {

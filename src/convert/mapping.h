@@ -1,8 +1,8 @@
 // The pass that gives every pixel an index of the new colour table, with or without error diffusion.
 #pragma once
 
-#include "frame/colour_reader.h"
 #include "frame/progress.h"
+#include "pixels/colour_reader.h"
 
 namespace qv8 {
 

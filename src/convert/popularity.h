@@ -1,8 +1,8 @@
 // A colour table of 16 colours from the ones that a palette picture uses most.
 #pragma once
 
-#include "frame/colour_reader.h"
 #include "frame/progress.h"
+#include "pixels/colour_reader.h"
 
 namespace qv8 {
 

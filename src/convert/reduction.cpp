@@ -4,10 +4,10 @@
 #include "convert/mapping.h"
 #include "convert/median_cut.h"
 #include "convert/popularity.h"
-#include "frame/luminance.h"
-#include "frame/palettes.h"
-#include "frame/planar_chunks.h"
 #include "frame/rows.h"
+#include "pixels/luminance.h"
+#include "pixels/palettes.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

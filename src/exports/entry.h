@@ -1,7 +1,7 @@
 // What the exported functions share: each is the call frame around one worker.
 #pragma once
 
-#include "frame/area.h"
+#include "area/area.h"
 #include "frame/call_frame.h"
 
 // Callers align the stack to 4 bytes only, our code wants 16.

@@ -1,5 +1,6 @@
-// Exported functions: creation and copy.
+// Exported functions: creation, copy, clipboard.
 #include "exports/entry.h"
+#include "image/clipboard.h"
 #include "image/create_copy.h"
 
 using qv8::RunFramed;
@@ -17,6 +18,26 @@ QV8_ENTRY HGLOBAL QV8API QV8CreateImage(int width, int height, DWORD bitDepth, D
 QV8_ENTRY HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                       DWORD_PTR dialog3) {
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] { return qv8::CopyImage(image, progressOwner); });
+}
+
+QV8_ENTRY BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
+                                      DWORD_PTR dialog2, DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3},
+                     [&] { return qv8::SetToClipboard(window, image, progressOwner); });
+}
+
+QV8_ENTRY HGLOBAL QV8API QV8GetFromClipBrd(HWND window, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           DWORD_PTR dialog3) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3},
+                     [&] { return qv8::GetFromClipboard(window, progressOwner); });
+}
+
+QV8_ENTRY BOOL QV8API QV8IsClipBrdData(HWND window) {
+    return qv8::HasClipboardData(window);
+}
+
+QV8_ENTRY BOOL QV8API QV8ClearClipBrd(HWND window) {
+    return qv8::ClearClipboard(window);
 }
 
 } // extern "C"

@@ -4,25 +4,25 @@
 
 #include <cstddef>
 
-#include "frame/fixed_reciprocal.h"
-#include "frame/target.h"
+#include "simd/fixed_reciprocal.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
 
 namespace baseline {
-#include "frame/lanes_sse2.inl"
+#include "simd/lanes_sse2.inl"
 
 #include "filter/box_mean_kernels.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
-#include "frame/lanes_avx2.inl"
+#include "simd/lanes_avx2.inl"
 
 #include "filter/box_mean_kernels.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "area/area_rows.h"
 #include "filter/row_ring.h"
-#include "frame/area_rows.h"
 
 namespace qv8 {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <cstddef>
 
-#include "frame/area.h"
-#include "frame/pixel_kernels.h"
+#include "area/area.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

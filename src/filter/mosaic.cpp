@@ -3,15 +3,15 @@
 #include <algorithm>
 #include <cstring>
 
+#include "area/area_rows.h"
 #include "filter/box_mean_kernels.h"
 #include "filter/filter_frame.h"
-#include "frame/area_rows.h"
-#include "frame/bit_copy.h"
 #include "frame/block_parts.h"
-#include "frame/colour_reader.h"
-#include "frame/indices.h"
-#include "frame/nearest_colours.h"
 #include "frame/progress.h"
+#include "pixels/bit_copy.h"
+#include "pixels/colour_reader.h"
+#include "pixels/indices.h"
+#include "pixels/nearest_colours.h"
 
 namespace qv8 {
 namespace {

@@ -1,7 +1,7 @@
 // Rectangular blocks in their mean colour.
 #pragma once
 
-#include "frame/area.h"
+#include "area/area.h"
 
 namespace qv8 {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/grey_ramp.h"
+#include "pixels/grey_ramp.h"
 
 namespace qv8 {
 

@@ -4,26 +4,28 @@
 
 #include <cstddef>
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
 
 namespace baseline {
-#include "frame/lanes_sse2.inl"
-#include "frame/ycc_lanes.inl"
+#include "simd/lanes_sse2.inl"
+
+#include "pixels/ycc_lanes.inl"
 
 #include "filter/sharpen_kernels.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
-#include "frame/lanes_avx2.inl"
-#include "frame/ycc_lanes.inl"
+#include "simd/lanes_avx2.inl"
+
+#include "pixels/ycc_lanes.inl"
 
 #include "filter/sharpen_kernels.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 

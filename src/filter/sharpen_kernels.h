@@ -1,7 +1,7 @@
 // The inner loops of sharpening; they run beyond `count`, up to kFilterSlack.
 #pragma once
 
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

@@ -2,24 +2,24 @@
 
 #include <immintrin.h>
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
 
 namespace baseline {
-#include "frame/lanes_sse2.inl"
+#include "simd/lanes_sse2.inl"
 
 #include "filter/smoothing_kernels.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
-#include "frame/lanes_avx2.inl"
+#include "simd/lanes_avx2.inl"
 
 #include "filter/smoothing_kernels.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 

@@ -5,10 +5,10 @@
 #include <cstring>
 
 #include "frame/parts.h"
-#include "frame/pixel_kernels.h"
 #include "geometry/affine_kernels.h"
 #include "geometry/affine_mapping.h"
-#include "geometry/pixel_unit.h"
+#include "pixels/pixel_kernels.h"
+#include "pixels/pixel_unit.h"
 
 namespace qv8 {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <immintrin.h>
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
@@ -34,7 +34,7 @@ inline void StoreInts(int* ints, FewInts value) {
 
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
 
 constexpr int kDoubleLanes = 4;
@@ -55,7 +55,7 @@ inline void StoreInts(int* ints, FewInts value) {
 #include "geometry/affine_kernels.inl"
 
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 

@@ -1,9 +1,9 @@
 // Blends the four pixels around a place, at every depth that has levels to blend.
 #pragma once
 
-#include "frame/grey_ramp.h"
 #include "geometry/rotation_kernels.h"
 #include "geometry/rotation_planes.h"
+#include "pixels/grey_ramp.h"
 
 namespace qv8 {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/planar_chunks.h"
 #include "frame/rows.h"
-#include "geometry/pixel_unit.h"
+#include "pixels/pixel_unit.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

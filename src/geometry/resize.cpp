@@ -1,8 +1,8 @@
 #include "geometry/resize.h"
 
-#include "frame/area.h"
-#include "frame/grey_ramp.h"
+#include "area/area.h"
 #include "geometry/resize_smooth.h"
+#include "pixels/grey_ramp.h"
 
 namespace qv8 {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "frame/block_parts.h"
-#include "frame/fixed_reciprocal.h"
 #include "qv8com.h"
+#include "simd/fixed_reciprocal.h"
 
 namespace qv8 {
 namespace {

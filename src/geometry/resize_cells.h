@@ -1,10 +1,10 @@
 // What smooth scaling blends: a cell for each group of columns in a group of rows, a pixel or the mean of its group.
 #pragma once
 
-#include "frame/grey_ramp.h"
-#include "frame/pixel_kernels.h"
 #include "geometry/resize_copy.h"
 #include "geometry/resize_kernels.h"
+#include "pixels/grey_ramp.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

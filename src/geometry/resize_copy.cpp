@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "frame/parts.h"
-#include "geometry/pixel_unit.h"
+#include "pixels/pixel_unit.h"
 #include "qv8com.h"
 
 namespace qv8 {

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
@@ -17,11 +17,11 @@ namespace baseline {
 #include "geometry/resize_kernels.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
 #include "geometry/resize_kernels.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 

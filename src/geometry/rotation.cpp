@@ -2,14 +2,14 @@
 
 #include <limits>
 
-#include "frame/grey_ramp.h"
-#include "frame/masked_picture.h"
-#include "frame/pixel_fill.h"
+#include "area/masked_picture.h"
 #include "frame/rows.h"
 #include "geometry/blending.h"
 #include "geometry/free_turn.h"
 #include "geometry/mirror_flip.h"
 #include "geometry/quarter_turn.h"
+#include "pixels/grey_ramp.h"
+#include "pixels/pixel_fill.h"
 
 namespace qv8 {
 namespace {

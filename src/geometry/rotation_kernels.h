@@ -1,8 +1,8 @@
 // The arithmetic of a turned row, several pixels at a time.
 #pragma once
 
-#include "frame/pixel_kernels.h"
 #include "geometry/rotation_mapping.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

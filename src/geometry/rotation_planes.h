@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "frame/pixel_fill.h"
-#include "geometry/pixel_unit.h"
+#include "pixels/pixel_fill.h"
+#include "pixels/pixel_unit.h"
 
 namespace qv8 {
 

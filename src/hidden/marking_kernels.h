@@ -1,7 +1,7 @@
 // Raising the luminance of pixels, and finding the pixels whose luminance has risen.
 #pragma once
 
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

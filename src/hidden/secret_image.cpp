@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/area_mask.h"
-#include "frame/indices.h"
-#include "frame/luminance.h"
-#include "frame/planar_chunks.h"
+#include "area/area_mask.h"
 #include "frame/rows.h"
 #include "hidden/marking_kernels.h"
+#include "pixels/indices.h"
+#include "pixels/luminance.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <span>
 
-#include "frame/mask_canvas.h"
+#include "area/mask_canvas.h"
 #include "qv8com.h"
 
 namespace qv8 {

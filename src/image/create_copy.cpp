@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/palettes.h"
-#include "frame/pixel_kernels.h"
 #include "frame/rows.h"
+#include "pixels/palettes.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 namespace {

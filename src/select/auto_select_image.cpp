@@ -1,9 +1,9 @@
 #include "select/auto_select_image.h"
 
-#include "frame/area_mask.h"
-#include "frame/colour_reader.h"
-#include "frame/indices.h"
+#include "area/area_mask.h"
 #include "frame/progress.h"
+#include "pixels/colour_reader.h"
+#include "pixels/indices.h"
 #include "select/cut_out.h"
 
 namespace qv8 {

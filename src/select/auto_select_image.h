@@ -1,7 +1,7 @@
 // Selection by colour: cutting an area out with a mask of the pixels that are close to a key colour.
 #pragma once
 
-#include "frame/area.h"
+#include "area/area.h"
 #include "select/colour_match.h"
 
 namespace qv8 {

@@ -2,8 +2,8 @@
 
 #include <immintrin.h>
 
-#include "frame/luminance.h"
-#include "frame/target.h"
+#include "pixels/luminance.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
@@ -16,18 +16,22 @@ struct MatchKernels {
 };
 
 namespace baseline {
-#include "frame/lanes_sse2.inl"
-#include "frame/ycc_lanes.inl"
+#include "simd/lanes_sse2.inl"
+
+#include "pixels/ycc_lanes.inl"
+
 #include "select/colour_match.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
-#include "frame/lanes_avx2.inl"
-#include "frame/ycc_lanes.inl"
+#include "simd/lanes_avx2.inl"
+
+#include "pixels/ycc_lanes.inl"
+
 #include "select/colour_match.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 // What a mode compares, as planar components: the channels themselves, or computed ones.
 struct ComparedComponents {

@@ -1,7 +1,7 @@
 // Which colours are close to a key colour.
 #pragma once
 
-#include "frame/planar_chunks.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 

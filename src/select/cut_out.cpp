@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/bit_copy.h"
-#include "frame/palettes.h"
-#include "frame/planar_chunks.h"
+#include "pixels/bit_copy.h"
+#include "pixels/palettes.h"
+#include "pixels/planar_chunks.h"
 #include "qv8com.h"
 
 namespace qv8 {

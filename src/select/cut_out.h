@@ -1,8 +1,8 @@
 // Rows of a picture that is cut out of another: the pixels of an area, and a background around them.
 #pragma once
 
-#include "frame/area.h"
-#include "frame/pixel_fill.h"
+#include "area/area.h"
+#include "pixels/pixel_fill.h"
 
 namespace qv8 {
 

@@ -1,7 +1,7 @@
 // Selection: cutting an area out of a picture as a new picture with its mask.
 #pragma once
 
-#include "frame/area.h"
+#include "area/area.h"
 
 namespace qv8 {
 

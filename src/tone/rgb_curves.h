@@ -1,7 +1,7 @@
 // Curves on red, green and blue: gamma, level, inversion.
 #pragma once
 
-#include "frame/area.h"
+#include "area/area.h"
 
 namespace qv8 {
 

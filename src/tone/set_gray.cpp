@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/indices.h"
-#include "frame/luminance.h"
-#include "frame/palettes.h"
-#include "frame/planar_chunks.h"
 #include "frame/rows.h"
+#include "pixels/indices.h"
+#include "pixels/luminance.h"
+#include "pixels/palettes.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "frame/area_rows.h"
-#include "frame/planar_chunks.h"
+#include "area/area_rows.h"
 #include "frame/progress.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

@@ -1,8 +1,8 @@
 // The worker of every effect that changes colours one by one: tone curves, chroma.
 #pragma once
 
-#include "frame/area.h"
-#include "frame/pixel_kernels.h"
+#include "area/area.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

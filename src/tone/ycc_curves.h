@@ -1,7 +1,7 @@
 // Curves on luminance and the two colour differences: gamma, level, inversion, and the strength of colour.
 #pragma once
 
-#include "frame/area.h"
+#include "area/area.h"
 
 namespace qv8 {
 

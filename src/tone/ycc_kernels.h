@@ -1,7 +1,7 @@
 // Luminance and colour differences: there, changed, and back, on planar channels in place.
 #pragma once
 
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

@@ -3,8 +3,8 @@
 
 #include <cmath>
 
-#include "frame/target.h"
 #include "geometry/affine_kernels.h"
+#include "simd/target.h"
 #include "support/random.h"
 
 namespace {

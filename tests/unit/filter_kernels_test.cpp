@@ -9,7 +9,7 @@
 #include "filter/outline_kernels.h"
 #include "filter/sharpen_kernels.h"
 #include "filter/smoothing_kernels.h"
-#include "frame/target.h"
+#include "simd/target.h"
 #include "support/picture.h"
 
 namespace test {

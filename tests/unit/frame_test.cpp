@@ -4,9 +4,9 @@
 #include <cstring>
 #include <vector>
 
-#include "frame/area.h"
+#include "area/area.h"
 #include "frame/dib.h"
-#include "frame/indices.h"
+#include "pixels/indices.h"
 
 namespace {
 

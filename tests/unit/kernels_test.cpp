@@ -6,8 +6,8 @@
 #include <cstring>
 #include <vector>
 
-#include "frame/pixel_kernels.h"
-#include "frame/target.h"
+#include "pixels/pixel_kernels.h"
+#include "simd/target.h"
 #include "tone/curve_kernels.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "compose/layer_kernels.h"
-#include "frame/bit_copy.h"
-#include "frame/target.h"
+#include "pixels/bit_copy.h"
+#include "simd/target.h"
 #include "support/picture.h"
 
 namespace test {

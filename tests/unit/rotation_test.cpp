@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/target.h"
 #include "geometry/mirror_flip.h"
 #include "geometry/rotation_kernels.h"
+#include "simd/target.h"
 #include "support/area.h"
 #include "support/picture.h"
 

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/luminance.h"
-#include "frame/target.h"
+#include "pixels/luminance.h"
+#include "simd/target.h"
 #include "tone/ycc_kernels.h"
 
 namespace {

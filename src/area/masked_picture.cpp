@@ -1,6 +1,6 @@
-#include "frame/masked_picture.h"
+#include "area/masked_picture.h"
 
-#include "frame/area.h"
+#include "area/area.h"
 
 namespace qv8 {
 

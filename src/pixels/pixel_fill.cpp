@@ -1,7 +1,7 @@
-#include "frame/pixel_fill.h"
+#include "pixels/pixel_fill.h"
 
-#include "frame/palettes.h"
-#include "frame/pixel_kernels.h"
+#include "pixels/palettes.h"
+#include "pixels/pixel_kernels.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
 // Masks of one side of a line.
 #pragma once
 
-#include "frame/area_mask.h"
-#include "geometry/panorama_fit.h"
+#include "area/area_mask.h"
+#include "compose/panorama_fit.h"
 
 namespace qv8 {
 

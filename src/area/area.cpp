@@ -1,10 +1,10 @@
-#include "frame/area.h"
+#include "area/area.h"
 
 #include <algorithm>
 #include <bit>
 #include <utility>
 
-#include "frame/area_mask.h"
+#include "area/area_mask.h"
 #include "qv8com.h"
 
 namespace qv8 {

@@ -1,4 +1,4 @@
-#include "geometry/panorama_fit.h"
+#include "compose/panorama_fit.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "geometry/pixel_unit.h"
+#include "pixels/pixel_unit.h"
 
 #include <cstring>
 
-#include "frame/indices.h"
+#include "pixels/indices.h"
 
 namespace qv8 {
 namespace {

@@ -1,4 +1,4 @@
-#include "frame/bit_copy.h"
+#include "pixels/bit_copy.h"
 
 #include <algorithm>
 #include <cstring>

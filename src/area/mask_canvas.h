@@ -5,7 +5,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "frame/area_mask.h"
+#include "area/area_mask.h"
 
 namespace qv8 {
 

@@ -1,9 +1,9 @@
-#include "frame/nearest_colours.h"
+#include "pixels/nearest_colours.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "frame/palettes.h"
+#include "pixels/palettes.h"
 #include "qv8com.h"
 
 namespace qv8 {

@@ -1,7 +1,7 @@
 // Luminance of a colour: products with 0.299, 0.587 and 0.114, each in single precision.
 #pragma once
 
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

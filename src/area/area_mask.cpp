@@ -1,8 +1,8 @@
-#include "frame/area_mask.h"
+#include "area/area_mask.h"
 
 #include <cstring>
 
-#include "frame/mask_canvas.h"
+#include "area/mask_canvas.h"
 #include "qv8com.h"
 
 namespace qv8 {

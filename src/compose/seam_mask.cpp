@@ -1,9 +1,9 @@
-#include "geometry/seam_mask.h"
+#include "compose/seam_mask.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "frame/mask_canvas.h"
+#include "area/mask_canvas.h"
 #include "qv8com.h"
 
 namespace qv8 {

@@ -1,9 +1,9 @@
-#include "frame/colour_reader.h"
+#include "pixels/colour_reader.h"
 
 #include <cstring>
 
-#include "frame/indices.h"
-#include "frame/planar_chunks.h"
+#include "pixels/indices.h"
+#include "pixels/planar_chunks.h"
 
 namespace qv8 {
 namespace {

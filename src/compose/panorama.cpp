@@ -1,7 +1,7 @@
-#include "geometry/panorama.h"
+#include "compose/panorama.h"
 
+#include "compose/seam_mask.h"
 #include "geometry/resize.h"
-#include "geometry/seam_mask.h"
 
 namespace qv8 {
 namespace {

@@ -1,4 +1,4 @@
-#include "frame/palettes.h"
+#include "pixels/palettes.h"
 
 #include <algorithm>
 #include <iterator>

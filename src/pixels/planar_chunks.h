@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame/parts.h"
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "frame/area.h"
+#include "area/area.h"
 #include "frame/progress.h"
 
 namespace qv8 {

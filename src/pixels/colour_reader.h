@@ -1,7 +1,7 @@
 // Reads rows of a picture of any depth as planar colours.
 #pragma once
 
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 

@@ -1,4 +1,4 @@
-#include "frame/indices.h"
+#include "pixels/indices.h"
 
 #include <cstdint>
 #include <cstring>

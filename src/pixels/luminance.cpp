@@ -1,10 +1,10 @@
-#include "frame/luminance.h"
+#include "pixels/luminance.h"
 
 #include <immintrin.h>
 
 #include <cstring>
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
@@ -14,18 +14,20 @@ constexpr float kGreen = 0.587F;
 constexpr float kBlue = 0.114F;
 
 namespace baseline {
-#include "frame/lanes_sse2.inl"
-#include "frame/luminance.inl"
+#include "simd/lanes_sse2.inl"
+
+#include "pixels/luminance.inl"
 constexpr LuminanceKernels kKernels = {Luminance, GreyLevel, nullptr};
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
-#include "frame/lanes_avx2.inl"
-#include "frame/luminance.inl"
-#include "frame/luminance_avx2.inl"
+#include "simd/lanes_avx2.inl"
+
+#include "pixels/luminance.inl"
+#include "pixels/luminance_avx2.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 BYTE OfOne(void (*kernel)(const PlanarRow& row, BYTE* result, int count), RGBQUAD colour) {
     BYTE result = 0;

@@ -1,4 +1,4 @@
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {

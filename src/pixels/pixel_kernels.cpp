@@ -1,6 +1,6 @@
-#include "frame/pixel_kernels.h"
+#include "pixels/pixel_kernels.h"
 
-#include "frame/target.h"
+#include "simd/target.h"
 
 namespace qv8 {
 namespace {
@@ -30,15 +30,15 @@ static_assert(FactorsAreExact());
 
 namespace baseline {
 constexpr bool kHasByteShuffle = false;
-#include "frame/pixel_kernels.inl"
+#include "pixels/pixel_kernels.inl"
 } // namespace baseline
 
-#include "frame/avx2_begin.h"
+#include "simd/avx2_begin.h"
 namespace avx2 {
 constexpr bool kHasByteShuffle = true;
-#include "frame/pixel_kernels.inl"
+#include "pixels/pixel_kernels.inl"
 } // namespace avx2
-#include "frame/avx2_end.h"
+#include "simd/avx2_end.h"
 
 } // namespace
 
