@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "bmp.h"
+#include "pictures/bmp.h"
 #include "support/picture.h"
 
 namespace {

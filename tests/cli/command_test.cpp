@@ -6,8 +6,8 @@
 
 #include "area_options.h"
 #include "files.h"
-#include "image_file.h"
-#include "interrupt.h"
+#include "pictures/image_file.h"
+#include "pictures/interrupt.h"
 #include "progress.h"
 
 namespace {

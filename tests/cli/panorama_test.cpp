@@ -7,7 +7,7 @@
 
 #include "command_line.h"
 #include "files.h"
-#include "image_file.h"
+#include "pictures/image_file.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "photo_codec.h"
+#include "pictures/photo_codec.h"
 
 #include <gtest/gtest.h>
 
 #include "files.h"
-#include "image_file.h"
 #include "mask.h"
+#include "pictures/image_file.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "failure.h"
 #include "mask.h"
+#include "pictures/failure.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include <qv8effect.h>
 
-#include "bmp.h"
-#include "failure.h"
-#include "plain_image.h"
+#include "pictures/bmp.h"
+#include "pictures/failure.h"
+#include "pictures/plain_image.h"
 #include "progress.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "picture.h"
+#include "pictures/picture.h"
 
 // Puts a picture on the clipboard. `name` stands for it in the words of a Failure.
 void CopyToClipboard(const Picture& picture, const std::string& name);

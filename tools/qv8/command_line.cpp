@@ -15,12 +15,12 @@
 #include "area_options.h"
 #include "clipboard.h"
 #include "effects.h"
-#include "failure.h"
-#include "image_file.h"
 #include "info.h"
 #include "message.h"
 #include "option_types.h"
-#include "output_file.h"
+#include "pictures/failure.h"
+#include "pictures/image_file.h"
+#include "pictures/output_file.h"
 #include "progress.h"
 
 namespace {

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "effect_families.h"
-#include "image_file.h"
 #include "mask.h"
 #include "option_types.h"
+#include "pictures/image_file.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include <qv8effect.h>
 
-#include "picture.h"
+#include "pictures/picture.h"
 
 namespace CLI {
 class App;

@@ -7,9 +7,9 @@
 
 #include "area_options.h"
 #include "effect_families.h"
-#include "failure.h"
 #include "mask.h"
 #include "option_types.h"
+#include "pictures/failure.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 
 #include "area_options.h"
 #include "effect_families.h"
-#include "failure.h"
-#include "image_file.h"
 #include "mask.h"
 #include "option_types.h"
+#include "pictures/failure.h"
+#include "pictures/image_file.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "effect_families.h"
-#include "failure.h"
 #include "option_types.h"
+#include "pictures/failure.h"
 
 EffectCall AddCreateImage(CLI::App& command) {
     struct Options {

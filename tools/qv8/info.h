@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "image_file.h"
+#include "pictures/image_file.h"
 
 // Several lines, one for each property.
 std::string DescribePicture(const std::string& name, const LoadedPicture& loaded);

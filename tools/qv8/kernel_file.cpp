@@ -9,8 +9,8 @@
 #include <sstream>
 #include <vector>
 
-#include "failure.h"
-#include "input_file.h"
+#include "pictures/failure.h"
+#include "pictures/input_file.h"
 
 namespace {
 

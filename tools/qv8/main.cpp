@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "command_line.h"
-#include "interrupt.h"
+#include "pictures/interrupt.h"
 
 #ifdef _WIN32
 #include <qv8platform.h>

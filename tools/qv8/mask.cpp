@@ -2,9 +2,9 @@
 
 #include <new>
 
-#include "failure.h"
-#include "image_file.h"
-#include "plain_image.h"
+#include "pictures/failure.h"
+#include "pictures/image_file.h"
+#include "pictures/plain_image.h"
 
 namespace {
 

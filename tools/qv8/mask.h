@@ -5,7 +5,7 @@
 #include <string>
 
 #include "effects.h"
-#include "picture.h"
+#include "pictures/picture.h"
 
 // Reads a picture as a mask for the one in `request`. A 1-bit picture marks with its set bits, whatever their colours;
 // any other marks where its luminance is 128 or more. `inverted` exchanges the two. Throws a Failure with kExitInput

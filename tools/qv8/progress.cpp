@@ -10,13 +10,7 @@
 
 #include <qv8effect.h>
 
-#include "interrupt.h"
-
-#ifdef _WIN32
-#define QV8_REALIGN __attribute__((force_align_arg_pointer)) // a companion of another make may call with any alignment
-#else
-#define QV8_REALIGN
-#endif
+#include "pictures/interrupt.h"
 
 namespace {
 
@@ -48,6 +42,7 @@ Progress::~Progress() {
     }
 }
 
+// A companion of another make may call with any alignment.
 QV8_REALIGN int QV8API Progress::OnProgress(int percent, void* context) {
     auto* const self = static_cast<Progress*>(context);
     if (self->visible_ && percent != self->drawnPercent_) {

@@ -6,7 +6,7 @@
 
 #include <qv8com.h>
 
-#include "failure.h"
+#include "pictures/failure.h"
 
 class Progress {
 public:

@@ -1,4 +1,4 @@
-#include "input_file.h"
+#include "pictures/input_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "output_file.h"
+#include "pictures/output_file.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "photo_header.h"
+#include "pictures/photo_header.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Files that are read as a whole.
-#ifndef QV8_TOOL_INPUT_FILE_H
-#define QV8_TOOL_INPUT_FILE_H
+#ifndef QV8_PICTURES_INPUT_FILE_H
+#define QV8_PICTURES_INPUT_FILE_H
 
 #include <cstddef>
 #include <functional>
@@ -9,7 +9,7 @@
 
 #include <qv8platform.h>
 
-#include "failure.h"
+#include "pictures/failure.h"
 
 Failure ReadFailure(const std::string& name, const std::string& reason);
 

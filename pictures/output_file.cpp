@@ -1,4 +1,4 @@
-#include "output_file.h"
+#include "pictures/output_file.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -12,7 +12,7 @@
 #include <unistd.h>
 #endif
 
-#include "failure.h"
+#include "pictures/failure.h"
 
 namespace fs = std::filesystem;
 

@@ -1,5 +1,5 @@
 // The code of the two stb headers, compiled once and without this project's warnings.
-#include "stb_memory.h"
+#include "pictures/stb_memory.h"
 
 #include <cstdint>
 #include <cstdlib>

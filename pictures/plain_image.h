@@ -1,13 +1,13 @@
 // Pictures as plain samples, the form that PNG and JPEG codecs know: top row first, no padding.
-#ifndef QV8_TOOL_PLAIN_IMAGE_H
-#define QV8_TOOL_PLAIN_IMAGE_H
+#ifndef QV8_PICTURES_PLAIN_IMAGE_H
+#define QV8_PICTURES_PLAIN_IMAGE_H
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
-#include "failure.h"
-#include "picture.h"
+#include "pictures/failure.h"
+#include "pictures/picture.h"
 
 struct PlainImage {
     std::size_t width = 0;

@@ -1,17 +1,17 @@
-#include "image_file.h"
+#include "pictures/image_file.h"
 
 #include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <vector>
 
-#include "bmp.h"
-#include "failure.h"
-#include "input_file.h"
-#include "interrupt.h"
-#include "photo_codec.h"
-#include "photo_header.h"
-#include "plain_image.h"
+#include "pictures/bmp.h"
+#include "pictures/failure.h"
+#include "pictures/input_file.h"
+#include "pictures/interrupt.h"
+#include "pictures/photo_codec.h"
+#include "pictures/photo_header.h"
+#include "pictures/plain_image.h"
 
 namespace {
 

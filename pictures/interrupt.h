@@ -1,7 +1,13 @@
 // The wish to stop: Ctrl-C, or a signal that asks to end. The first one is noted, so that work can end in good order; a
 // second one ends the program at once.
-#ifndef QV8_TOOL_INTERRUPT_H
-#define QV8_TOOL_INTERRUPT_H
+#ifndef QV8_PICTURES_INTERRUPT_H
+#define QV8_PICTURES_INTERRUPT_H
+
+#ifdef _WIN32
+#define QV8_REALIGN __attribute__((force_align_arg_pointer)) // for functions that may be called with any alignment
+#else
+#define QV8_REALIGN
+#endif
 
 // From now on it is noted.
 void WatchForInterrupt();

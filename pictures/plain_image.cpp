@@ -1,12 +1,13 @@
-#include "plain_image.h"
+#include "pictures/plain_image.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
 
 #include <qv8effect.h>
 
-#include "failure.h"
-#include "progress.h"
+#include "pictures/failure.h"
+#include "pictures/interrupt.h"
 
 namespace {
 
@@ -75,12 +76,38 @@ Failure UnknownChannels(ExitCode code, const std::string& subject) {
     return Failure(code, subject + "its channel masks are not among those that can be converted");
 }
 
+// What the library reports to: nothing is shown, and an interrupt stops it.
+class SilentOwner {
+public:
+    SilentOwner() {
+        if (number_ == 0) { // 0 would make the library open a dialog of its own
+            throw std::bad_alloc();
+        }
+    }
+    SilentOwner(const SilentOwner&) = delete;
+    SilentOwner& operator=(const SilentOwner&) = delete;
+    ~SilentOwner() {
+        RemoveProgressOwner(number_);
+    }
+    DWORD Number() const {
+        return number_;
+    }
+
+private:
+    QV8_REALIGN static int QV8API OnProgress(int, void*) {
+        return Interrupted() ? 0 : 1;
+    }
+    DWORD number_ = AddProgressOwner(OnProgress, this);
+};
+
 Picture As24Bit(const Picture& picture, ExitCode code, const std::string& subject) {
-    Progress progress(Progress::Bar::kHidden);
-    Picture converted(QV8ConvertColor(picture.Handle(), 24, FALSE, FALSE, 128, progress.Owner(), 0, 0, 0));
+    const SilentOwner owner;
+    Picture converted(QV8ConvertColor(picture.Handle(), 24, FALSE, FALSE, 128, owner.Number(), 0, 0, 0));
     if (!converted) {
+        StopIfInterrupted();
         const int status = GetErrorStatus();
-        throw status == QV8_STATUS_PICTURE ? UnknownChannels(code, subject) : StatusFailure(subject, status);
+        throw status == QV8_STATUS_PICTURE ? UnknownChannels(code, subject)
+                                           : Failure(code, subject + GetErrorStatusText(status));
     }
     return converted;
 }

@@ -1,14 +1,14 @@
 // PNG and JPEG files in memory.
-#ifndef QV8_TOOL_PHOTO_CODEC_H
-#define QV8_TOOL_PHOTO_CODEC_H
+#ifndef QV8_PICTURES_PHOTO_CODEC_H
+#define QV8_PICTURES_PHOTO_CODEC_H
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "picture.h"
-#include "plain_image.h"
+#include "pictures/picture.h"
+#include "pictures/plain_image.h"
 
 struct PhotoReading {
     Picture picture;

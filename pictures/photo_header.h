@@ -1,7 +1,7 @@
 // What a PNG or JPEG file says about itself. It is looked at before decoding, because a file of a few bytes can ask for
 // gigabytes of memory or for hours of work.
-#ifndef QV8_TOOL_PHOTO_HEADER_H
-#define QV8_TOOL_PHOTO_HEADER_H
+#ifndef QV8_PICTURES_PHOTO_HEADER_H
+#define QV8_PICTURES_PHOTO_HEADER_H
 
 #include <cstddef>
 #include <cstdint>

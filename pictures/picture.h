@@ -1,6 +1,6 @@
 // Owner of a picture block, and access to its parts while it is locked.
-#ifndef QV8_TOOL_PICTURE_H
-#define QV8_TOOL_PICTURE_H
+#ifndef QV8_PICTURES_PICTURE_H
+#define QV8_PICTURES_PICTURE_H
 
 #include <cstddef>
 #include <cstdint>

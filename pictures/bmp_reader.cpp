@@ -4,7 +4,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "bmp.h"
+#include "pictures/bmp.h"
 
 namespace {
 

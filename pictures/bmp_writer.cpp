@@ -1,4 +1,4 @@
-#include "bmp.h"
+#include "pictures/bmp.h"
 
 std::array<BYTE, kBmpFileHeaderBytes> BmpFileHeader(const LockedPicture& picture) {
     std::array<BYTE, kBmpFileHeaderBytes> header{'B', 'M'};

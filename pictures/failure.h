@@ -1,6 +1,6 @@
 // How the program ends when something goes wrong: a message for the user and an exit code for the calling script.
-#ifndef QV8_TOOL_FAILURE_H
-#define QV8_TOOL_FAILURE_H
+#ifndef QV8_PICTURES_FAILURE_H
+#define QV8_PICTURES_FAILURE_H
 
 #include <stdexcept>
 #include <string>

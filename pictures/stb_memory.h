@@ -1,7 +1,7 @@
 // The memory of the decoder of PNG and JPEG. It grows with what it finds in a file, however little the file's header
 // announces, and so is held to a limit.
-#ifndef QV8_TOOL_STB_MEMORY_H
-#define QV8_TOOL_STB_MEMORY_H
+#ifndef QV8_PICTURES_STB_MEMORY_H
+#define QV8_PICTURES_STB_MEMORY_H
 
 #include <cstddef>
 

@@ -1,14 +1,14 @@
 // Windows bitmap files (BMP) of 1, 4, 8, 16, 24 and 32 bits, read into picture blocks and written from them without
 // loss.
-#ifndef QV8_TOOL_BMP_H
-#define QV8_TOOL_BMP_H
+#ifndef QV8_PICTURES_BMP_H
+#define QV8_PICTURES_BMP_H
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
-#include "picture.h"
+#include "pictures/picture.h"
 
 inline constexpr std::size_t kBmpFileHeaderBytes = 14;
 

@@ -1,4 +1,4 @@
-#include "interrupt.h"
+#include "pictures/interrupt.h"
 
 #include <atomic>
 
@@ -8,7 +8,7 @@
 #include <csignal>
 #endif
 
-#include "failure.h"
+#include "pictures/failure.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ static_assert(std::atomic<bool>::is_always_lock_free);
 
 #ifdef _WIN32
 // The system calls this with a stack that is aligned to 4 bytes only.
-__attribute__((force_align_arg_pointer)) BOOL WINAPI OnConsoleEvent(DWORD event) {
+QV8_REALIGN BOOL WINAPI OnConsoleEvent(DWORD event) {
     const bool first = !interruptNoted.exchange(true);
     return first && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT);
 }

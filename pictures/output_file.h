@@ -1,7 +1,7 @@
 // A file that is written beside its final place and put there when it is complete, so that a failure leaves what was
 // there before, and a program may write the file that it reads.
-#ifndef QV8_TOOL_OUTPUT_FILE_H
-#define QV8_TOOL_OUTPUT_FILE_H
+#ifndef QV8_PICTURES_OUTPUT_FILE_H
+#define QV8_PICTURES_OUTPUT_FILE_H
 
 #include <cstddef>
 #include <cstdio>

@@ -1,13 +1,13 @@
 // Picture files of all the formats that the program knows.
-#ifndef QV8_TOOL_IMAGE_FILE_H
-#define QV8_TOOL_IMAGE_FILE_H
+#ifndef QV8_PICTURES_IMAGE_FILE_H
+#define QV8_PICTURES_IMAGE_FILE_H
 
 #include <cstdint>
 #include <memory>
 #include <string>
 
-#include "output_file.h"
-#include "picture.h"
+#include "pictures/output_file.h"
+#include "pictures/picture.h"
 
 enum class ImageFormat { kBmp, kPng, kJpeg };
 

@@ -1,4 +1,4 @@
-#include "photo_codec.h"
+#include "pictures/photo_codec.h"
 
 #include <algorithm>
 #include <climits>
@@ -7,8 +7,8 @@
 #include <stb/stb_image.h>
 #include <stb/stb_image_write.h>
 
-#include "photo_header.h"
-#include "stb_memory.h"
+#include "pictures/photo_header.h"
+#include "pictures/stb_memory.h"
 
 namespace {
 
