@@ -131,6 +131,11 @@ std::span<const Parameter> AreaParameters(const Effect& effect);
 // The effect of that name, or null.
 const Effect* FindEffect(std::string_view name);
 
+// Whether the parameter is a second picture, and no mask or pattern.
+inline bool IsPicture(const Parameter& parameter) {
+    return parameter.kind == Kind::kPicture || parameter.kind == Kind::kMaskedPicture;
+}
+
 // The name of a family as a heading.
 const char* FamilyName(Family family);
 

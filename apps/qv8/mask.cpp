@@ -2,8 +2,8 @@
 
 #include <new>
 
+#include "catalogue/picture_header.h"
 #include "pictures/failure.h"
-#include "pictures/image_file.h"
 #include "pictures/plain_image.h"
 
 namespace {
@@ -36,35 +36,9 @@ Picture EmptyMask(std::size_t width, std::size_t height) {
     return mask;
 }
 
-void Invert(const Picture& mask) {
-    const LockedPicture locked(mask);
-    for (std::size_t i = locked.PixelOffset(); i < locked.Size(); ++i) {
-        locked.Bytes()[i] = static_cast<BYTE>(~locked.Bytes()[i]);
-    }
+std::string SizeText(const BITMAPINFOHEADER& header) {
+    return std::to_string(header.biWidth) + " x " + std::to_string(header.biHeight);
 }
-
-std::string SizeText(const LockedPicture& picture) {
-    return std::to_string(picture.Width()) + " x " + std::to_string(picture.Height());
-}
-
-void CheckSize(const LockedPicture& mask, const std::string& name, const EffectRequest& request) {
-    struct Unlock {
-        HGLOBAL block;
-        ~Unlock() {
-            GlobalUnlock(block);
-        }
-    };
-    const auto* const source = static_cast<const BITMAPINFOHEADER*>(GlobalLock(request.image));
-    const Unlock unlock{request.image};
-    const BITMAPINFOHEADER& header = mask.Header();
-    if (header.biWidth != source->biWidth || header.biHeight != source->biHeight) {
-        throw Failure(kExitInput, name + ": a mask of " + SizeText(mask) + " pixels does not fit " + request.imageName +
-                                      " of " + std::to_string(source->biWidth) + " x " +
-                                      std::to_string(source->biHeight));
-    }
-}
-
-} // namespace
 
 Picture MaskFromLuminance(const Picture& picture, const std::string& name) {
     const PlainImage image = PlainFromPicture(picture, kExitInput, name + ": ");
@@ -82,14 +56,25 @@ Picture MaskFromLuminance(const Picture& picture, const std::string& name) {
     return mask;
 }
 
-Picture LoadMask(const std::string& name, bool inverted, const EffectRequest& request) {
-    Picture mask = LoadPicture(name, request.maxPixels).picture;
-    CheckSize(LockedPicture(mask), name, request);
-    if (LockedPicture(mask).Header().biBitCount != 1) {
-        mask = MaskFromLuminance(mask, name);
+} // namespace
+
+Picture AsMask(Picture picture, const std::string& name) {
+    const bool isMask = LockedPicture(picture).Header().biBitCount == 1;
+    return isMask ? std::move(picture) : MaskFromLuminance(picture, name);
+}
+
+void CheckMaskSize(HGLOBAL mask, const std::string& maskName, HGLOBAL image, const std::string& imageName) {
+    const BITMAPINFOHEADER header = catalogue::HeaderOf(mask).value();
+    const BITMAPINFOHEADER other = catalogue::HeaderOf(image).value();
+    if (header.biWidth != other.biWidth || header.biHeight != other.biHeight) {
+        throw Failure(kExitInput, maskName + ": a mask of " + SizeText(header) + " pixels does not fit " + imageName +
+                                      " of " + SizeText(other));
     }
-    if (inverted) {
-        Invert(mask);
+}
+
+void InvertMask(const Picture& mask) {
+    const LockedPicture locked(mask);
+    for (std::size_t i = locked.PixelOffset(); i < locked.Size(); ++i) {
+        locked.Bytes()[i] = static_cast<BYTE>(~locked.Bytes()[i]);
     }
-    return mask;
 }

@@ -1,24 +1,11 @@
 #include "info.h"
 
-#include <algorithm>
-#include <array>
-
 #include <qv8com.h>
 #include <qv8platform.h>
 
-namespace {
+#include "catalogue/picture_header.h"
 
-bool IsGreyRamp(const LockedPicture& picture) {
-    std::array<bool, 256> seen{};
-    for (std::size_t i = 0; i < picture.TableEntries(); ++i) {
-        const RGBQUAD& entry = picture.Table()[i];
-        if (entry.rgbRed != entry.rgbGreen || entry.rgbGreen != entry.rgbBlue) {
-            return false;
-        }
-        seen[entry.rgbRed] = true;
-    }
-    return picture.TableEntries() == 256 && std::all_of(seen.begin(), seen.end(), [](bool level) { return level; });
-}
+namespace {
 
 const char* Layout16(int layout) {
     return layout == 1 || layout == 3 ? "red, green, blue of 5, 5, 5 bits"
@@ -26,13 +13,13 @@ const char* Layout16(int layout) {
                                       : "channel masks that the effects do not accept";
 }
 
-std::string Layout(const LockedPicture& picture) {
+std::string Layout(const LockedPicture& picture, HGLOBAL block) {
     switch (picture.Header().biBitCount) {
     case 1:
     case 4:
         return "indices into a colour table";
     case 8:
-        return IsGreyRamp(picture) ? "indices into a grey ramp" : "indices into a colour table";
+        return catalogue::HasGreyRamp(block) ? "indices into a grey ramp" : "indices into a colour table";
     case 16:
         return Layout16(GetBmp16Info(picture.Bytes()));
     case 24:
@@ -52,7 +39,7 @@ std::string DescribePicture(const std::string& name, const LoadedPicture& loaded
            "  format       " + FormatName(loaded.format) + "\n" +                                                  //
            "  size         " + std::to_string(picture.Width()) + " x " + std::to_string(picture.Height()) + "\n" + //
            "  depth        " + std::to_string(picture.Header().biBitCount) + " bits\n" +                           //
-           "  layout       " + Layout(picture) + "\n" +                                                            //
+           "  layout       " + Layout(picture, loaded.picture.Handle()) + "\n" +                                   //
            "  table        " + std::to_string(picture.TableEntries()) + " entries\n" +                             //
            "  compression  " + (masks ? "none, with channel masks\n" : "none\n");
 }

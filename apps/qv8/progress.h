@@ -1,12 +1,11 @@
 // Tells the library whom to report progress to: a bar on the terminal, and the place where Ctrl-C stops the work.
-#ifndef QV8_TOOL_PROGRESS_H
-#define QV8_TOOL_PROGRESS_H
+#ifndef QV8_APP_PROGRESS_H
+#define QV8_APP_PROGRESS_H
 
+#include <cstddef>
 #include <string>
 
 #include <qv8com.h>
-
-#include "pictures/failure.h"
 
 class Progress {
 public:
@@ -18,6 +17,12 @@ public:
     Progress& operator=(const Progress&) = delete;
     ~Progress(); // takes the bar away
 
+    // From now on reports are about one of `count` steps.
+    void BeginStep(std::size_t index, std::size_t count) {
+        step_ = static_cast<int>(index);
+        stepCount_ = static_cast<int>(count);
+    }
+
     // What calls to the library are given as their progress owner.
     DWORD Owner() const {
         return owner_;
@@ -28,14 +33,13 @@ private:
     void Draw(int percent);
 
     bool visible_;
+    int step_ = 0;
+    int stepCount_ = 1;
     int drawnPercent_ = -1;
     DWORD owner_;
 };
 
 // One line that shows `percent`, made to be drawn over the one before.
 std::string ProgressLine(int percent);
-
-// What a call of the library that left `status` means for this program. `subject` stands in front of the words.
-Failure StatusFailure(const std::string& subject, int status);
 
 #endif

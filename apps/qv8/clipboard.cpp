@@ -1,9 +1,9 @@
 #include "clipboard.h"
 
+#include <new>
 #include <vector>
 
-#include <qv8effect.h>
-
+#include "catalogue/run.h"
 #include "pictures/bmp.h"
 #include "pictures/failure.h"
 #include "pictures/plain_image.h"
@@ -16,9 +16,21 @@ Picture WithoutMasks(const Picture& picture, const std::string& name) {
     const PlainImage image = PlainFromPicture(picture, kExitInput, name + ": ");
     Picture plain = PictureFromSamples(image.samples.data(), image.width, image.height, image.channels);
     if (!plain) {
-        throw StatusFailure(name + ": copy: ", QV8_STATUS_MEMORY);
+        throw std::bad_alloc();
     }
     return plain;
+}
+
+Picture RunClipboard(const char* effect, HGLOBAL image, const std::string& subject, ExitCode code) {
+    const Progress progress(Progress::Bar::kWhenTerminal);
+    catalogue::Request request;
+    request.image = image;
+    request.progressOwner = progress.Owner();
+    const catalogue::Outcome outcome = catalogue::Run(*catalogue::FindEffect(effect), request);
+    if (outcome.failed != catalogue::Failed::kNot) {
+        throw Failure(outcome.status == QV8_STATUS_CANCELLED ? kExitCancelled : code, subject + outcome.words);
+    }
+    return Picture(outcome.result.pictures.hImage);
 }
 
 } // namespace
@@ -28,21 +40,11 @@ void CopyToClipboard(const Picture& picture, const std::string& name) {
     if (LockedPicture(picture).Header().biCompression == BI_BITFIELDS) {
         plain = WithoutMasks(picture, name);
     }
-    const Progress progress(Progress::Bar::kWhenTerminal);
-    if (QV8SetToClipBrd(nullptr, (plain ? plain : picture).Handle(), progress.Owner(), 0, 0, 0) == 0) {
-        throw StatusFailure(name + ": copy: ", GetErrorStatus());
-    }
+    RunClipboard("set-to-clip-brd", (plain ? plain : picture).Handle(), name + ": copy: ", kExitEffectFailed);
 }
 
 Picture PictureFromClipboard(std::uint64_t maxPixels) {
-    const Progress progress(Progress::Bar::kWhenTerminal);
-    const Picture taken(QV8GetFromClipBrd(nullptr, progress.Owner(), 0, 0, 0));
-    if (!taken) {
-        if (GetErrorStatus() == QV8_STATUS_PICTURE) {
-            throw Failure(kExitInput, "paste: the clipboard holds no picture that can be read");
-        }
-        throw StatusFailure("paste: ", GetErrorStatus());
-    }
+    const Picture taken = RunClipboard("get-from-clip-brd", nullptr, "paste: ", kExitInput);
     // What lies on the clipboard is a file without its first header, and may have as many forms.
     std::vector<BYTE> file(kBmpFileHeaderBytes);
     file[0] = 'B';

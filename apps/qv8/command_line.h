@@ -1,6 +1,6 @@
 // The program as a function.
-#ifndef QV8_TOOL_COMMAND_LINE_H
-#define QV8_TOOL_COMMAND_LINE_H
+#ifndef QV8_APP_COMMAND_LINE_H
+#define QV8_APP_COMMAND_LINE_H
 
 #include <iosfwd>
 #include <string>

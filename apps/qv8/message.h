@@ -1,6 +1,6 @@
 // What goes to standard error.
-#ifndef QV8_TOOL_MESSAGE_H
-#define QV8_TOOL_MESSAGE_H
+#ifndef QV8_APP_MESSAGE_H
+#define QV8_APP_MESSAGE_H
 
 #include <string>
 

@@ -45,8 +45,9 @@ Progress::~Progress() {
 // A companion of another make may call with any alignment.
 QV8_REALIGN int QV8API Progress::OnProgress(int percent, void* context) {
     auto* const self = static_cast<Progress*>(context);
-    if (self->visible_ && percent != self->drawnPercent_) {
-        self->Draw(percent);
+    const int whole = (100 * self->step_ + std::clamp(percent, 0, 100)) / self->stepCount_;
+    if (self->visible_ && whole != self->drawnPercent_) {
+        self->Draw(whole);
     }
     return Interrupted() ? 0 : 1;
 }
@@ -63,12 +64,4 @@ std::string ProgressLine(int percent) {
     const std::string number = std::to_string(shown);
     return "[" + std::string(filled, '#') + std::string(kBarWidth - filled, '.') + "] " +
            std::string(3 - number.size(), ' ') + number + " %";
-}
-
-Failure StatusFailure(const std::string& subject, int status) {
-    const std::string words = GetErrorStatusText(status);
-    if (status == QV8_STATUS_CANCELLED) {
-        return Failure(kExitCancelled, words);
-    }
-    return Failure(kExitEffectFailed, subject + words + " (status " + std::to_string(status) + ")");
 }

@@ -1,6 +1,6 @@
 // Pictures exchanged with other programs over the clipboard.
-#ifndef QV8_TOOL_CLIPBOARD_H
-#define QV8_TOOL_CLIPBOARD_H
+#ifndef QV8_APP_CLIPBOARD_H
+#define QV8_APP_CLIPBOARD_H
 
 #include <cstdint>
 #include <string>

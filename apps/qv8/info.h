@@ -1,6 +1,6 @@
 // What there is to know about a picture file, in words.
-#ifndef QV8_TOOL_INFO_H
-#define QV8_TOOL_INFO_H
+#ifndef QV8_APP_INFO_H
+#define QV8_APP_INFO_H
 
 #include <string>
 

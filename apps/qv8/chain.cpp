@@ -1,0 +1,109 @@
+#include "chain.h"
+
+#include <utility>
+
+#include "catalogue/text.h"
+#include "kernel_file.h"
+#include "mask.h"
+#include "pictures/image_file.h"
+#include "progress.h"
+
+namespace {
+
+bool IsMarking(catalogue::Kind kind) {
+    return kind == catalogue::Kind::kMask || kind == catalogue::Kind::kPattern;
+}
+
+// The name of the picture that the masks of an effect belong to, when that is not the effect's first.
+const Setting* OwnerOfMask(const Step& step) {
+    for (const Setting& setting : step.settings) {
+        if (setting.parameter->kind == catalogue::Kind::kMaskedPicture) {
+            return &setting;
+        }
+    }
+    return nullptr;
+}
+
+bool AreExchanged(const Step& step) {
+    catalogue::Area area;
+    catalogue::MakeArea(*step.effect, step.AreaValues(), area);
+    return area.inside == 0;
+}
+
+} // namespace
+
+ReadyChain::ReadyChain(const Chain& chain, std::uint64_t maxPixels) {
+    for (const Step& step : chain) {
+        steps_.push_back(Prepare(step, maxPixels));
+    }
+}
+
+ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPixels) {
+    ReadyStep ready{step.effect, {}, {}, {}, nullptr};
+    Step filled = step;
+    for (Setting& setting : filled.settings) {
+        if (setting.file.empty()) {
+            continue;
+        }
+        if (setting.parameter->kind == catalogue::Kind::kKernel) {
+            setting.value = LoadKernel(setting.file);
+            continue;
+        }
+        Picture picture = LoadPicture(setting.file, maxPixels).picture;
+        if (IsMarking(setting.parameter->kind)) {
+            picture = AsMask(std::move(picture), setting.file);
+        }
+        if (setting.parameter->kind == catalogue::Kind::kMask && AreExchanged(step)) {
+            InvertMask(picture);
+        }
+        setting.value = picture.Handle();
+        ready.pictures.push_back(std::move(picture));
+        if (setting.parameter->kind == catalogue::Kind::kMask) {
+            ready.mask = ready.pictures.back().Handle();
+            ready.maskName = setting.file;
+        }
+    }
+    if (const Setting* const owner = OwnerOfMask(filled); owner != nullptr && ready.mask != nullptr) {
+        CheckMaskSize(ready.mask, ready.maskName, std::get<HGLOBAL>(owner->value), owner->file);
+        ready.mask = nullptr;
+    }
+    ready.request.values = filled.OwnValues();
+    catalogue::MakeArea(*step.effect, filled.AreaValues(), ready.request.area);
+    ready.request.maxPixels = maxPixels;
+    return ready;
+}
+
+ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient) {
+    if (step.mask != nullptr) {
+        CheckMaskSize(step.mask, step.maskName, subject.image, subject.name);
+    }
+    catalogue::Request request = step.request;
+    request.image = subject.image;
+    request.progressOwner = progressOwner;
+    const catalogue::Outcome outcome = catalogue::Run(*step.effect, request);
+    ChainResult result{Picture(outcome.result.pictures.hImage), Picture(outcome.result.pictures.hMask)};
+    const bool unneeded = lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
+    if (outcome.failed == catalogue::Failed::kNot || unneeded) {
+        return result;
+    }
+    if (outcome.status == QV8_STATUS_CANCELLED) {
+        throw Failure(kExitCancelled, outcome.words);
+    }
+    throw Failure(outcome.failed == catalogue::Failed::kValues ? kExitUsage : kExitEffectFailed,
+                  subject.name + ": " + step.effect->name + ": " + outcome.words);
+}
+
+ChainResult ReadyChain::Apply(const Subject& subject, bool lenient) const {
+    Progress progress(Progress::Bar::kWhenTerminal);
+    ChainResult result;
+    Subject current = subject;
+    for (std::size_t i = 0; i != steps_.size(); ++i) {
+        progress.BeginStep(i, steps_.size());
+        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), lenient);
+        if (next.image) {
+            result = std::move(next);
+            current.image = result.image.Handle();
+        }
+    }
+    return result;
+}

@@ -1,0 +1,52 @@
+// Applies a chain of effects to pictures.
+#ifndef QV8_APP_CHAIN_H
+#define QV8_APP_CHAIN_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "catalogue/run.h"
+#include "pictures/picture.h"
+#include "step.h"
+
+// Where a chain starts.
+struct Subject {
+    HGLOBAL image = nullptr; // 0 for an effect without a source
+    std::string name;        // in the words of failures
+};
+
+struct ChainResult {
+    Picture image;
+    Picture mask;
+};
+
+// A chain with all that its steps need besides their picture: further pictures, masks and kernels, read once for any
+// number of pictures. Threads may share it.
+class ReadyChain {
+public:
+    // Throws a Failure when a file cannot be used.
+    ReadyChain(const Chain& chain, std::uint64_t maxPixels);
+
+    // Throws a Failure when an effect fails. With `lenient` an effect that has nothing to do is no failure.
+    ChainResult Apply(const Subject& subject, bool lenient) const;
+
+    std::size_t Length() const {
+        return steps_.size();
+    }
+
+private:
+    struct ReadyStep {
+        const catalogue::Effect* effect;
+        catalogue::Request request;
+        std::vector<Picture> pictures; // what the request names
+        std::string maskName;          // of the mask that has to fit the picture; empty when there is none
+        HGLOBAL mask = nullptr;
+    };
+    static ReadyStep Prepare(const Step& step, std::uint64_t maxPixels);
+    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient);
+
+    std::vector<ReadyStep> steps_;
+};
+
+#endif

@@ -1,0 +1,43 @@
+// One effect with the values that were written for it, and several of them one after another.
+#ifndef QV8_APP_STEP_H
+#define QV8_APP_STEP_H
+
+#include <string>
+#include <vector>
+
+#include "catalogue/effect.h"
+
+// A value of one parameter, and the file that it has to be read from, if any.
+struct Setting {
+    const catalogue::Parameter* parameter;
+    catalogue::Value value;
+    std::string file;
+};
+
+struct Step {
+    explicit Step(const catalogue::Effect& described);
+
+    const catalogue::Effect* effect;
+    std::vector<Setting> settings; // the effect's own parameters, then those of its area
+
+    // The setting of that name, or null.
+    Setting* Find(const std::string& name);
+    std::vector<catalogue::Value> OwnValues() const;
+    std::vector<catalogue::Value> AreaValues() const;
+};
+
+using Chain = std::vector<Step>;
+
+// Stores what a text says. Returns what is wrong with it, or nothing.
+std::string Set(Setting& setting, const std::string& text);
+
+// What is wrong with the values of a step together, or nothing.
+std::string CheckStep(const Step& step);
+
+// The effect of that name. Throws a Failure with a name that is like it otherwise.
+const catalogue::Effect& EffectNamed(const std::string& name);
+
+// One of `known` that differs from `word` in a letter or two, as " (did you mean \"...\"?)"; nothing when none does.
+std::string Suggestion(const std::string& word, const std::vector<std::string>& known);
+
+#endif
