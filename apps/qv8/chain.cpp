@@ -5,6 +5,7 @@
 #include "catalogue/text.h"
 #include "kernel_file.h"
 #include "mask.h"
+#include "pictures/failure.h"
 #include "pictures/image_file.h"
 #include "progress.h"
 

@@ -6,6 +6,7 @@
 
 #include "catalogue/text.h"
 #include "files.h"
+#include "pictures/failure.h"
 #include "pictures/image_file.h"
 #include "pictures/interrupt.h"
 #include "progress.h"
@@ -50,7 +51,7 @@ Bytes ReddenedWhere(Inside inside, int level) {
 
 // Runs rgb-level --red 40 with further words and returns the written pixels.
 Bytes Reddened(const Folder& folder, std::vector<std::string> words) {
-    words.insert(words.begin(), {"rgb-level", "--red", "40"});
+    words.insert(words.begin(), {"rgb-level", "--force", "--red", "40"});
     words.push_back(folder.Store("in.bmp", BuildBmp(kForm)));
     words.push_back(folder.Name("out.bmp"));
     const Outcome outcome = RunQv8(words);
@@ -143,7 +144,7 @@ TEST(Command, InvertsAllChannelsUnlessSomeAreNamed) {
     const Folder folder;
     const Bytes file = BuildBmp(kForm);
     for (const bool redOnly : {false, true}) {
-        std::vector<std::string> words{"rgb-rev", folder.Store("in.bmp", file), folder.Name("out.bmp")};
+        std::vector<std::string> words{"rgb-rev", folder.Store("in.bmp", file), "-o", folder.Name("out.bmp")};
         if (redOnly) {
             words.push_back("--red");
         }
@@ -159,19 +160,19 @@ TEST(Command, InvertsAllChannelsUnlessSomeAreNamed) {
 TEST(Command, InputMayBeTheOutput) {
     const Folder folder;
     const std::string name = folder.Store("a.bmp", BuildBmp(kForm));
-    ASSERT_EQ(RunQv8({"rgb-level", "--red", "-300", name, name}).code, 0);
+    ASSERT_EQ(RunQv8({"rgb-level", "--red", "-300", name, "-o", name}).code, 0);
     EXPECT_EQ(folder.Load("a.bmp")[kPixels24 + 2], 0);
     EXPECT_EQ(folder.FileCount(), 1U);
     // Under another name of the file, which keeps what it was, and through a link, which stays one.
     const Bytes before = folder.Load("a.bmp");
     std::filesystem::create_hard_link(folder.Path("a.bmp"), folder.Path("hard.bmp"));
-    ASSERT_EQ(RunQv8({"rgb-rev", folder.Name("hard.bmp"), name}).code, 0);
+    ASSERT_EQ(RunQv8({"rgb-rev", "--force", folder.Name("hard.bmp"), name}).code, 0);
     EXPECT_EQ(folder.Load("hard.bmp"), before);
     EXPECT_NE(folder.Load("a.bmp"), before);
     std::error_code unsupported;
     std::filesystem::create_symlink("a.bmp", folder.Path("soft.bmp"), unsupported);
     if (!unsupported) {
-        ASSERT_EQ(RunQv8({"rgb-rev", folder.Name("soft.bmp"), folder.Name("soft.bmp")}).code, 0);
+        ASSERT_EQ(RunQv8({"rgb-rev", "--force", folder.Name("soft.bmp"), folder.Name("soft.bmp")}).code, 0);
         EXPECT_EQ(folder.Load("a.bmp"), before);
         EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("soft.bmp")));
     }
@@ -195,6 +196,11 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         {{"convert-color", "--depth", "24", in, out}, 1, "in.bmp: convert-color: "},
         {{}, 2, "subcommand"},
         {{"blur", in, out}, 2, "\"blur\""},
+        {{"shrap", in, out}, 2, "did you mean \"sharp\"?"},
+        {{"sharp", "--strenght", "3", in, out}, 2, "did you mean \"--strength\"?"},
+        {{"sharp", in, out, out}, 2, "one word too many"},
+        {{"sharp", in, other}, 4, "is there already"},
+        {{"sharp", other, out}, 1, "convert-color --depth 24"},
         {{"rgb-level", in}, 2, "OUTPUT"},
         {{"rgb-level", "--red", "x", in, out}, 2, "--red"},
         {{"rgb-level", "--red", "3000000000", in, out}, 2, "--red"},
@@ -270,12 +276,12 @@ TEST(Command, WhatIsThereStaysWhenWritingFails) {
     const std::string in = folder.Store("in.bmp", BuildBmp(kForm));
     const std::string kept = folder.Store("kept.bmp", {1, 2, 3});
     std::filesystem::permissions(folder.Path("kept.bmp"), std::filesystem::perms::owner_read);
-    EXPECT_EQ(RunQv8({"rgb-rev", in, kept}).code, 4);
+    EXPECT_EQ(RunQv8({"rgb-rev", "--force", in, kept}).code, 4);
     std::filesystem::permissions(folder.Path("kept.bmp"), std::filesystem::perms::owner_all);
     std::filesystem::create_directory(folder.Path("folder.bmp"));
-    EXPECT_EQ(RunQv8({"rgb-rev", in, folder.Name("folder.bmp")}).code, 4);
+    EXPECT_EQ(RunQv8({"rgb-rev", "--force", in, folder.Name("folder.bmp")}).code, 4);
     SetInterrupted(true);
-    EXPECT_EQ(RunQv8({"rgb-rev", in, kept}).code, 130);
+    EXPECT_EQ(RunQv8({"rgb-rev", "--force", in, kept}).code, 130);
     SetInterrupted(false);
     const Picture picture = LoadPicture(in, 1000).picture;
     SetInterrupted(true); // when all is done but for the last step

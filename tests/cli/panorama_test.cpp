@@ -11,7 +11,8 @@
 
 namespace {
 
-void RunQv8(const std::vector<std::string>& words) {
+void RunQv8(std::vector<std::string> words) {
+    words.emplace_back("--force");
     std::ostringstream out;
     std::ostringstream err;
     ASSERT_EQ(RunCommandLine(words, out, err), 0) << words[0] << ": " << err.str();

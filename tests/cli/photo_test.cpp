@@ -190,7 +190,7 @@ TEST(Photo, WhatAFileAsksForIsBounded) {
 TEST(Mask, BeginsAtLuminance128) {
     // Blue, green, red: white, green alone (587 * 219 / 1000 = 128.6), green below (127.97), black.
     const Bytes row{255, 255, 255, 0, 219, 0, 0, 218, 0, 0, 0, 0};
-    const Picture mask = MaskFromLuminance(MakePicture(24, 4, 1, {row}), "m");
+    const Picture mask = AsMask(MakePicture(24, 4, 1, {row}), "m");
     EXPECT_EQ(PixelsOf(mask), (Bytes{0xC0, 0, 0, 0}));
 }
 

@@ -79,7 +79,7 @@ TEST(Program, CopiesAndPastes) {
     EXPECT_EQ(folder.Load("out.bmp"), plain);
     run({"convert-color", "--depth", "24", wide, folder.Name("24.bmp")});
     run({"copy", wide});
-    run({"paste", out});
+    run({"paste", "--force", out});
     EXPECT_EQ(Slice(folder.Load("out.bmp"), 54), Slice(folder.Load("24.bmp"), 54));
 }
 #else
@@ -127,7 +127,7 @@ TEST(Program, AFullDiskLeavesNoFile) {
     const std::string in = folder.Store("in.bmp", picture);
     for (const char* name : {"out.bmp", "out.png", "in.bmp"}) {
         const std::string err = folder.Name("err");
-        const pid_t child = Start({"rgb-rev", in, folder.Name(name)}, [&err] {
+        const pid_t child = Start({"rgb-rev", in, "-o" + folder.Name(name)}, [&err] {
             const rlimit limit{1000, 1000};
             setrlimit(RLIMIT_FSIZE, &limit);
             dup2(open(err.c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600), STDERR_FILENO);
@@ -141,7 +141,7 @@ TEST(Program, AFullDiskLeavesNoFile) {
     }
     EXPECT_EQ(RunQv8({"rgb-rev", in, "/dev/full"}, folder.Path("log"), folder.Path("err")), 2); // has no ending
     fs::create_symlink("/dev/full", folder.Path("full.bmp"));
-    EXPECT_EQ(RunQv8({"rgb-rev", in, folder.Name("full.bmp")}, folder.Path("log"), folder.Path("err")), 4);
+    EXPECT_EQ(RunQv8({"rgb-rev", "--force", in, folder.Name("full.bmp")}, folder.Path("log"), folder.Path("err")), 4);
     EXPECT_EQ(RunQv8({"effects"}, "/dev/full", folder.Path("err")), 4);
 }
 
