@@ -1,7 +1,7 @@
 // The area of effect: the part of a picture that an effect may change, as a rectangle and an optional mask.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

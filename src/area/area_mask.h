@@ -1,7 +1,7 @@
 // Masks of polygons and ellipses, drawn by the platform into 1-bit pictures.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

@@ -21,7 +21,7 @@ inline void CopyRows(const DibView& source, int begin, int end, const NewPicture
 template <class Write>
 bool WriteArea(const DibView& source, const Area& area, const NewPicture& result, const Progress& progress,
                Write write) {
-    const auto pixelBytes = static_cast<std::size_t>(source.bitCount / 8);
+    const auto pixelBytes = static_cast<std::size_t>(source.layout->Bytes());
     const WorkRect& rect = area.rect;
     CopyRows(source, 0, rect.firstRow, result);
     for (int row = rect.firstRow; row <= rect.lastRow; ++row) {

@@ -10,7 +10,7 @@ bool OpenMaskedPicture(const ImageSet& handles, MaskedPicture& picture) {
         return false;
     }
     DibView& image = picture.image.view;
-    if (!CheckPicture(picture.image) || !CheckDibFormat(image, kAcceptAll, image.masks)) {
+    if (!CheckPicture(picture.image) || !CheckDibFormat(image, kAcceptAll)) {
         return false;
     }
     return !picture.mask.lock || (CheckPicture(picture.mask) && IsMaskSizeOf(image, picture.mask.view));

@@ -1,7 +1,7 @@
 // A picture and the mask that goes with it.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

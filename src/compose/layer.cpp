@@ -96,7 +96,7 @@ void BlendInto(const Composition& work, int row, const Stretch& span, BYTE* pixe
     const Place& place = work.layout.layer;
     const auto blend = TheLayerKernels().blend24;
     const auto first = static_cast<int>(span.begin - place.column);
-    if (layer.picture.bitCount == 24) {
+    if (layer.picture.layout->IsNothingButBgr()) {
         const BYTE* const source = layer.picture.Row(static_cast<int>(row - place.row));
         blend(work.blend, source + std::ptrdiff_t{first} * 3, pixels, span.end - span.begin);
         return;
@@ -144,7 +144,7 @@ bool OpenPictures(HGLOBAL baseImage, HGLOBAL layerImage, Picture& base, Picture&
         return Fail(QV8_STATUS_MEMORY);
     }
     const auto accepts = [](Picture& picture) {
-        return CheckPicture(picture) && CheckDibFormat(picture.view, kAcceptAll, picture.view.masks);
+        return CheckPicture(picture) && CheckDibFormat(picture.view, kAcceptAll);
     };
     // Of all effects only this one tells a refused picture by the status of a depth.
     return (baseFound && layerFound && accepts(base) && accepts(layer)) || Fail(QV8_STATUS_DEPTH);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "compose/layer_kernels.h"
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

@@ -23,7 +23,7 @@ bool PlanJoin(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& opti
         return false;
     }
     for (Picture* const picture : {&base, &added}) {
-        if (!CheckPicture(*picture) || !CheckDibFormat(picture->view, kAccept24, picture->view.masks)) {
+        if (!CheckPicture(*picture) || !CheckDibFormat(picture->view, kAccept24)) {
             return false;
         }
     }

@@ -1,7 +1,7 @@
 // How a picture is scaled, turned and placed so that two of its points meet two points of another.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

@@ -4,7 +4,7 @@
 
 #include "area/masked_picture.h"
 #include "geometry/mirror_flip.h"
-#include "pixels/grey_ramp.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 namespace {
@@ -34,25 +34,20 @@ bool ExchangeSides(const MaskedPicture& pasted, const PasteOptions& options, Pro
     });
 }
 
-bool HaveOneFormat(const DibView& a, const DibView& b) {
-    return a.bitCount == b.bitCount && a.masks.red == b.masks.red && a.masks.green == b.masks.green &&
-           a.masks.blue == b.masks.blue;
-}
-
 bool MakePasting(const DibView& base, const DibView& pasted, const DibView* mask, const PasteOptions& options,
                  Pasting& pasting) {
     pasting.placement = PlacePicture(base, pasted, options.angle, options.x, options.y);
     pasting.base = MakeColourReader(base);
     pasting.pasted = MakeColourReader(pasted);
     pasting.mask = mask;
-    pasting.unit = PixelUnitOf(pasted.bitCount);
-    pasting.maskUnit = PixelUnitOf(1);
+    pasting.unit = *pasted.layout->unit;
+    pasting.maskUnit = mask != nullptr ? *mask->layout->unit : PixelUnit{};
     pasting.transparent = options.transparent;
     pasting.opacity = options.opacity;
     pasting.smooth = options.smooth && !pasting.placement.isExact && CanBlend(pasted);
-    // Indices mean something in their own table only, and fourth bytes are the base's.
-    const bool isColour = base.bitCount == 16 || base.bitCount == 24;
-    pasting.copies = isColour && HaveOneFormat(base, pasted) && !pasting.smooth && options.opacity == 255;
+    // Indices mean something in their own table only, and unused bytes are the base's.
+    const bool isCopyable = base.layout == pasted.layout && !base.IsPaletted() && base.layout->unusedBytes == 0;
+    pasting.copies = isCopyable && !pasting.smooth && options.opacity == 255;
     return !base.IsPaletted() || MakeNearestColours(base, pasting.nearest);
 }
 

@@ -149,13 +149,11 @@ bool StoreRun(Pasting& pasting, const Part& part, int begin, int end, const Samp
         return StoreNearest(pasting, colours, end - begin, resultRow, part.column + begin);
     }
     const PixelFormat& format = pasting.base.format;
-    const auto bytes = static_cast<std::size_t>(format.bytesPerPixel);
-    BYTE* const result = resultRow + static_cast<std::size_t>(part.column + begin) * bytes;
+    BYTE* const result = resultRow + format.BytesOf(part.column + begin);
     if (pasting.copies) {
-        std::memcpy(result, samples.pixels + static_cast<std::size_t>(begin) * bytes,
-                    static_cast<std::size_t>(end - begin) * bytes);
+        std::memcpy(result, samples.pixels + format.BytesOf(begin), format.BytesOf(end - begin));
     } else {
-        format.encode(format.masks, colours, result, end - begin);
+        format.Encode(colours, result, end - begin);
     }
     return true;
 }

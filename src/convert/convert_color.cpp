@@ -8,20 +8,16 @@
 namespace qv8 {
 namespace {
 
-bool IsListed(int depth, std::initializer_list<int> depths) {
-    return std::find(depths.begin(), depths.end(), depth) != depths.end();
-}
-
 bool IsConvertible(int sourceDepth, int depth) {
-    return sourceDepth != depth && IsListed(sourceDepth, {1, 4, 8, 16, 24, 32}) &&
-           IsListed(depth, {1, 4, 8, 16, 24, 32, QV8_DEPTH_GREY});
+    return sourceDepth != depth && LayoutOfDepth(sourceDepth) != nullptr &&
+           LayoutOfDepth(BitsOfDepth(depth)) != nullptr;
 }
 
 // The table of an expanded picture: a grey ramp, or the source's colours.
 void WriteExpandedPalette(const DibView& source, int depth, RGBQUAD* palette) {
     if (depth == QV8_DEPTH_GREY) {
         WriteGreyRamp(palette, 256);
-    } else if (depth <= 8) {
+    } else if (LayoutOfDepth(depth)->IsIndexed()) {
         std::transform(source.palette, source.palette + source.paletteSize, palette,
                        [](const RGBQUAD& entry) -> RGBQUAD {
                            return {entry.rgbBlue, entry.rgbGreen, entry.rgbRed, 0};
@@ -30,8 +26,9 @@ void WriteExpandedPalette(const DibView& source, int depth, RGBQUAD* palette) {
 }
 
 HGLOBAL Expand(const DibView& source, int depth, const Progress& progress) {
-    const std::uint32_t kept = depth <= 8 ? source.paletteSize : 0;
-    NewPicture result = NewConverted(source, depth, depth == QV8_DEPTH_GREY ? 256 : kept, kept, Pixels::kUnwritten);
+    const bool isGrey = depth == QV8_DEPTH_GREY;
+    const std::uint32_t kept = !isGrey && LayoutOfDepth(depth)->IsIndexed() ? source.paletteSize : 0;
+    NewPicture result = NewConverted(source, depth, isGrey ? 256 : kept, kept, Pixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -88,13 +85,13 @@ HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dithe
         SetErrorStatus(QV8_STATUS_PARAMETER);
         return nullptr;
     }
-    if (!CheckPicture(source) || !CheckDibFormat(source.view, kAcceptAll, source.view.masks)) {
+    if (!CheckPicture(source) || !CheckDibFormat(source.view, kAcceptAll)) {
         return nullptr;
     }
     if (sourceDepth <= BitsOfDepth(depth)) {
         return Expand(source.view, depth, Progress{progressOwner});
     }
-    if (BitsOfDepth(depth) >= 16) {
+    if (!LayoutOfDepth(BitsOfDepth(depth))->IsIndexed()) {
         return ReduceDirectly(source.view, depth, Progress{progressOwner});
     }
     return ReduceColours(source.view, {depth, fixedPalette, dither, threshold}, progressOwner);

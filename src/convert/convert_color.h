@@ -1,8 +1,8 @@
 // Conversion between colour depths.
 #pragma once
 
-#include "frame/dib.h"
 #include "frame/progress.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

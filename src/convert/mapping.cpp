@@ -257,12 +257,12 @@ bool MapAll(const ColourReader& reader, const Mapping& mapping, MappingRows& row
     const DibView& view = result.view;
     const Choose choose(mapping, view.palette);
     const PaletteTwice palette = PaletteTwiceOf(view.palette, view.paletteSize);
-    const PixelFormat pack = PixelFormatOf(32, {});
+    const auto pack = ThePixelKernels().bgrx.encode;
     return ForEachRow(view.height, progress, [&](int row) {
         ReadColours(reader, row, 0, view.width, rows.colours);
         if (mapping.dither) {
             std::swap(rows.errors[0], rows.errors[1]);
-            pack.encode(pack.masks, rows.colours, rows.packed, view.width);
+            pack(rows.colours, rows.packed, view.width);
             DitherOneRow(choose, mapping.keepErrors, palette, rows, view.width, row % 2 == 0 ? 1 : -1);
         } else {
             MapRow(choose, rows, view.width);

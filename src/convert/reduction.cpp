@@ -33,21 +33,6 @@ bool FindBoxes(const ColourReader& reader, const MappingRows& rows, const NewPic
                      inverseMap.block.As<BYTE>(), progressOwner);
 }
 
-// Writes the fixed table of a depth.
-void WriteFixedPalette(int depth, RGBQUAD* palette) {
-    switch (depth) {
-    case 1:
-        WriteFixedPalette1(palette);
-        break;
-    case 4:
-        WriteFixedPalette4(palette);
-        break;
-    default:
-        WriteFixedPalette8(palette);
-        break;
-    }
-}
-
 ChooseBy ChoiceFor(const ReductionOptions& options) {
     switch (options.depth) {
     case 1:
@@ -112,7 +97,7 @@ HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, DW
     ReductionOptions own = options;
     own.fixedPalette = options.fixedPalette || options.depth == 1;
     const bool is216 = own.depth == 8 && own.fixedPalette;
-    const std::uint32_t paletteSize = is216 ? kFixedColours8 : 1U << own.depth;
+    const std::uint32_t paletteSize = is216 ? kMostFixedColours : 1U << own.depth;
     NewPicture result = NewConverted(source, own.depth, paletteSize, is216 ? paletteSize : 0, Pixels::kZero);
     return result && ReduceInto(source, own, result, progressOwner) ? result.Release() : nullptr;
 }

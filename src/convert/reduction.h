@@ -1,8 +1,8 @@
 // Conversions that have to choose colours: to 1, 4 and 8 bits, and from true colour to grey.
 #pragma once
 
-#include "frame/dib.h"
 #include "frame/progress.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

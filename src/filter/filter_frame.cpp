@@ -43,9 +43,8 @@ void FilterWholeRow(FilterCall& call, int row) {
     }
 }
 
-template <int kBytes>
+template <int kBytes, int kCopied>
 void CopyNeighboursOf(const BYTE* source, const std::ptrdiff_t* offsets, int count, const BYTE* codes, BYTE* result) {
-    constexpr int kCopied = std::min(kBytes, 3); // the fourth byte is not of a colour
     for (int i = 0; i < count; ++i) {
         std::memcpy(result + std::ptrdiff_t{i} * kBytes, source + offsets[codes[i]] + std::ptrdiff_t{i} * kBytes,
                     kCopied);
@@ -53,13 +52,15 @@ void CopyNeighboursOf(const BYTE* source, const std::ptrdiff_t* offsets, int cou
 }
 
 void CopyNeighbours(const DibView& source, int row, int column, int count, const BYTE* codes, BYTE* result) {
-    const int bytes = source.bitCount / 8;
+    const int bytes = source.layout->Bytes();
     std::ptrdiff_t offsets[9];
     for (int place = 0; place < 9; ++place) {
         offsets[place] = (place / 3 - 1) * static_cast<std::ptrdiff_t>(source.stride) + (place % 3 - 1) * bytes;
     }
     const BYTE* const pixels = source.Row(row) + std::ptrdiff_t{column} * bytes;
-    const auto copy = bytes == 2 ? CopyNeighboursOf<2> : bytes == 3 ? CopyNeighboursOf<3> : CopyNeighboursOf<4>;
+    const auto copy = source.layout->unusedBytes != 0 ? CopyNeighboursOf<4, 3>
+                      : bytes == 2                    ? CopyNeighboursOf<2, 2>
+                                                      : CopyNeighboursOf<3, 3>;
     copy(pixels, offsets, count, codes, result);
 }
 
@@ -70,17 +71,14 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
     const bool neighbours = call.filter.result == Filter::Result::kNeighbour;
     if (call.ring.kind == RowKind::kPacked) {
         std::memcpy(result, results[0] + first * 3, static_cast<std::size_t>(count) * 3);
-    } else if (source.IsPaletted()) {
-        for (int i = 0; i < count; ++i) {
-            const BYTE value = results[0][first + i];
-            result[i] = neighbours ? value : call.ring.ramp.indices[value];
-        }
+    } else if (neighbours && call.ring.format.IsGrey()) { // indices already
+        std::memcpy(result, results[0] + first, static_cast<std::size_t>(count));
     } else if (neighbours) {
         CopyNeighbours(source, row, column, count, results[0] + first, result);
     } else {
         const bool grey = call.filter.result == Filter::Result::kGrey;
         const PlanarRow planes = {results[0] + first, results[grey ? 0 : 1] + first, results[grey ? 0 : 2] + first};
-        call.ring.format.encode(call.ring.format.masks, planes, result, count);
+        call.ring.format.Encode(planes, result, count);
     }
 }
 
@@ -98,9 +96,7 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
             FilterWholeRow(call, row);
             call.filteredRow = row;
         }
-        if (source.bitCount == 32) { // fourth bytes, which are not written
-            std::memcpy(resultPixels, sourcePixels, static_cast<std::size_t>(count) * 4);
-        }
+        CopyUnused(call.ring.format, sourcePixels, resultPixels, count);
         WriteRun(source, call, row, column, count, resultPixels);
     };
     return WriteArea(source, area, result, {progressOwner}, write) ? result.Release() : nullptr;

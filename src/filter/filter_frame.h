@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "area/area.h"
-#include "pixels/pixel_kernels.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 

@@ -40,7 +40,7 @@ struct MosaicRows {
     std::uint64_t* sums = nullptr; // blue, green and red of each block
     WORD* columns[3] = {};         // sums of each channel of a column, `step` apart
     int step = 1;
-    BYTE* packed = nullptr; // the same of a row of the picture: packed pixels of 24 and 32 bits, else channels
+    BYTE* packed = nullptr; // the same of a row of the picture: packed bytes of channels, else planar ones
     PlanarRow channels = {};
     std::size_t samples = 0; // of one row, with room for loops that go on beyond its end
     PlanarRow means = {};    // channels, or in `blue` indices
@@ -58,9 +58,9 @@ struct MosaicCall {
 };
 
 bool AllocateRows(const DibView& source, const BlockRow& blocks, MosaicRows& rows) {
-    const bool packed = source.bitCount >= 24;
+    const bool packed = source.layout->isBgr;
     const auto pixels = static_cast<std::uint64_t>(blocks.end - blocks.readFrom) + kFilterSlack;
-    rows.step = packed ? source.bitCount / 8 : 1;
+    rows.step = packed ? source.layout->Bytes() : 1;
     const std::uint64_t samples = pixels * static_cast<std::uint64_t>(packed ? rows.step : 3);
     BYTE* means = nullptr;
     rows.memory = AllocateParts([&](BlockParts& parts) {
@@ -159,7 +159,7 @@ bool MeanBlocks(MosaicCall& call, int row, int endRow) {
     return true;
 }
 
-// Makes the packed row of the means; 32-bit pixels keep a fourth byte and are packed where they go.
+// Makes the packed row of the means; pixels that keep unused bytes are packed where they go.
 void PackMeans(const MosaicCall& call) {
     const MosaicRows& rows = call.rows;
     const int column = call.blocks.readFrom;
@@ -167,8 +167,8 @@ void PackMeans(const MosaicCall& call) {
     const PixelFormat& format = call.reader.format;
     if (call.source.IsPaletted()) {
         PackIndices(call.source.bitCount, rows.means.blue, count, rows.painted, column);
-    } else if (call.source.bitCount < 32) {
-        format.encode(format.masks, rows.means, rows.painted + std::ptrdiff_t{column} * format.bytesPerPixel, count);
+    } else if (format.layout->unusedBytes == 0) {
+        format.Encode(rows.means, rows.painted + format.BytesOf(column), count);
     }
 }
 
@@ -176,16 +176,16 @@ void PaintRow(const MosaicCall& call, int row) {
     const DibView& source = call.source;
     BYTE* const result = call.result.Row(row);
     // Whole rows are painted but for what may follow their last pixel.
-    const bool whole = call.area.mask == nullptr && source.bitCount < 32;
+    const bool keepsUnused = source.layout->unusedBytes != 0;
+    const bool whole = call.area.mask == nullptr && !keepsUnused;
     const std::size_t copyFrom = whole ? source.stride - 4 : 0;
     std::memcpy(result + copyFrom, source.Row(row) + copyFrom, source.stride - copyFrom);
     ForEachRun(call.area, row, [&](int column, int count) {
-        if (source.bitCount == 32) {
+        if (keepsUnused) {
             const int i = column - call.blocks.readFrom;
             const PlanarRow& means = call.rows.means;
             const PixelFormat& format = call.reader.format;
-            format.encode(format.masks, {means.blue + i, means.green + i, means.red + i},
-                          result + std::ptrdiff_t{column} * 4, count);
+            format.Encode({means.blue + i, means.green + i, means.red + i}, result + format.BytesOf(column), count);
         } else {
             const auto bits = static_cast<std::size_t>(source.bitCount);
             const std::size_t begin = bits * static_cast<std::size_t>(column);

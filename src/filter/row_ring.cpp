@@ -10,13 +10,13 @@
 namespace qv8 {
 namespace {
 
-RowKind KindOf(const DibView& source, const Filter& filter) {
-    if (source.IsPaletted()) {
+RowKind KindOf(const PixelFormat& format, const Filter& filter) {
+    if (format.IsGrey()) {
         return RowKind::kGrey;
     }
     const bool allAlike =
         filter.samples != nullptr && filter.channels[kBlue] && filter.channels[kGreen] && filter.channels[kRed];
-    return source.bitCount == 24 && allAlike ? RowKind::kPacked : RowKind::kPlanar;
+    return format.layout->IsNothingButBgr() && allAlike ? RowKind::kPacked : RowKind::kPlanar;
 }
 
 // Repeats the pixels at both ends of a row outward.
@@ -42,18 +42,14 @@ void DecodeRow(RowRing& ring, int row) {
         RepeatEnds(blue, width * 3, 3, ring.reach);
         return;
     }
+    const PlanarRow planes = {blue, ring.planes[kGreen] + slot, ring.planes[kRed] + slot};
+    ring.format.Decode(source, planes, width);
+    RepeatEnds(blue, width, 1, ring.reach);
     if (ring.kind == RowKind::kGrey) {
-        for (int i = 0; i < width; ++i) {
-            blue[i] = ring.ramp.levels[source[i]];
-        }
-        RepeatEnds(blue, width, 1, ring.reach);
         return;
     }
-    const PlanarRow planes = {blue, ring.planes[kGreen] + slot, ring.planes[kRed] + slot};
-    ring.format.decode(ring.format.masks, source, planes, width);
-    for (BYTE* const plane : {planes.blue, planes.green, planes.red}) {
-        RepeatEnds(plane, width, 1, ring.reach);
-    }
+    RepeatEnds(planes.green, width, 1, ring.reach);
+    RepeatEnds(planes.red, width, 1, ring.reach);
     if (ring.luminance) {
         BYTE* const luminance = ring.planes[kLuminance] + slot;
         TheLuminanceKernels().luminance(planes, luminance, width);
@@ -64,7 +60,8 @@ void DecodeRow(RowRing& ring, int row) {
 // What is read from the source is told by its header, once.
 void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.source = source;
-    ring.kind = KindOf(source, filter);
+    ring.format = PixelFormatOf(source);
+    ring.kind = KindOf(ring.format, filter);
     ring.luminance = filter.wantsLuminance && ring.kind == RowKind::kPlanar;
     ring.reach = filter.reach;
     ring.slots = std::min(2 * filter.reach + 1, source.height);
@@ -72,11 +69,6 @@ void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.at.isGrey = ring.kind == RowKind::kGrey;
     ring.at.width = source.width;
     ring.at.height = source.height;
-    if (ring.kind != RowKind::kGrey) {
-        ring.format = PixelFormatOf(source.bitCount, source.masks);
-        return;
-    }
-    ring.ramp = GreyRampOf(source);
 }
 
 // Rows have room on both sides for the repeated border, and for kernels that work on whole registers.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "pixels/grey_ramp.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 
@@ -18,7 +18,6 @@ struct RowRing {
     DibView source;
     RowKind kind = RowKind::kPlanar;
     PixelFormat format;
-    GreyRamp ramp;
     bool luminance = false;
 
     WorkingBlock memory;

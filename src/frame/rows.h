@@ -1,8 +1,8 @@
 // Walks over whole pictures row by row, with progress.
 #pragma once
 
-#include "frame/dib.h"
 #include "frame/progress.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

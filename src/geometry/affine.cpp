@@ -7,7 +7,7 @@
 #include "frame/parts.h"
 #include "geometry/affine_kernels.h"
 #include "geometry/affine_mapping.h"
-#include "pixels/pixel_kernels.h"
+#include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"
 
 namespace qv8 {
@@ -48,21 +48,6 @@ bool CopyUpright(const DibView& source, const Corners& corners, const NewPicture
     return true;
 }
 
-// What is carried of pixels that have been copied: a 16-bit pixel loses what its way through 8 bits takes from it, a
-// 32-bit pixel its fourth byte.
-void Carry(const DibView& source, BYTE* pixels, int count) {
-    if (source.bitCount == 16) {
-        BYTE channels[3][kSpreadPixels];
-        const PlanarRow row = {channels[0], channels[1], channels[2]};
-        const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
-        format.decode(format.masks, pixels, row, count);
-        format.encode(format.masks, row, pixels, count);
-    }
-    for (int i = 0; source.bitCount == 32 && i < count; ++i) {
-        pixels[4 * static_cast<std::size_t>(i) + 3] = 0;
-    }
-}
-
 // Each pixel of the area's bounding box goes where it belongs, if that is in the result.
 bool Distort(const DibView& source, const Corners& corners, const Patch& patch, const NewPicture& result,
              const Progress& progress) {
@@ -70,7 +55,7 @@ bool Distort(const DibView& source, const Corners& corners, const Patch& patch, 
     const auto right = static_cast<int>(std::max(corners.upperRight.x, corners.lowerRight.x));
     const auto top = static_cast<int>(std::min(corners.upperLeft.y, corners.upperRight.y));
     const auto bottom = static_cast<int>(std::max(corners.lowerLeft.y, corners.lowerRight.y));
-    const PixelUnit unit = PixelUnitOf(source.bitCount);
+    const PixelUnit& unit = *source.layout->unit;
     const AffineKernels& kernels = TheAffineKernels();
     SpreadPlaces places;
     BYTE pixels[kSpreadPixels * sizeof(DWORD)] = {};
@@ -80,7 +65,7 @@ bool Distort(const DibView& source, const Corners& corners, const Patch& patch, 
             kernels.findPlaces(patch, x, y, count, places);
             if (y > 0) { // row 0 is outside, and its pixels stay the zeros that they are
                 unit.copyLine(source, x, source.height - y, 1, 0, count, pixels);
-                Carry(source, pixels, count);
+                ReduceToChannels(*source.layout, pixels, count);
             }
             unit.spread(pixels, places.columns, places.rows, count, result);
         });

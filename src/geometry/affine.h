@@ -1,8 +1,8 @@
 // Straightens a four-cornered area of a picture into an upright one.
 #pragma once
 
-#include "frame/dib.h"
 #include "frame/progress.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

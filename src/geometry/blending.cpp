@@ -13,26 +13,6 @@ struct Channels {
     }
 };
 
-void Decode(const Blending& blending, const DibView& picture, const BYTE* pixels, int count, Channels& channels) {
-    if (picture.bitCount != 8) {
-        blending.format.decode(blending.format.masks, pixels, channels.Row(), count);
-        return;
-    }
-    for (int i = 0; i < count; ++i) {
-        channels.blue[i] = blending.ramp.levels[pixels[i]];
-    }
-}
-
-void Encode(const Blending& blending, const DibView& picture, Channels& channels, int count, BYTE* pixels) {
-    if (picture.bitCount != 8) {
-        blending.format.encode(blending.format.masks, channels.Row(), pixels, count);
-        return;
-    }
-    for (int i = 0; i < count; ++i) {
-        pixels[i] = blending.ramp.indices[channels.blue[i]];
-    }
-}
-
 bool IsOutside(int place, int size) {
     return static_cast<unsigned>(place) >= static_cast<unsigned>(size);
 }
@@ -49,7 +29,7 @@ void CopyChannels(const Blending& blending, const Plane& plane, const int* colum
                   Channels& channels) {
     BYTE pixels[kPlaces * 4];
     plane.unit.copyPlaces(plane.source, columns, rows, count, pixels);
-    Decode(blending, plane.source, pixels, count, channels);
+    blending.format.Decode(pixels, channels.Row(), count);
 }
 
 // The same where places may be outside: those count as background.
@@ -75,15 +55,12 @@ void CopyChannelsWithin(const Blending& blending, const Plane& plane, const int*
 } // namespace
 
 Blending BlendingOf(const Plane& plane, const RGBQUAD& background) {
-    const DibView& source = plane.source;
     Blending blending = {};
+    blending.format = PixelFormatOf(plane.source);
     blending.background = background;
-    if (source.bitCount != 8) {
-        blending.format = PixelFormatOf(source.bitCount, source.masks);
-        return blending;
+    if (blending.format.IsGrey()) {
+        blending.background.rgbBlue = blending.format.ramp.levels[plane.background.bytes[0]];
     }
-    blending.ramp = GreyRampOf(source);
-    blending.background.rgbBlue = blending.ramp.levels[plane.background.bytes[0]];
     return blending;
 }
 
@@ -102,11 +79,11 @@ void BlendPixels(const Blending& blending, const Plane& plane, const Places& pla
     copyNeighbours(blending, plane, places.nextColumns, places.nextRows, count, diagonal);
     const auto blend = TheRotationKernels().blend;
     blend(places, pixel.blue, beside.blue, above.blue, diagonal.blue, count, pixel.blue);
-    if (source.bitCount != 8) { // greys have one channel only, blue
+    if (!blending.format.IsGrey()) {
         blend(places, pixel.green, beside.green, above.green, diagonal.green, count, pixel.green);
         blend(places, pixel.red, beside.red, above.red, diagonal.red, count, pixel.red);
     }
-    Encode(blending, source, pixel, count, result);
+    blending.format.Encode(pixel.Row(), result, count);
 }
 
 } // namespace qv8

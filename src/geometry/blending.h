@@ -3,14 +3,13 @@
 
 #include "geometry/rotation_kernels.h"
 #include "geometry/rotation_planes.h"
-#include "pixels/grey_ramp.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 
 struct Blending {
-    PixelFormat format; // of 16, 24 and 32 bits
-    GreyRamp ramp;      // of 8 bits
-    RGBQUAD background; // what lies outside the picture
+    PixelFormat format;
+    RGBQUAD background; // what lies outside the picture, of a grey ramp its level in blue
 };
 
 Blending BlendingOf(const Plane& plane, const RGBQUAD& background);

@@ -13,7 +13,7 @@ namespace {
 // Writes a row from the right to the left, from a copy of it, with nothing behind the last pixel.
 void MirrorRow(const NewPicture& picture, BYTE* row, BYTE* copy) {
     const DibView& view = picture.view;
-    const PixelUnit unit = PixelUnitOf(view.bitCount);
+    const PixelUnit& unit = *view.layout->unit;
     std::memcpy(copy, row, view.stride);
     DibView copied = view;
     copied.pixels = copy;

@@ -1,8 +1,8 @@
 // Exchange of left and right, and of top and bottom, in place.
 #pragma once
 
-#include "frame/dib.h"
 #include "frame/progress.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

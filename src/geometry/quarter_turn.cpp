@@ -83,7 +83,7 @@ void WriteMoved(const Plane& plane, const Move& move, int row, int start, int co
 void WriteRows(const Plane& plane, const Move& move, int firstRow, int rowCount) {
     const int width = plane.result.view.width;
     // Tiles keep to few rows of the source; whole rows are copied at once where pixels need not be packed.
-    const int part = move.sideways ? kTile : plane.result.view.bitCount < 8 ? kPartPixels : width;
+    const int part = move.sideways ? kTile : plane.result.view.layout->SharesBytes() ? kPartPixels : width;
     ForEachPart(width, part, [&](int start, int count) {
         for (int row = firstRow; row < firstRow + rowCount; ++row) {
             WriteMoved(plane, move, row, start, count);

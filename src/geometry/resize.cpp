@@ -2,7 +2,7 @@
 
 #include "area/area.h"
 #include "geometry/resize_smooth.h"
-#include "pixels/grey_ramp.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 

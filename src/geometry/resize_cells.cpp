@@ -113,13 +113,11 @@ void ReadLargeMeans(CellReader& reader, const PixelGroup& rows, const CellRow& c
 bool MakeCellReader(CellReader& reader) {
     const DibView& source = *reader.task.source;
     reader.sumsFit = SumsFit(reader.task);
-    if (source.IsPaletted()) {
-        reader.ramp = GreyRampOf(source);
-    } else if (source.bitCount == 24 && reader.sumsFit) {
-        reader.step = 3;
+    reader.format = PixelFormatOf(source);
+    if (source.layout->IsNothingButBgr() && reader.sumsFit) {
+        reader.step = reader.format.bytesPerPixel;
     } else {
-        reader.channels = kMaxChannels;
-        reader.format = PixelFormatOf(source.bitCount, source.masks);
+        reader.channels = reader.format.channels;
     }
     reader.fewestColumns = source.width;
     ForEachGroup(reader.task.columns, [&](const PixelGroup& group) {
@@ -147,13 +145,7 @@ void ReadLine(CellReader& reader, int row) {
         reader.line[0] = pixels;
         return;
     }
-    if (source.IsPaletted()) {
-        std::transform(pixels, pixels + source.width, reader.decoded[0],
-                       [&](BYTE index) { return reader.ramp.levels[index]; });
-    } else {
-        reader.format.decode(reader.format.masks, pixels, {reader.decoded[0], reader.decoded[1], reader.decoded[2]},
-                             source.width);
-    }
+    reader.format.Decode(pixels, {reader.decoded[0], reader.decoded[1], reader.decoded[2]}, source.width);
     std::copy_n(reader.decoded, kMaxChannels, reader.line);
 }
 

@@ -3,8 +3,7 @@
 
 #include "geometry/resize_copy.h"
 #include "geometry/resize_kernels.h"
-#include "pixels/grey_ramp.h"
-#include "pixels/pixel_kernels.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 
@@ -23,7 +22,6 @@ struct CellReader {
     const ResizeTask& task;
     const ResizeKernels& kernels = TheResizeKernels();
     PixelFormat format = {};
-    GreyRamp ramp = {};
     int channels = 1;
     int step = 1;         // samples of a pixel in a channel
     bool sumsFit = false; // the sums of groups fit 31 bits

@@ -14,8 +14,8 @@ constexpr int kSpread = 1024;
 
 // Copies the mapped pixels of one row.
 void CopyRow(const DibView& source, const BYTE* sourceRow, const ColumnMap& map, const NewPicture& result, BYTE* row) {
-    const PixelUnit unit = PixelUnitOf(source.bitCount);
-    if (source.bitCount >= 8) {
+    const PixelUnit& unit = *source.layout->unit;
+    if (!source.layout->SharesBytes()) {
         unit.copyColumns(sourceRow, map.Columns(), map.count, row);
         return;
     }
@@ -43,12 +43,6 @@ bool MakeColumnMap(const ScaledSide& side, ColumnMap& map) {
     return true;
 }
 
-void ClearBehind(const NewPicture& result, int count, BYTE* row) {
-    const auto bits = static_cast<std::size_t>(count) * static_cast<std::size_t>(result.view.bitCount);
-    const std::size_t used = (bits + 7) / 8;
-    std::memset(row + used, 0, result.view.stride - used);
-}
-
 void ClearRows(const NewPicture& result, int first) {
     if (first < result.view.height) {
         std::memset(result.Row(first), 0, static_cast<std::size_t>(result.view.height - first) * result.view.stride);
@@ -61,7 +55,7 @@ void CopyBand(const DibView& source, const NewPicture& result, const ColumnMap& 
     }
     BYTE* const first = result.Row(rows.resultFirst);
     CopyRow(source, source.Row(rows.first), map, result, first);
-    ClearBehind(result, map.count, first);
+    ClearBehind(result.view, map.count, first);
     for (int i = 1; i < rows.resultCount; ++i) {
         std::memcpy(result.Row(rows.resultFirst + i), first, result.view.stride);
     }

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "frame/dib.h"
 #include "frame/progress.h"
 #include "geometry/resize_groups.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 
@@ -21,9 +21,6 @@ struct ColumnMap {
 
 // False when memory is short; sets status 3.
 bool MakeColumnMap(const ScaledSide& side, ColumnMap& map);
-
-// Zeroes a row of the result behind the first `count` pixels: there may be new columns without a source.
-void ClearBehind(const NewPicture& result, int count, BYTE* row);
 
 // Zeroes the rows from `first` on.
 void ClearRows(const NewPicture& result, int first);

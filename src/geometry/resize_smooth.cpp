@@ -6,6 +6,7 @@
 
 #include "frame/block_parts.h"
 #include "geometry/resize_cells.h"
+#include "pixels/pixel_unit.h"
 #include "qv8com.h"
 
 namespace qv8 {
@@ -153,14 +154,9 @@ void WriteLine(const Blender& blender, BYTE* const (&line)[kMaxChannels], int ro
     BYTE* const result = reader.task.result->Row(row);
     if (reader.IsPacked()) {
         std::memcpy(result, line[0], reader.Samples(blender.columns));
-    } else if (reader.task.source->IsPaletted()) {
-        std::transform(line[0], line[0] + blender.columns, result,
-                       [&](BYTE level) { return reader.ramp.indices[level]; });
     } else {
-        if (reader.format.bytesPerPixel == 4) { // fourth bytes, which encoding leaves alone
-            std::memset(result, 0, static_cast<std::size_t>(blender.columns) * 4);
-        }
-        reader.format.encode(reader.format.masks, {line[0], line[1], line[2]}, result, blender.columns);
+        ClearBeforeEncoding(reader.format, result, blender.columns);
+        reader.format.Encode({line[0], line[1], line[2]}, result, blender.columns);
     }
 }
 
@@ -184,7 +180,7 @@ void WriteBand(Blender& blender, const PixelGroup& rows) {
     if (blender.reader.sumsFit && !task.columns.Enlarges() && !task.rows.Enlarges()) {
         ReadMeans(blender.reader, rows);
         WriteLine(blender, blender.reader.means, rows.resultFirst);
-        ClearBehind(*task.result, blender.columns, task.result->Row(rows.resultFirst));
+        ClearBehind(task.result->view, blender.columns, task.result->Row(rows.resultFirst));
         return;
     }
     BlendLower(blender, rows);
@@ -196,7 +192,7 @@ void WriteBand(Blender& blender, const PixelGroup& rows) {
     for (int i = 0; i != rows.resultCount; ++i) {
         WriteBlended(blender, usesUpper ? blender.blendedUpper : blender.blendedLower, step * static_cast<float>(i),
                      rows.resultFirst + i);
-        ClearBehind(*task.result, blender.columns, task.result->Row(rows.resultFirst + i));
+        ClearBehind(task.result->view, blender.columns, task.result->Row(rows.resultFirst + i));
     }
 }
 

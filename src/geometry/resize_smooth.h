@@ -1,9 +1,9 @@
 // Scaling by blending pixels, in planes of levels whatever the layout.
 #pragma once
 
-#include "frame/dib.h"
 #include "frame/progress.h"
 #include "geometry/resize_copy.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

@@ -8,8 +8,8 @@
 #include "geometry/free_turn.h"
 #include "geometry/mirror_flip.h"
 #include "geometry/quarter_turn.h"
-#include "pixels/grey_ramp.h"
 #include "pixels/pixel_fill.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 namespace {
@@ -30,7 +30,7 @@ bool MakePlane(const DibView& source, const CentredFrame& frame, Plane& plane) {
     plane.source = source;
     plane.result =
         DuplicateDib(source, static_cast<int>(frame.width), static_cast<int>(frame.height), Pixels::kUnwritten);
-    plane.unit = PixelUnitOf(source.bitCount);
+    plane.unit = *source.layout->unit;
     return static_cast<bool>(plane.result);
 }
 
@@ -69,9 +69,7 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, D
     if (!MakePlane(source, frame, image) || (target.mask.lock && !MakePlane(target.mask.view, frame, maskPlane))) {
         return {};
     }
-    BYTE pixel[4];
-    WritePixel(source, options.background, pixel);
-    image.background = RepeatPixel(pixel, static_cast<std::size_t>(image.unit.bytes));
+    image.background = PatternOf(source, options.background);
     Plane* const mask = target.mask.lock ? &maskPlane : nullptr;
     const int quarters = options.angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
     const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "pixels/pixel_fill.h"
+#include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"
 
 namespace qv8 {
@@ -29,18 +30,19 @@ struct RotationOptions {
 };
 
 inline void FillBackground(const Plane& plane, int count, BYTE* pixels) {
-    FillPixels(plane.background, pixels, static_cast<std::size_t>(count) * static_cast<std::size_t>(plane.unit.bytes));
+    const auto bytes = static_cast<std::size_t>(plane.source.layout->Bytes());
+    FillPixels(plane.background, pixels, static_cast<std::size_t>(count) * bytes);
 }
 
 // Writes pixels start .. start + count of a row of the result, `start` being a multiple of 8: what copy(count, pixels)
-// brings for those from `begin` to before `end`, and background around. Fourth bytes become 0.
+// brings for those from `begin` to before `end`, and background around. Unused bytes become 0.
 template <class Copy>
 void WritePart(const Plane& plane, int row, int start, int count, int begin, int end, Copy copy) {
-    const auto bytes = static_cast<std::size_t>(plane.unit.bytes);
+    const auto bytes = static_cast<std::size_t>(plane.source.layout->Bytes());
     const DibView& view = plane.result.view;
     BYTE* const resultRow = plane.result.Row(row);
     BYTE indices[kPartPixels];
-    BYTE* const pixels = view.bitCount < 8 ? indices : resultRow + static_cast<std::size_t>(start) * bytes;
+    BYTE* const pixels = view.layout->SharesBytes() ? indices : resultRow + static_cast<std::size_t>(start) * bytes;
     const int before = std::clamp(begin - start, 0, count);
     const int until = std::clamp(end - start, before, count);
     FillBackground(plane, before, pixels);
@@ -48,9 +50,7 @@ void WritePart(const Plane& plane, int row, int start, int count, int begin, int
         copy(until - before, pixels + static_cast<std::size_t>(before) * bytes);
     }
     FillBackground(plane, count - until, pixels + static_cast<std::size_t>(until) * bytes);
-    for (int i = before; view.bitCount == 32 && i < until; ++i) {
-        pixels[4 * static_cast<std::size_t>(i) + 3] = 0;
-    }
+    ClearUnused(*view.layout, pixels + static_cast<std::size_t>(before) * bytes, until - before);
     StorePixels(view, pixels, count, resultRow, start);
 }
 

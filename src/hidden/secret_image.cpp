@@ -9,6 +9,7 @@
 #include "hidden/marking_kernels.h"
 #include "pixels/indices.h"
 #include "pixels/luminance.h"
+#include "pixels/pixel_format.h"
 #include "pixels/planar_chunks.h"
 
 namespace qv8 {
@@ -54,12 +55,12 @@ void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, i
         if (std::memchr(isSelected, 1, static_cast<std::size_t>(part)) == nullptr) {
             return;
         }
-        const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
-        format.decode(format.masks, source + offset, before.Row(), part);
+        const std::size_t offset = format.BytesOf(start);
+        format.Decode(source + offset, before.Row(), part);
         std::memcpy(&after, &before, sizeof after);
         TheMarkingKernels().raise(strength, after.Row(), part);
         TheMarkingKernels().select(isSelected, after.Row(), before.Row(), part);
-        format.encode(format.masks, before.Row(), result + offset, part);
+        format.Encode(before.Row(), result + offset, part);
     });
 }
 
@@ -68,8 +69,8 @@ HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength,
     if (!result) {
         return nullptr;
     }
-    const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
-    const std::size_t begin = static_cast<std::size_t>(overlay.begin) * static_cast<std::size_t>(format.bytesPerPixel);
+    const PixelFormat format = PixelFormatOf(source);
+    const std::size_t begin = format.BytesOf(overlay.begin);
     const bool done = ForEachRow(source.height, Progress{progressOwner}, [&](int row) {
         std::memcpy(result.Row(row), source.Row(row), source.stride);
         const std::int64_t patternRow = row + overlay.rowShift;
@@ -141,10 +142,10 @@ void CheckPixels(const PixelFormat& format, int threshold, const BYTE* unmarked,
     BYTE after[kChunkPixels];
     BYTE risen[kChunkPixels];
     ForEachChunk(count, [&](int start, int part) {
-        const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
-        format.decode(format.masks, unmarked + offset, colours.Row(), part);
+        const std::size_t offset = format.BytesOf(start);
+        format.Decode(unmarked + offset, colours.Row(), part);
         TheLuminanceKernels().luminance(colours.Row(), before, part);
-        format.decode(format.masks, marked + offset, colours.Row(), part);
+        format.Decode(marked + offset, colours.Row(), part);
         TheLuminanceKernels().luminance(colours.Row(), after, part);
         TheMarkingKernels().risen(threshold, before, after, risen, part);
         PackIndices(1, risen, part, result, start);
@@ -181,7 +182,7 @@ HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD 
     if (!result) {
         return nullptr;
     }
-    const PixelFormat format = PixelFormatOf(view.bitCount, view.masks);
+    const PixelFormat format = PixelFormatOf(view);
     const int step = AsStep(threshold);
     const bool done = ForEachRow(view.height, Progress{progressOwner}, [&](int row) {
         CheckPixels(format, step, view.Row(row), after.view.Row(row), result.Row(row), view.width);

@@ -8,8 +8,6 @@
 namespace qv8 {
 namespace {
 
-constexpr std::uint64_t kMaskBytes = 12;
-
 // The clipboard, closed again at the end. Whether it could be opened is not asked: where it could not, no call in
 // between gets anything from it or puts anything on it, and closing it leaves another's alone.
 struct OpenedClipboard {
@@ -106,8 +104,7 @@ struct ForeignDib {
 // Where masks follow a 40-byte header they are counted here, so that it does not matter whether the companion does.
 // Longer headers contain them.
 std::uint64_t BytesBeforeRows(const BITMAPINFOHEADER& header) {
-    const bool hasMasks = header.biSize == kHeaderBytes && header.biCompression == BI_BITFIELDS &&
-                          (header.biBitCount == 16 || header.biBitCount == 32);
+    const bool hasMasks = header.biSize == kHeaderBytes && HasMasks(header);
     const std::uint64_t bytes = HeaderAndTableBytes(header);
     return bytes != 0 && hasMasks ? bytes + kMaskBytes : bytes;
 }
@@ -119,7 +116,8 @@ bool Understand(const void* data, std::size_t blockBytes, ForeignDib& dib) {
     }
     BITMAPINFOHEADER& header = dib.header;
     std::memcpy(&header, data, kHeaderBytes);
-    if (!IsKnownDepth(header.biBitCount) || (header.biCompression != BI_RGB && header.biCompression != BI_BITFIELDS)) {
+    if (LayoutOfDepth(header.biBitCount) == nullptr ||
+        (header.biCompression != BI_RGB && header.biCompression != BI_BITFIELDS)) {
         return false;
     }
     dib.isTopDown = header.biHeight < 0;

@@ -1,7 +1,7 @@
 // Pictures to and from the clipboard, which holds them as CF_DIB.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

@@ -1,7 +1,7 @@
 // Pictures from nothing, and copies.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

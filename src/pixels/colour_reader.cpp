@@ -16,16 +16,19 @@ void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int co
     });
 }
 
+// Leaves out what pixels of blue, green and red bytes have behind these.
+void PackBgr(const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
+    if (format.layout->unusedBytes != 0) {
+        ThePixelKernels().narrow32(source, result, count);
+    } else {
+        std::memcpy(result, source, format.BytesOf(count));
+    }
+}
+
 } // namespace
 
 ColourReader MakeColourReader(const DibView& picture) {
-    ColourReader reader = {picture, {}, {}};
-    if (picture.IsPaletted()) {
-        reader.palette = FullPaletteOf(picture);
-    } else {
-        reader.format = PixelFormatOf(picture.bitCount, picture.masks);
-    }
-    return reader;
+    return {picture, PixelFormatOf(picture), picture.IsPaletted() ? FullPaletteOf(picture) : FullPalette{}};
 }
 
 void ReadColours(const ColourReader& reader, int row, int column, int count, const PlanarRow& result) {
@@ -33,13 +36,13 @@ void ReadColours(const ColourReader& reader, int row, int column, int count, con
     if (reader.picture.IsPaletted()) {
         ReadPalette(reader, source, column, count, result);
     } else {
-        DecodePixels(reader, source + std::ptrdiff_t{column} * reader.format.bytesPerPixel, count, result);
+        DecodePixels(reader, source + reader.format.BytesOf(column), count, result);
     }
 }
 
 void DecodePixels(const ColourReader& reader, const BYTE* pixels, int count, const PlanarRow& result) {
     if (!reader.picture.IsPaletted()) {
-        reader.format.decode(reader.format.masks, pixels, result, count);
+        reader.format.Decode(pixels, result, count);
         return;
     }
     for (int i = 0; i != count; ++i) {
@@ -51,20 +54,15 @@ void DecodePixels(const ColourReader& reader, const BYTE* pixels, int count, con
 }
 
 void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result) {
-    const int bitCount = reader.picture.bitCount;
-    const BYTE* const source = reader.picture.Row(row);
-    if (bitCount == 24) {
-        std::memcpy(result, source + std::ptrdiff_t{column} * 3, static_cast<std::size_t>(count) * 3);
-        return;
-    }
-    if (bitCount == 32) {
-        ThePixelKernels().narrow32(source + std::ptrdiff_t{column} * 4, result, count);
+    const PixelFormat& format = reader.format;
+    if (format.layout->isBgr) {
+        PackBgr(format, reader.picture.Row(row) + format.BytesOf(column), result, count);
         return;
     }
     PlanarChunk chunk;
     ForEachChunk(count, [&](int start, int part) {
         ReadColours(reader, row, column + start, part, chunk.Row());
-        ThePixelKernels().encode24({}, chunk.Row(), result + std::ptrdiff_t{start} * 3, part);
+        ThePixelKernels().bgr.encode(chunk.Row(), result + std::ptrdiff_t{start} * 3, part);
     });
 }
 

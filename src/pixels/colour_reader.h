@@ -1,14 +1,14 @@
 // Reads rows of a picture of any depth as planar colours.
 #pragma once
 
-#include "pixels/pixel_kernels.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 
 struct ColourReader {
     DibView picture;
-    PixelFormat format;  // of a 16-, 24- or 32-bit picture
-    FullPalette palette; // of any other
+    PixelFormat format;
+    FullPalette palette; // of a picture with a table
 };
 
 ColourReader MakeColourReader(const DibView& picture);

@@ -1,7 +1,7 @@
 // The nearest entries of a picture's colour table, each colour searched for once.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

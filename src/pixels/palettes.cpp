@@ -10,7 +10,7 @@ constexpr RGBQUAD Colour(BYTE red, BYTE green, BYTE blue) {
     return {blue, green, red, 0};
 }
 
-constexpr RGBQUAD kColours4[kFixedColours4] = {
+constexpr RGBQUAD kColours4[] = {
     Colour(0, 0, 0),       Colour(127, 0, 0),   Colour(0, 127, 0),   Colour(127, 127, 0),
     Colour(0, 0, 127),     Colour(127, 0, 127), Colour(0, 127, 127), Colour(127, 127, 127),
     Colour(192, 192, 192), Colour(255, 0, 0),   Colour(0, 255, 0),   Colour(255, 255, 0),
@@ -23,19 +23,23 @@ int Squared(int value) {
 
 } // namespace
 
-void WriteFixedPalette4(RGBQUAD* palette) {
-    std::copy(std::begin(kColours4), std::end(kColours4), palette);
-}
-
-void WriteFixedPalette8(RGBQUAD* palette) {
-    for (int i = 0; i != kFixedColours8; ++i) {
-        palette[i] =
-            Colour(static_cast<BYTE>(i % 6 * 51), static_cast<BYTE>(i / 6 % 6 * 51), static_cast<BYTE>(i / 36 * 51));
+int WriteFixedPalette(int bitCount, RGBQUAD* palette) {
+    switch (bitCount) {
+    case 1:
+        WriteGreyRamp(palette, 2);
+        return 2;
+    case 4:
+        std::copy(std::begin(kColours4), std::end(kColours4), palette);
+        return static_cast<int>(std::size(kColours4));
+    case 8:
+        for (int i = 0; i != kMostFixedColours; ++i) {
+            palette[i] = Colour(static_cast<BYTE>(i % 6 * 51), static_cast<BYTE>(i / 6 % 6 * 51),
+                                static_cast<BYTE>(i / 36 * 51));
+        }
+        return kMostFixedColours;
+    default:
+        return 0;
     }
-}
-
-void WriteFixedPalette1(RGBQUAD* palette) {
-    WriteGreyRamp(palette, 2);
 }
 
 void WriteGreyRamp(RGBQUAD* palette, int count) {

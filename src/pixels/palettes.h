@@ -5,17 +5,14 @@
 
 namespace qv8 {
 
-constexpr int kFixedColours4 = 16;
-constexpr int kFixedColours8 = 216;
+constexpr int kMostFixedColours = 216;
 
-// Black, white, greys and the pure colours at two strengths; the dark ones at 127, light grey at 192.
-void WriteFixedPalette4(RGBQUAD* palette);
-
-// Six levels of each channel: entry 36 b + 6 g + r has the levels 51 b, 51 g, 51 r.
-void WriteFixedPalette8(RGBQUAD* palette);
-
-// Black and white.
-void WriteFixedPalette1(RGBQUAD* palette);
+// Writes the fixed table of a depth and returns its length:
+// 1 bit: black and white;
+// 4 bits: black, white, greys and the pure colours at two strengths, the dark ones at 127, light grey at 192;
+// 8 bits: six levels of each channel, entry 36 b + 6 g + r having the levels 51 b, 51 g, 51 r;
+// any other: none.
+int WriteFixedPalette(int bitCount, RGBQUAD* palette);
 
 // `count` greys from black to white: (i * 255) / (count - 1).
 void WriteGreyRamp(RGBQUAD* palette, int count);

@@ -46,16 +46,4 @@ const PixelKernels& ThePixelKernels() {
     return PickKernels(baseline::kKernels, avx2::kKernels);
 }
 
-PixelFormat PixelFormatOf(int bitCount, const ChannelMasks& masks) {
-    const PixelKernels& kernels = ThePixelKernels();
-    switch (bitCount) {
-    case 16:
-        return {kernels.decode16, kernels.encode16, 2, masks};
-    case 24:
-        return {kernels.decode24, kernels.encode24, 3, masks};
-    default:
-        return {kernels.decode32, kernels.encode32, 4, masks};
-    }
-}
-
 } // namespace qv8

@@ -25,41 +25,51 @@ inline void StoreWord(BYTE* result, unsigned value) {
     __builtin_memcpy(result, &word, sizeof word);
 }
 
-void Decode16(const ChannelMasks& masks, const BYTE* __restrict source, const PlanarRow& row, int count) {
+void Decode555(const BYTE* __restrict source, const PlanarRow& row, int count) {
     BYTE* __restrict const blue = row.blue;
     BYTE* __restrict const green = row.green;
     BYTE* __restrict const red = row.red;
-    const unsigned blueMask = masks.blue & 0xFFU;
-    const unsigned greenMask = (masks.green >> 5U) & 0xFFU;
-    if (masks.Is555()) {
-        for (int i = 0; i < count; ++i) {
-            const WORD word = LoadWord(source + 2 * i);
-            blue[i] = static_cast<BYTE>(FastWiden5(word & blueMask));
-            green[i] = static_cast<BYTE>(FastWiden5((word >> 5U) & greenMask));
-            red[i] = static_cast<BYTE>(FastWiden5((word >> 10U) & 31U));
-        }
-        return;
-    }
-    const unsigned redMask = masks.red >> 11U;
     for (int i = 0; i < count; ++i) {
         const WORD word = LoadWord(source + 2 * i);
-        blue[i] = static_cast<BYTE>(FastWiden5(word & blueMask));
-        green[i] = static_cast<BYTE>(FastWiden6((word >> 5U) & greenMask));
-        red[i] = static_cast<BYTE>(FastWiden5((word >> 11U) & redMask));
+        blue[i] = static_cast<BYTE>(FastWiden5(word & 31U));
+        green[i] = static_cast<BYTE>(FastWiden5((word >> 5U) & 31U));
+        red[i] = static_cast<BYTE>(FastWiden5((word >> 10U) & 31U));
     }
 }
 
-void Encode16(const ChannelMasks& masks, const PlanarRow& row, BYTE* __restrict result, int count) {
+void Decode565(const BYTE* __restrict source, const PlanarRow& row, int count) {
+    BYTE* __restrict const blue = row.blue;
+    BYTE* __restrict const green = row.green;
+    BYTE* __restrict const red = row.red;
+    for (int i = 0; i < count; ++i) {
+        const WORD word = LoadWord(source + 2 * i);
+        blue[i] = static_cast<BYTE>(FastWiden5(word & 31U));
+        green[i] = static_cast<BYTE>(FastWiden6((word >> 5U) & 63U));
+        red[i] = static_cast<BYTE>(FastWiden5((word >> 11U) & 31U));
+    }
+}
+
+void DecodeBlack(const BYTE* /*source*/, const PlanarRow& row, int count) {
+    const auto bytes = static_cast<std::size_t>(count);
+    __builtin_memset(row.blue, 0, bytes);
+    __builtin_memset(row.green, 0, bytes);
+    __builtin_memset(row.red, 0, bytes);
+}
+
+void Encode555(const PlanarRow& row, BYTE* __restrict result, int count) {
     const BYTE* __restrict const blue = row.blue;
     const BYTE* __restrict const green = row.green;
     const BYTE* __restrict const red = row.red;
-    if (masks.Is555()) {
-        for (int i = 0; i < count; ++i) {
-            StoreWord(result + 2 * i, static_cast<unsigned>(FastNarrow5(red[i]) << 10 | FastNarrow5(green[i]) << 5 |
-                                                            FastNarrow5(blue[i])));
-        }
-        return;
+    for (int i = 0; i < count; ++i) {
+        StoreWord(result + 2 * i,
+                  static_cast<unsigned>(FastNarrow5(red[i]) << 10 | FastNarrow5(green[i]) << 5 | FastNarrow5(blue[i])));
     }
+}
+
+void Encode565(const PlanarRow& row, BYTE* __restrict result, int count) {
+    const BYTE* __restrict const blue = row.blue;
+    const BYTE* __restrict const green = row.green;
+    const BYTE* __restrict const red = row.red;
     for (int i = 0; i < count; ++i) {
         StoreWord(result + 2 * i,
                   static_cast<unsigned>(FastNarrow5(red[i]) << 11 | FastNarrow6(green[i]) << 5 | FastNarrow5(blue[i])));
@@ -96,16 +106,16 @@ inline DWORD PixelOf(const PlanarRow& row, int i) {
            static_cast<DWORD>(row.red[i]) << 16U;
 }
 
-void Decode24(const ChannelMasks& /*masks*/, const BYTE* source, const PlanarRow& row, int count) {
+void DecodeBgr(const BYTE* source, const PlanarRow& row, int count) {
     DecodePacked<3>(source, row, count);
 }
-void Decode32(const ChannelMasks& /*masks*/, const BYTE* source, const PlanarRow& row, int count) {
+void DecodeBgrx(const BYTE* source, const PlanarRow& row, int count) {
     DecodePacked<4>(source, row, count);
 }
 
 // Without byte shuffles, whole words are stored one over the other: each pixel but the last brings a byte too many,
 // which the next one overwrites.
-void Encode24(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* __restrict result, int count) {
+void EncodeBgr(const PlanarRow& row, BYTE* __restrict result, int count) {
     const PlanarRow own = row;
     if constexpr (kHasByteShuffle) {
         for (int i = 0; i < count; ++i) {
@@ -123,7 +133,7 @@ void Encode24(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* __restr
     }
 }
 
-void Encode32(const ChannelMasks& /*masks*/, const PlanarRow& row, BYTE* __restrict result, int count) {
+void EncodeBgrx(const PlanarRow& row, BYTE* __restrict result, int count) {
     const BYTE* __restrict const blue = row.blue;
     const BYTE* __restrict const green = row.green;
     const BYTE* __restrict const red = row.red;
@@ -173,4 +183,10 @@ void Narrow32(const BYTE* __restrict source, BYTE* __restrict result, int count)
     }
 }
 
-constexpr PixelKernels kKernels = {Decode16, Decode24, Decode32, Encode16, Encode24, Encode32, Widen24, Narrow32};
+constexpr PixelKernels kKernels = {{Decode555, Encode555},
+                                   {Decode565, Encode565},
+                                   {DecodeBlack, Encode565},
+                                   {DecodeBgr, EncodeBgr},
+                                   {DecodeBgrx, EncodeBgrx},
+                                   Widen24,
+                                   Narrow32};

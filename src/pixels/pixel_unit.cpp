@@ -136,43 +136,44 @@ void SpreadIndices(const BYTE* indices, const int* columns, const int* rows, int
 }
 
 template <class Unit>
-constexpr PixelUnit kUnit = {sizeof(Unit), CopyLine<Unit>, CopyColumns<Unit>, CopyPlaces<Unit>, Spread<Unit>};
+constexpr PixelUnit UnitOf() {
+    return {CopyLine<Unit>, CopyColumns<Unit>, CopyPlaces<Unit>, Spread<Unit>};
+}
+
+template <int kBits>
+constexpr PixelUnit UnitOfBits() {
+    return {CopyIndexLine<kBits>, CopyIndexColumns<kBits>, CopyIndexPlaces<kBits>, SpreadIndices<kBits>};
+}
 
 } // namespace
 
-PixelUnit PixelUnitOf(int bitCount) {
-    switch (bitCount) {
-    case 1:
-        return {1, CopyIndexLine<1>, CopyIndexColumns<1>, CopyIndexPlaces<1>, SpreadIndices<1>};
-    case 4:
-        return {1, CopyIndexLine<4>, CopyIndexColumns<4>, CopyIndexPlaces<4>, SpreadIndices<4>};
-    case 8:
-        return kUnit<BYTE>;
-    case 16:
-        return kUnit<WORD>;
-    case 24:
-        return kUnit<ThreeBytes>;
-    default:
-        return kUnit<DWORD>;
-    }
-}
+constexpr PixelUnit kUnitOf1Bit = UnitOfBits<1>();
+constexpr PixelUnit kUnitOf4Bits = UnitOfBits<4>();
+constexpr PixelUnit kUnitOf1Byte = UnitOf<BYTE>();
+constexpr PixelUnit kUnitOf2Bytes = UnitOf<WORD>();
+constexpr PixelUnit kUnitOf3Bytes = UnitOf<ThreeBytes>();
+constexpr PixelUnit kUnitOf4Bytes = UnitOf<DWORD>();
 
 void StorePixels(const DibView& result, const BYTE* pixels, int count, BYTE* row, int column) {
-    if (result.bitCount < 8) {
+    if (result.layout->SharesBytes()) {
         PackIndices(result.bitCount, pixels, count, row, column);
         return;
     }
-    const auto unit = static_cast<std::size_t>(result.bitCount) / 8;
-    BYTE* const place = row + static_cast<std::size_t>(column) * unit;
+    const auto bytes = static_cast<std::size_t>(result.layout->Bytes());
+    BYTE* const place = row + static_cast<std::size_t>(column) * bytes;
     if (place != pixels) {
-        std::memcpy(place, pixels, static_cast<std::size_t>(count) * unit);
+        std::memcpy(place, pixels, static_cast<std::size_t>(count) * bytes);
     }
 }
 
-void ClearPadding(const DibView& result, BYTE* row) {
-    const auto bits = static_cast<std::uint64_t>(result.width) * static_cast<std::uint64_t>(result.bitCount);
+void ClearBehind(const DibView& result, int count, BYTE* row) {
+    const auto bits = static_cast<std::uint64_t>(count) * static_cast<std::uint64_t>(result.bitCount);
     const auto used = static_cast<std::size_t>((bits + 7) / 8);
     std::memset(row + used, 0, result.stride - used);
+}
+
+void ClearPadding(const DibView& result, BYTE* row) {
+    ClearBehind(result, result.width, row);
 }
 
 } // namespace qv8

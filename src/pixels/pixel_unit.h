@@ -1,13 +1,12 @@
-// Copies pixels as they are, one by one from anywhere in a picture: one way for each size of a pixel.
+// Copies pixels as they are, one by one from anywhere in a picture: one way for each size of a pixel. Pixels of 1 and 4
+// bits are unpacked to one index in each byte.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 
 struct PixelUnit {
-    int bytes; // of a copied pixel: pixels of 1 and 4 bits are spread out to one index in each byte
-
     // Pixels from (column, row) on, each a step further.
     void (*copyLine)(const DibView& picture, int column, int row, int columnStep, int rowStep, int count, BYTE* result);
     // Pixels of one row at given columns.
@@ -19,12 +18,20 @@ struct PixelUnit {
     void (*spread)(const BYTE* pixels, const int* columns, const int* rows, int count, const NewPicture& result);
 };
 
-PixelUnit PixelUnitOf(int bitCount);
+extern const PixelUnit kUnitOf1Bit;
+extern const PixelUnit kUnitOf4Bits;
+extern const PixelUnit kUnitOf1Byte;
+extern const PixelUnit kUnitOf2Bytes;
+extern const PixelUnit kUnitOf3Bytes;
+extern const PixelUnit kUnitOf4Bytes;
 
 // Stores copied pixels in a row from `column` on, which is a multiple of 8; `pixels` may be their place in the row.
 void StorePixels(const DibView& result, const BYTE* pixels, int count, BYTE* row, int column);
 
-// Zeroes what is behind the last pixel of a row.
+// Zeroes what is behind the first `count` pixels of a row.
+void ClearBehind(const DibView& result, int count, BYTE* row);
+
+// The same behind the last pixel.
 void ClearPadding(const DibView& result, BYTE* row);
 
 } // namespace qv8

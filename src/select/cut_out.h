@@ -6,20 +6,17 @@
 
 namespace qv8 {
 
-// How the pixels of the area are copied: as they are, or as filtered pixels would be: 16-bit ones through channels of 8
-// bits, the fourth byte of 32-bit ones becoming 0.
+// How the pixels of the area are copied: as they are, or as a way through channels would leave them.
 enum class PixelCopy { kExact, kThroughChannels };
 
 // ResolveArea for selections, which are always made from shapes: area type 0 sets status 5.
 bool ResolveShape(const DibView& picture, const AreaArguments& arguments, Area& area);
 
-// The colour itself, or in pictures with a table the nearest entry.
-PixelPattern BackgroundOf(const DibView& picture, const RGBQUAD& colour);
-
 // A new picture the size of the area's box, with rows still to be written. Sets status 3 or 5.
 NewPicture CreateCutOut(const DibView& source, const Area& area);
 
-// Writes all of the result's row that `row` of the source becomes, which is one of the area's rows.
+// Writes all of the result's row that `row` of the source becomes, which is one of the area's rows. The background is a
+// packed pattern.
 void CutRow(const DibView& source, const Area& area, const PixelPattern& background, PixelCopy copy, int row,
             const NewPicture& result);
 

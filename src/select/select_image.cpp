@@ -31,7 +31,7 @@ ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RG
     if (!result) {
         return {};
     }
-    const PixelPattern pattern = BackgroundOf(source.view, background);
+    const PixelPattern pattern = PackedPatternOf(source.view, background);
     const Progress progress{progressOwner};
     const int last = area.rect.lastRow - area.rect.firstRow;
     for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {

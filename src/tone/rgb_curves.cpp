@@ -17,8 +17,8 @@ struct Curves {
     CurveTables entries; // of colour-table entries
     bool isShift;        // the tables are these shifts, which vectors do faster
     ByteShift shifts[3];
-    ShiftPattern packed24;
-    ShiftPattern packed32;
+    ShiftPattern packed; // the shifts of the bytes of pixels
+    ShiftPattern packedWithUnused;
 };
 
 const Curves& CurvesOf(const void* context) {
@@ -41,14 +41,13 @@ void CurveChannels(const void* context, const PlanarRow& row, int count) {
 void CurvePixels(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
     const Curves& curves = CurvesOf(context);
     const CurveKernels& kernels = TheCurveKernels();
-    const bool is24 = format.bytesPerPixel == 3;
-    if (format.bytesPerPixel == 2) {
+    const bool hasUnused = format.layout->unusedBytes != 0;
+    if (!format.layout->isBgr) {
         ApplyPlanarTone(context, CurveChannels, format, source, result, count);
     } else if (curves.isShift) {
-        kernels.shiftBytes(is24 ? curves.packed24 : curves.packed32, source, result,
-                           static_cast<std::size_t>(count) * static_cast<std::size_t>(format.bytesPerPixel));
+        kernels.shiftBytes(hasUnused ? curves.packedWithUnused : curves.packed, source, result, format.BytesOf(count));
     } else {
-        (is24 ? kernels.lookUp24 : kernels.lookUp32)(curves.pixels, source, result, count);
+        (hasUnused ? kernels.lookUp32 : kernels.lookUp24)(curves.pixels, source, result, count);
     }
 }
 
@@ -103,8 +102,8 @@ void SetShifts(Curves& curves) {
         pattern.subtract[i] = shift.subtract;
     };
     for (std::size_t i = 0; i != ShiftPattern::kLength; ++i) {
-        set(curves.packed24, i, curves.shifts[i % 3]);
-        set(curves.packed32, i, i % 4 == 3 ? ByteShift{} : curves.shifts[i % 4]);
+        set(curves.packed, i, curves.shifts[i % 3]);
+        set(curves.packedWithUnused, i, i % 4 == 3 ? ByteShift{} : curves.shifts[i % 4]);
     }
     curves.isShift = true;
 }

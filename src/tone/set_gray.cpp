@@ -1,12 +1,13 @@
 #include "tone/set_gray.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "frame/rows.h"
 #include "pixels/indices.h"
 #include "pixels/luminance.h"
 #include "pixels/palettes.h"
+#include "pixels/pixel_format.h"
+#include "pixels/pixel_unit.h"
 #include "pixels/planar_chunks.h"
 
 namespace qv8 {
@@ -17,42 +18,33 @@ HGLOBAL GreyTrueColour(const DibView& source, DWORD progressOwner) {
     if (!result) {
         return nullptr;
     }
-    const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
+    const PixelFormat format = PixelFormatOf(source);
     const LuminanceKernels& kernels = TheLuminanceKernels();
-    const std::size_t pixelBytes =
-        static_cast<std::size_t>(source.width) * static_cast<std::size_t>(format.bytesPerPixel);
+    const bool isPacked = source.layout->IsNothingButBgr() && kernels.grey24 != nullptr;
     const bool done = ForEachRow(source.height, Progress{progressOwner}, [&](int row) {
         const BYTE* const sourceRow = source.Row(row);
         BYTE* const resultRow = result.Row(row);
-        // Fourth bytes and padding are 0.
-        const std::size_t written = format.bytesPerPixel == 4 ? 0 : pixelBytes;
-        std::memset(resultRow + written, 0, source.stride - written);
-        if (format.bytesPerPixel == 3 && kernels.grey24 != nullptr) {
+        ClearPadding(source, resultRow);
+        if (isPacked) {
             kernels.grey24(sourceRow, resultRow, source.width);
             return;
         }
         ForEachChunk(source.width, [&](int start, int count) {
-            const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
+            const std::size_t offset = format.BytesOf(start);
             PlanarChunk chunk;
             BYTE grey[kChunkPixels];
-            format.decode(format.masks, sourceRow + offset, chunk.Row(), count);
+            format.Decode(sourceRow + offset, chunk.Row(), count);
             kernels.luminance(chunk.Row(), grey, count);
-            format.encode(format.masks, {grey, grey, grey}, resultRow + offset, count);
+            ClearBeforeEncoding(format, resultRow + offset, count);
+            format.Encode({grey, grey, grey}, resultRow + offset, count);
         });
     });
     return done ? result.Release() : nullptr;
 }
 
-// The index of a grey level in the full ramp of a depth.
-BYTE RampIndex(int bitCount, BYTE level) {
-    switch (bitCount) {
-    case 1:
-        return level > 127 ? 1 : 0;
-    case 4:
-        return static_cast<BYTE>(level * 15 / 255);
-    default:
-        return level;
-    }
+// The index of a grey level in a full ramp of so many entries. Of black and white the brighter half is white.
+BYTE RampIndex(std::uint32_t entries, BYTE level) {
+    return static_cast<BYTE>(entries == 2 ? level / 128 : level * (entries - 1) / 255);
 }
 
 // A copy of the header before a full grey ramp. A table length that says otherwise would misplace the rows.
@@ -82,7 +74,7 @@ HGLOBAL GreyPalette(const DibView& source, DWORD progressOwner) {
     const FullPalette palette = FullPaletteOf(source);
     BYTE newIndex[256];
     for (int i = 0; i != 256; ++i) {
-        newIndex[i] = RampIndex(source.bitCount, LuminanceOf(palette.colours[i]));
+        newIndex[i] = RampIndex(result.view.paletteSize, LuminanceOf(palette.colours[i]));
     }
     const bool done = ForEachRow(source.height, Progress{progressOwner}, [&](int row) {
         const BYTE* const sourceRow = source.Row(row);

@@ -1,7 +1,7 @@
 // Whole pictures turned grey.
 #pragma once
 
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 

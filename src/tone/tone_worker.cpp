@@ -1,7 +1,5 @@
 #include "tone/tone_worker.h"
 
-#include <cstring>
-
 #include "area/area_rows.h"
 #include "frame/progress.h"
 #include "pixels/planar_chunks.h"
@@ -35,7 +33,7 @@ HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect&
         return nullptr;
     }
     const Progress progress{progressOwner};
-    const PixelFormat format = PixelFormatOf(source.bitCount, source.masks);
+    const PixelFormat format = PixelFormatOf(source);
     const auto write = [&](int /*row*/, int /*column*/, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
         effect.pixels(effect.context, format, sourcePixels, resultPixels, count);
     };
@@ -52,13 +50,11 @@ void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& fo
     PlanarChunk chunk;
     const PlanarRow row = chunk.Row();
     ForEachChunk(count, [&](int start, int part) {
-        const std::ptrdiff_t offset = std::ptrdiff_t{start} * format.bytesPerPixel;
-        if (format.bytesPerPixel == 4) {
-            std::memcpy(result + offset, source + offset, static_cast<std::size_t>(part) * 4);
-        }
-        format.decode(format.masks, source + offset, row, part);
+        const std::size_t offset = format.BytesOf(start);
+        CopyUnused(format, source + offset, result + offset, part);
+        format.Decode(source + offset, row, part);
         tone(context, row, part);
-        format.encode(format.masks, row, result + offset, part);
+        format.Encode(row, result + offset, part);
     });
 }
 

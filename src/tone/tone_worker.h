@@ -2,7 +2,7 @@
 #pragma once
 
 #include "area/area.h"
-#include "pixels/pixel_kernels.h"
+#include "pixels/pixel_format.h"
 
 namespace qv8 {
 
@@ -22,7 +22,7 @@ using PlanarTone = void (*)(const void* context, const PlanarRow& row, int count
 void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& format, const BYTE* source, BYTE* result,
                      int count);
 
-// Applies the effect to the colour table of a 1-, 4- or 8-bit picture, or to the pixels of the area of another.
+// Applies the effect to the colour table of a picture that has one, or to the pixels of the area of another.
 // Returns a new picture, or 0 with its status set.
 HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,
                   DWORD progressOwner);

@@ -101,7 +101,7 @@ RGBQUAD ScaleEntry(const void* context, RGBQUAD colour) {
 
 // A change of 0 percent leaves even 16-bit pixels as they are.
 void CopyPixels(const void* /*context*/, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
-    std::memcpy(result, source, static_cast<std::size_t>(count) * static_cast<std::size_t>(format.bytesPerPixel));
+    std::memcpy(result, source, format.BytesOf(count));
 }
 
 RGBQUAD CopyEntry(const void* /*context*/, RGBQUAD colour) {

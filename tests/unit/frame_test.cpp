@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "area/area.h"
-#include "frame/dib.h"
+#include "pixels/dib.h"
 #include "pixels/indices.h"
 
 namespace {

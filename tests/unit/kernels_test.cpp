@@ -81,57 +81,63 @@ struct Channels {
     unsigned red;
 };
 
+struct Layout {
+    const char* name;
+    PixelCodec PixelKernels::*codec;
+    int bytes;
+    unsigned greenLevels; // of a word: 32, 64, or 0 where nothing can be read
+};
+const Layout kLayouts[] = {{"555", &PixelKernels::words555, 2, 32},
+                           {"565", &PixelKernels::words565, 2, 64},
+                           {"unknown", &PixelKernels::unknownWords, 2, 0},
+                           {"24", &PixelKernels::bgr, 3, 0},
+                           {"32", &PixelKernels::bgrx, 4, 0}};
+
 // What a packed pixel means, written as the layout defines it.
-Channels Meaning(const BYTE* pixel, int bytesPerPixel, const ChannelMasks& masks) {
-    if (bytesPerPixel != 2) {
+Channels Meaning(const BYTE* pixel, const Layout& layout) {
+    if (layout.bytes != 2) {
         return {pixel[0], pixel[1], pixel[2]};
     }
-    const unsigned word = pixel[0] + 256U * pixel[1];
-    const unsigned blue = word & masks.blue;
-    if (masks.red == 0x7C00) {
-        return {blue * 255 / 31, (word >> 5U & 31U) * 255 / 31, (word >> 10U & 31U) * 255 / 31};
+    if (layout.greenLevels == 0) {
+        return {0, 0, 0};
     }
-    return {blue * 255 / 31, (word >> 5U & masks.green >> 5U) * 255 / 63, (word >> 11U & masks.red >> 11U) * 255 / 31};
+    const unsigned word = pixel[0] + 256U * pixel[1];
+    const unsigned green = word / 32 % layout.greenLevels;
+    const unsigned red = word / 32 / layout.greenLevels % 32;
+    return {word % 32 * 255 / 31, green * 255 / (layout.greenLevels - 1), red * 255 / 31};
 }
 
 // The bytes of a pixel with these channels; `fourth` is what stood there before.
-std::vector<BYTE> Packed(const Channels& c, int bytesPerPixel, bool is555, BYTE fourth) {
-    if (bytesPerPixel == 2) {
+std::vector<BYTE> Packed(const Channels& c, const Layout& layout, BYTE fourth) {
+    if (layout.bytes == 2) {
+        const bool is555 = layout.greenLevels == 32;
         const unsigned green = is555 ? c.green * 31 / 255 : c.green * 63 / 255;
         const unsigned word = (c.red * 31 / 255) * (is555 ? 1024 : 2048) + green * 32 + c.blue * 31 / 255;
         return {static_cast<BYTE>(word % 256), static_cast<BYTE>(word / 256)};
     }
     std::vector<BYTE> pixel = {static_cast<BYTE>(c.blue), static_cast<BYTE>(c.green), static_cast<BYTE>(c.red)};
-    if (bytesPerPixel == 4) {
+    if (layout.bytes == 4) {
         pixel.push_back(fourth);
     }
     return pixel;
 }
 
-struct Layout {
-    int bitCount;
-    ChannelMasks masks;
-};
-const Layout kLayouts[] = {
-    {16, {0x7C00, 0x03E0, 0x001F}}, {16, {0xF800, 0x07E0, 0x001F}}, {16, {0, 0, 0}}, {24, {}}, {32, {}}};
-
 TEST_P(Kernels, DecodeGivesTheChannelsOfEveryPixel) {
     Noise noise;
     for (const Layout& layout : kLayouts) {
-        const PixelFormat format = PixelFormatOf(layout.bitCount, layout.masks);
+        const PixelCodec& codec = ThePixelKernels().*layout.codec;
         for (const int width : kWidths) {
             const auto count = static_cast<std::size_t>(width);
-            Guarded source(count * static_cast<std::size_t>(format.bytesPerPixel), &noise);
+            Guarded source(count * static_cast<std::size_t>(layout.bytes), &noise);
             Guarded blue(count);
             Guarded green(count);
             Guarded red(count);
-            format.decode(format.masks, source.Data(), {blue.Data(), green.Data(), red.Data()}, width);
+            codec.decode(source.Data(), {blue.Data(), green.Data(), red.Data()}, width);
             for (int i = 0; i != width; ++i) {
-                const Channels c =
-                    Meaning(source.Data() + i * format.bytesPerPixel, format.bytesPerPixel, layout.masks);
-                ASSERT_EQ(c.blue, blue.Data()[i]) << layout.bitCount << " bits, pixel " << i << " of " << width;
-                ASSERT_EQ(c.green, green.Data()[i]) << layout.bitCount << " bits, pixel " << i << " of " << width;
-                ASSERT_EQ(c.red, red.Data()[i]) << layout.bitCount << " bits, pixel " << i << " of " << width;
+                const Channels c = Meaning(source.Data() + i * layout.bytes, layout);
+                ASSERT_EQ(c.blue, blue.Data()[i]) << layout.name << ", pixel " << i << " of " << width;
+                ASSERT_EQ(c.green, green.Data()[i]) << layout.name << ", pixel " << i << " of " << width;
+                ASSERT_EQ(c.red, red.Data()[i]) << layout.name << ", pixel " << i << " of " << width;
             }
             ASSERT_TRUE(blue.GuardsHold() && green.GuardsHold() && red.GuardsHold()) << width;
         }
@@ -141,24 +147,24 @@ TEST_P(Kernels, DecodeGivesTheChannelsOfEveryPixel) {
 TEST_P(Kernels, EncodeWritesEveryPixelAndNoOtherByte) {
     Noise noise;
     for (const Layout& layout : kLayouts) {
-        const PixelFormat format = PixelFormatOf(layout.bitCount, layout.masks);
+        const PixelCodec& codec = ThePixelKernels().*layout.codec;
         for (const int width : kWidths) {
             const auto count = static_cast<std::size_t>(width);
             Guarded blue(count, &noise);
             Guarded green(count, &noise);
             Guarded red(count, &noise);
-            Guarded result(count * static_cast<std::size_t>(format.bytesPerPixel), &noise);
+            Guarded result(count * static_cast<std::size_t>(layout.bytes), &noise);
             const std::vector<BYTE> before = result.Bytes();
-            format.encode(format.masks, {blue.Data(), green.Data(), red.Data()}, result.Data(), width);
+            codec.encode({blue.Data(), green.Data(), red.Data()}, result.Data(), width);
             std::vector<BYTE> expected;
             for (std::size_t i = 0; i != count; ++i) {
-                const BYTE fourth = format.bytesPerPixel == 4 ? before[4 * i + 3] : BYTE{0};
-                const std::vector<BYTE> pixel = Packed({blue.Data()[i], green.Data()[i], red.Data()[i]},
-                                                       format.bytesPerPixel, layout.masks.red == 0x7C00, fourth);
+                const BYTE fourth = layout.bytes == 4 ? before[4 * i + 3] : BYTE{0};
+                const std::vector<BYTE> pixel =
+                    Packed({blue.Data()[i], green.Data()[i], red.Data()[i]}, layout, fourth);
                 expected.insert(expected.end(), pixel.begin(), pixel.end());
             }
-            ASSERT_EQ(expected, result.Bytes()) << layout.bitCount << " bits, " << width << " pixels";
-            ASSERT_TRUE(result.GuardsHold()) << layout.bitCount << " bits, " << width << " pixels";
+            ASSERT_EQ(expected, result.Bytes()) << layout.name << ", " << width << " pixels";
+            ASSERT_TRUE(result.GuardsHold()) << layout.name << ", " << width << " pixels";
         }
     }
 }

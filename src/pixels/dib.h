@@ -6,35 +6,13 @@
 #include <cstdint>
 
 #include "frame/global_memory.h"
+#include "pixels/pixel_layout.h"
 #include "qv8effect.h"
 
 namespace qv8 {
 
 constexpr std::size_t kHeaderBytes = 40;
-
-// Depths and layouts that a worker takes, for CheckDibFormat.
-enum AcceptFlags : unsigned {
-    kAccept1 = 1,
-    kAccept4 = 2,
-    kAcceptGreyRamp8 = 4,
-    kAccept8 = 8,
-    kAccept16 = 16,
-    kAccept24 = 32,
-    kAccept32 = 64,
-    kAcceptAll = 127,
-    kAcceptGreyOrTrueColour = kAcceptGreyRamp8 | kAccept16 | kAccept24 | kAccept32,
-};
-
-// Where the channels of a 16-bit pixel lie. All 0 for a layout that the companion accepts but that is neither of ours.
-struct ChannelMasks {
-    WORD red = 0;
-    WORD green = 0;
-    WORD blue = 0;
-
-    constexpr bool Is555() const {
-        return red == 0x7C00;
-    }
-};
+constexpr std::size_t kMaskBytes = 12; // of the three channel masks behind some headers
 
 // A picture whose header has been found to describe its block. Rows count from the bottom.
 struct DibView {
@@ -46,13 +24,13 @@ struct DibView {
     int width = 0;
     int height = 0;
     int bitCount = 0;
-    ChannelMasks masks;
+    const PixelLayout* layout = nullptr;
 
     const BYTE* Row(int row) const {
         return pixels + static_cast<std::size_t>(row) * stride;
     }
     bool IsPaletted() const {
-        return bitCount <= 8;
+        return layout->IsIndexed();
     }
     // Entries of the colour table that a pixel can name.
     int NameableEntries() const {
@@ -109,17 +87,18 @@ constexpr std::int64_t DibRowBytes(int bitCount, int width) {
     return (static_cast<std::int64_t>(bitCount) * width + 31) / 32 * 4;
 }
 
-// Whether pictures have this depth.
-bool IsKnownDepth(int bitCount);
-
 // headerBytes + rows of the given picture, or 0 when that is above 0x7FFFFFFF, or the bits of a row are.
 std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height);
+
+// Whether a header says that masks tell the layout, which the companion reads: behind a header of 40 bytes.
+bool HasMasks(const BITMAPINFOHEADER& header);
 
 // Entries that a walk over the colour table of a 1-, 4- or 8-bit picture visits.
 std::uint32_t PaletteLength(const BITMAPINFOHEADER& header);
 
-// Whether the depth and layout are among those accepted; else sets status 7. Fills the masks of a 16-bit picture.
-bool CheckDibFormat(const DibView& picture, unsigned acceptFlags, ChannelMasks& masks);
+// Whether the depth and layout are among those accepted; else sets status 7. Fills in the layout of the view, which
+// until then is the one of new pictures of its depth.
+bool CheckDibFormat(DibView& picture, unsigned acceptFlags);
 
 // Whether an 8-bit picture has all 256 grey levels in its table, in any order.
 bool IsGreyRampPalette(const DibView& picture);

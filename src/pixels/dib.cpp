@@ -1,4 +1,4 @@
-#include "frame/dib.h"
+#include "pixels/dib.h"
 
 #include <algorithm>
 #include <bitset>
@@ -9,34 +9,12 @@
 namespace qv8 {
 namespace {
 
-constexpr std::size_t kMaskBytes = 12;
-
 bool Fail(int status) {
     SetErrorStatus(status);
     return false;
 }
 
-// The companion reads three masks behind the header of a 16- or 32-bit picture that says it has them.
-bool HoldsMasks(const BITMAPINFOHEADER& header, std::size_t blockBytes) {
-    const bool hasMasks = header.biCompression == BI_BITFIELDS && (header.biBitCount == 16 || header.biBitCount == 32);
-    return !hasMasks || blockBytes >= kHeaderBytes + kMaskBytes;
-}
-
-ChannelMasks MasksOf(int layout) {
-    if (layout == 1 || layout == 3) {
-        return {0x7C00, 0x03E0, 0x001F};
-    }
-    if (layout == 2) {
-        return {0xF800, 0x07E0, 0x001F};
-    }
-    return {};
-}
-
 } // namespace
-
-bool IsKnownDepth(int bitCount) {
-    return bitCount == 1 || bitCount == 4 || bitCount == 8 || bitCount == 16 || bitCount == 24 || bitCount == 32;
-}
 
 std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height) {
     if (width < 1 || height < 1 || headerBytes > kMaxBlockBytes) {
@@ -53,40 +31,24 @@ std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int h
     return total > kMaxBlockBytes ? 0 : static_cast<std::uint32_t>(total);
 }
 
+bool HasMasks(const BITMAPINFOHEADER& header) {
+    const PixelLayout* const layout = LayoutOfDepth(header.biBitCount);
+    return header.biCompression == BI_BITFIELDS && layout != nullptr && layout->question != nullptr;
+}
+
 std::uint32_t PaletteLength(const BITMAPINFOHEADER& header) {
     return header.biClrUsed != 0 ? header.biClrUsed : 1U << header.biBitCount;
 }
 
-bool CheckDibFormat(const DibView& picture, unsigned acceptFlags, ChannelMasks& masks) {
-    bool accepted = false;
-    switch (picture.header->biBitCount) {
-    case 1:
-        accepted = (acceptFlags & kAccept1) != 0;
-        break;
-    case 4:
-        accepted = (acceptFlags & kAccept4) != 0;
-        break;
-    case 8:
-        accepted =
-            (acceptFlags & kAccept8) != 0 || ((acceptFlags & kAcceptGreyRamp8) != 0 && IsGreyRampPalette(picture));
-        break;
-    case 16:
-        if ((acceptFlags & kAccept16) != 0) {
-            const int layout = GetBmp16Info(picture.header);
-            masks = MasksOf(layout);
-            accepted = layout != -1;
-        }
-        break;
-    case 24:
-        accepted = (acceptFlags & kAccept24) != 0;
-        break;
-    case 32:
-        accepted = (acceptFlags & kAccept32) != 0 && GetBmp32Info(picture.header) != -1;
-        break;
-    default:
-        break;
+bool CheckDibFormat(DibView& picture, unsigned acceptFlags) {
+    const bool accepted = (acceptFlags & picture.layout->accept) != 0 ||
+                          ((acceptFlags & kAcceptGreyRamp8) != 0 && IsGreyRampPalette(picture));
+    const PixelLayout* const layout = accepted ? LayoutOf(*picture.header) : nullptr;
+    if (layout == nullptr) {
+        return Fail(QV8_STATUS_PICTURE);
     }
-    return accepted || Fail(QV8_STATUS_PICTURE);
+    picture.layout = layout;
+    return true;
 }
 
 bool IsGreyRampPalette(const DibView& picture) {
@@ -122,7 +84,8 @@ bool CheckPicture(Picture& picture) {
     DibView& view = picture.view;
     const BITMAPINFOHEADER& header = *view.header;
     const std::size_t blockBytes = GlobalSize(picture.lock.get_deleter().block);
-    if (!IsKnownDepth(header.biBitCount) || !HoldsMasks(header, blockBytes)) {
+    view.layout = LayoutOfDepth(header.biBitCount);
+    if (view.layout == nullptr || (HasMasks(header) && blockBytes < kHeaderBytes + kMaskBytes)) {
         return Fail(QV8_STATUS_PICTURE);
     }
     const int tableBytes = GetDibPalSize(&header);
@@ -151,8 +114,7 @@ bool CheckPicture(Picture& picture) {
 }
 
 bool OpenPicture(HGLOBAL image, unsigned acceptFlags, Picture& picture) {
-    return LockPicture(image, picture) && CheckPicture(picture) &&
-           CheckDibFormat(picture.view, acceptFlags, picture.view.masks);
+    return LockPicture(image, picture) && CheckPicture(picture) && CheckDibFormat(picture.view, acceptFlags);
 }
 
 FullPalette FullPaletteOf(const DibView& picture) {
@@ -186,11 +148,12 @@ void DescribeNew(NewPicture& picture, std::uint32_t paletteSize) {
     view.width = header.biWidth;
     view.height = header.biHeight;
     view.bitCount = header.biBitCount;
+    view.layout = LayoutOfDepth(view.bitCount);
     view.stride = static_cast<std::size_t>(DibRowBytes(view.bitCount, view.width));
 }
 
 NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pixels) {
-    if (!IsKnownDepth(source.bitCount) || width < 1 || height < 1) {
+    if (width < 1 || height < 1) {
         SetErrorStatus(QV8_STATUS_PARAMETER);
         return {};
     }
