@@ -24,6 +24,11 @@ Target BestTarget() {
     return __builtin_cpu_supports("avx2") ? Target::kAvx2 : Target::kBaseline;
 }
 
+std::span<const Target> RunnableTargets() {
+    static constexpr Target kTargets[] = {Target::kBaseline, Target::kAvx2};
+    return std::span(kTargets).first(static_cast<std::size_t>(BestTarget()) + 1);
+}
+
 Target CurrentTarget() {
     return currentTarget;
 }

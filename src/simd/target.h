@@ -1,12 +1,17 @@
 // The processor that kernels are chosen for, found once while the library loads.
 #pragma once
 
+#include <span>
+
 namespace qv8 {
 
-enum class Target { kBaseline, kAvx2 };
+enum class Target { kBaseline, kAvx2 }; // each can do what those before it can
 
 // The best target that this processor and system can run.
 Target BestTarget();
+
+// All that can run here, the baseline first. For tests and benchmarks.
+std::span<const Target> RunnableTargets();
 
 // The target in use: the best one, unless a test or benchmark has chosen another.
 Target CurrentTarget();

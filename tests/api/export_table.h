@@ -1,8 +1,8 @@
 // One row per export. The tests that hold for every export run over this table: failures and cancelling, refused
-// pictures, areas, threads, and the checksums that make both builds give the same bytes.
+// pictures, areas, threads, hostile calls, and the checksums that make all builds and targets give the same bytes.
 //
-// To add an export: write its row in the rows_*.cpp of its family, run the tests, look at checksums.actual.txt and copy
-// it over data/checksums.txt.
+// To add an export: write its row in exports.cpp, run the tests, look at checksums.actual.txt and copy it over
+// data/checksums.txt.
 #pragma once
 
 #include <span>
@@ -16,11 +16,19 @@
 
 namespace test {
 
+struct Sides {
+    int width, height;
+};
+
 // What a call is made with besides the effect's own parameters.
 struct Call {
     ImageSet target = {nullptr, nullptr};
-    HGLOBAL second = nullptr; // for effects that take two pictures
-    int bits = 24;            // of the picture, for parameters that go by it
+    HGLOBAL second = nullptr;  // for effects that take two pictures
+    HGLOBAL pattern = nullptr; // of 1 bit, to mark a picture with
+    int bits = 24;             // of the picture, for parameters that go by it
+    Sides size = {9, 5};       // of the picture and of the second one, for places in them
+    Sides secondSize = {9, 5};
+    Colour colours[2] = {}; // of a pixel of the picture and of the second one
     Area area;
     DWORD progressOwner = 1; // nobody's
     DWORD_PTR dialog[3] = {0, 0, 0};
@@ -37,30 +45,25 @@ struct Result {
     bool succeeded = false; // as the export's own result tells
 };
 
-// The effect's own parameters: typical ones, random ones in the given range, both ends included, or hostile ones, which
-// keep to no range and have null pointers among them.
+// Numbers for an effect's own parameters: typical ones, random ones in the given range, both ends included, or hostile
+// ones, which keep to no range and have null pointers among them.
 class Parameters {
 public:
     Parameters() = default;
     explicit Parameters(Random& random, bool hostile = false) : random_(&random), hostile_(hostile) {}
 
     int Number(int typical, int low, int high);
+    bool Chance(int percent) { // never in typical calls
+        return random_ != nullptr && random_->Chance(percent);
+    }
     // One of the values; the first is the typical one.
-    template <class Value, std::size_t kCount>
-    Value OneOf(const Value (&values)[kCount]) {
-        const Value value = values[Index(kCount)];
-        return hostile_ && random_->Chance(20) ? static_cast<Value>(Number(0, 0, 0)) : value;
-    }
-    // A place in a list; the first is the typical one.
-    std::size_t Index(std::size_t count) {
-        return random_ != nullptr ? static_cast<std::size_t>(random_->Between(0, static_cast<int>(count) - 1)) : 0;
-    }
+    LONG OneOf(std::span<const LONG> values);
     template <class Object>
-    Object* Pointer(Object* object) {
+    const Object* Pointer(const Object* object) {
         return hostile_ && random_->Chance(10) ? nullptr : object;
     }
-    // Characters of all kinds, in hostile calls only.
-    std::string Text(int longest);
+    // The text, or in hostile calls characters of all kinds.
+    std::string Text(const char* typical, int longest);
     bool IsHostile() const {
         return hostile_;
     }
@@ -75,6 +78,64 @@ public:
 private:
     Random* random_ = nullptr;
     bool hostile_ = false;
+};
+
+// What one parameter of an export stands for, or a few that always go together. The first ones come with the call.
+enum class Role {
+    kTarget,
+    kImage,
+    kSecond,
+    kPasted, // a pair of the second picture and the target's mask
+    kPattern,
+    kStored, // where a result is to be stored
+    kWindow,
+    kBits,     // of the picture
+    kArea,     // six parameters
+    kProgress, // four
+    kNumber,
+    kByte,  // a DWORD of which the low byte counts
+    kLevel, // with the ends of its type
+    kFlag,
+    kReal,
+    kOneOf,
+    kByteOf,
+    kAngle,
+    kDepth,    // to convert to
+    kColour,   // three parameters: red, green and blue, often of a pixel of the picture
+    kClear,    // three pointers to such ones, or null
+    kWeights,  // of the custom filter
+    kAcross,   // a column of the picture
+    kDown,     // a row
+    kAcrossIn, // of the second picture
+    kDownIn,
+    kText,
+};
+
+struct Parameter {
+    Role role;
+    double typical, low, high;
+    std::vector<LONG> values; // to choose from
+    const char* text = nullptr;
+
+    Parameter(Role ofRole, double typicalValue = 0, double least = 0, double most = 0) // a role says all of many
+        : role(ofRole), typical(typicalValue), low(least), high(most) {}
+};
+
+// One parameter as it is passed.
+struct Value {
+    std::int64_t number = 0;
+    double real = 0;
+    const void* pointer = nullptr;
+};
+
+// All of them, and what those that are pointers point to.
+struct Arguments {
+    std::vector<Value> values;
+    ImageSet stored = {};
+    ImageSet pasted = {};
+    LONG weights[81] = {};
+    BYTE clear[3] = {};
+    std::string texts[2];
 };
 
 enum class AreaUse {
@@ -92,21 +153,28 @@ enum : unsigned {
     kUnframed = 2,    // no progress, no dialog, and status 0 whatever happens
     kDrawsText = 4,   // which has a status of its own when the system does not do it
     kKeepsStatus = 8, // in one case of bad parameters the status stays what it was
+    kFromClipboard = 16, // what it works on is put on the clipboard before
+    kAlike = 32,         // its two pictures have one size
+    kMakesPairs = 64,    // a result always has its mask
 };
 
 struct Export {
     const char* name;
+    Result (*call)(const Arguments& arguments);
+    std::vector<Parameter> parameters;
     unsigned accepts; // kAccept bits
-    AreaUse areaUse;
-    int zeroHandleStatus;   // kUntouched: stays what it was; success: the export takes no picture
-    int unknownDepthStatus; // for a picture of a depth that does not exist
-    Result (*call)(const Call& call, Parameters& parameters);
-    bool takesSecond = false;                  // a second picture, refused with the same statuses
-    int badPictureStatus = QV8_STATUS_PICTURE; // for damaged pictures and layouts that are not accepted
+    AreaUse areaUse = AreaUse::kNone;
     unsigned traits = 0;
+    int zeroHandleStatus = QV8_STATUS_PICTURE;   // kUntouched: stays what it was; success: the export takes no picture
+    int unknownDepthStatus = QV8_STATUS_PICTURE; // for a picture of a depth that does not exist
+    int badPictureStatus = QV8_STATUS_PICTURE;   // for damaged pictures and layouts that are not accepted
 
     bool Is(unsigned trait) const {
         return (traits & trait) != 0;
+    }
+    bool Takes(Role role) const;
+    bool TakesSecond() const { // a second picture, refused with the same statuses
+        return Takes(Role::kSecond) || Takes(Role::kPasted);
     }
     // The status of a picture that cannot be locked.
     int LockStatus() const {
@@ -138,7 +206,7 @@ struct Export {
 
 std::span<const Export> Exports();
 // With rows that draw texts, which no two systems do alike.
-std::vector<Export> ExportsAndTexts();
+std::span<const Export> ExportsAndTexts();
 
 // Calls an export whose arguments are target, area, its own parameters, owner and dialog.
 template <class Function, class... OwnParameters>
@@ -171,10 +239,14 @@ struct Outcome {
     hooks::Report report; // of a watched call; its blocks are those left behind, without the result
 };
 
+// The arguments of a call; null pointers to the export's own storage point into `arguments`.
+void DrawArguments(const Export& row, const Call& call, Parameters parameters, Arguments& arguments);
 // Calls the export with status kUntouched before.
 Outcome CallExport(const Export& row, const Call& call, Parameters parameters = {});
+Outcome CallExport(const Export& row, const Call& call, Arguments& arguments);
 // As CallExport under watch, with all that is left behind checked: nothing but the result, and no lock.
 Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& failure = {},
                     const Parameters& parameters = {});
+Outcome WatchExport(const Export& row, const Call& call, const hooks::Failure& failure, Arguments& arguments);
 
 } // namespace test

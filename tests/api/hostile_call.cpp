@@ -135,11 +135,7 @@ void CheckStatus(const Export& row, const Outcome& outcome) {
 } // namespace
 
 void MakeHostileCall(Random& random) {
-    static const std::vector<Export> rows = [] {
-        std::vector<Export> all = ExportsAndTexts();
-        all.pop_back(); // texts take long, and hostile ones are alike
-        return all;
-    }();
+    const auto rows = ExportsAndTexts().first(Exports().size() + 1); // texts take long, and hostile ones are alike
     const Export& row = rows[static_cast<std::size_t>(random.Between(0, static_cast<int>(rows.size()) - 1))];
     SCOPED_TRACE(row.name);
     const int width = random.Between(1, 40);
@@ -153,6 +149,7 @@ void MakeHostileCall(Random& random) {
     Call call;
     call.target = {HostileHandle(picture, random), HostileHandle(mask, random)};
     call.second = HostileHandle(random.Chance(90) ? second : picture, random);
+    call.pattern = random.Chance(50) ? call.second : call.target.hMask;
     call.bits = picture.Content().bytes.size() < 16 ? 24 : picture.Content().Bits();
     call.area = HostileArea(width, height, random);
     call.progressOwner = static_cast<DWORD>(random.Between(0, 1));

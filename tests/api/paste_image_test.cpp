@@ -201,7 +201,7 @@ TEST(PasteImage, FollowsItsRuleAtEveryDepthAndPlace) {
         }
         const Source image(std::move(picture));
         const Source mask(RandomMask(width, height, random));
-        Check(base, image, random.Chance(50) ? &mask : nullptr, layout.table != Table::kRandom, arguments);
+        Check(base, image, random.Chance(50) ? &mask : nullptr, (layout.acceptedBy & kAccept8Grey) != 0, arguments);
         ASSERT_FALSE(HasFailure());
     }
 }

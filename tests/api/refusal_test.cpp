@@ -1,6 +1,7 @@
 // For every export: what is refused, with which status, and that nothing else is.
 #include <climits>
 #include <cstring>
+#include <fstream>
 #include <functional>
 #include <set>
 #include <string>
@@ -22,11 +23,27 @@ void Expect(const Export& row, const Call& call, int status) {
     EXPECT_EQ(outcome.succeeded, status == kOk);
 }
 
+TEST(EveryExport, HasARowInTheTable) {
+    std::set<std::string> exported;
+    std::ifstream file(QV8_EXPORT_LIST);
+    std::string word;
+    while (file >> word) {
+        if (word.rfind("QV8", 0) == 0 && word.find('@') == std::string::npos) {
+            exported.insert(word);
+        }
+    }
+    std::set<std::string> rows;
+    for (const Export& row : Exports()) {
+        rows.insert(row.name);
+    }
+    EXPECT_EQ(rows, exported);
+}
+
 TEST(EveryExport, RefusesZeroHandles) {
     for (const Export& row : Exports()) {
         SCOPED_TRACE(row.name);
         Expect(row, Call{}, row.zeroHandleStatus);
-        if (row.takesSecond) {
+        if (row.TakesSecond()) {
             const Source good(BlankPicture(24, kWidth, kHeight));
             for (const bool first : {true, false}) {
                 Call call;
@@ -45,7 +62,7 @@ TEST(EveryExport, AcceptsTheLayoutsItSaysAndNoOther) {
             SCOPED_TRACE(std::string(row.name) + " at " + layout.name);
             const Scene scene = RandomScene(layout, AreaForm::kWhole, kWidth, kHeight, random);
             Expect(row, scene.AsCall(), row.Accepts(layout) ? kOk : row.badPictureStatus);
-            if (row.takesSecond) {
+            if (row.TakesSecond()) {
                 Call turned = scene.AsCall();
                 std::swap(turned.target.hImage, turned.second);
                 Expect(row, turned, row.Accepts(layout) ? kOk : row.badPictureStatus);
@@ -260,7 +277,7 @@ TEST(EveryExport, RefusesDamagedPictures) {
             Picture picture = RandomPicture(layout, kWidth, kHeight, random);
             damage.apply(picture);
             const Block block = MakeBlock(picture.bytes);
-            for (int place = 0; place <= static_cast<int>(row.takesSecond); ++place) {
+            for (int place = 0; place <= static_cast<int>(row.TakesSecond()); ++place) {
                 const Outcome outcome = WatchExport(row, CallWith(block.get(), layout.bits, place == 1, good));
                 EXPECT_EQ(StatusesOf(row, damage).count(outcome.status), 1U) << "status " << outcome.status;
                 EXPECT_EQ(ReadBlock(block.get()), picture.bytes);
@@ -282,7 +299,7 @@ TEST(EveryExport, RefusesDepthsThatDoNotExist) {
             header.biBitCount = static_cast<WORD>(bits);
             picture.SetHeader(header);
             const Block block = MakeBlock(picture.bytes);
-            for (int place = 0; place <= static_cast<int>(row.takesSecond); ++place) {
+            for (int place = 0; place <= static_cast<int>(row.TakesSecond()); ++place) {
                 Expect(row, CallWith(block.get(), bits, place == 1, good), row.unknownDepthStatus);
             }
         }

@@ -48,7 +48,7 @@ void CopyPixel(const Picture& source, int x, int row, Picture& result, int toX, 
 }
 
 bool IsGreyRamp(const Layout& layout) {
-    return layout.table != Table::kRandom;
+    return (layout.acceptedBy & kAccept8Grey) != 0;
 }
 
 struct Slow {

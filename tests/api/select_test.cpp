@@ -289,7 +289,7 @@ TEST(Select, MakesTargetsForOtherEffects) {
                 const Outcome outcome = CallExport(row, call);
                 ASSERT_TRUE(outcome.succeeded);
                 if (row.areaUse == AreaUse::kMaskAlong) {
-                    EXPECT_TRUE(outcome.mask != nullptr || row.takesSecond); // whose mask it is then
+                    EXPECT_TRUE(outcome.mask != nullptr || row.TakesSecond()); // whose mask it is then
                     continue;
                 }
                 const Picture after = {ReadBlock(outcome.image.get())};

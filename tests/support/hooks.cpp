@@ -8,21 +8,73 @@
 #include "qv8com.h"
 #include "support/drawing.h"
 
-#ifdef _WIN32
-// Replacements under names of their own, put into the import table by InstallHooks.
-#define QV8_HOOK(name) Hooked##name
-#define QV8_REAL(name) (&name)
-#define QV8_HOOK_API __stdcall
-#else
+#ifndef _WIN32
 #include <dlfcn.h>
-// Replacements under the functions' own names.
+#endif
+
+// The functions stood before, each with the kind of its failure and what it returns then, and with what is made of its
+// result. Of those in the second list the last argument is given back; the third has replacements written out below.
+#define QV8_CALLS(CALL)                                                                                                \
+    CALL(kGetContext, HDC, GetDC, (HWND window), (window), nullptr, Taken)                                             \
+    CALL(kCreateContext, HDC, CreateCompatibleDC, (HDC context), (context), nullptr, Taken)                            \
+    CALL(kCreateBitmap, HBITMAP, CreateCompatibleBitmap, (HDC context, int width, int height),                         \
+         (context, width, height), nullptr, Taken)                                                                     \
+    CALL(kSelect, HGDIOBJ, SelectObject, (HDC context, HGDIOBJ object), (context, object), nullptr, Same)              \
+    CALL(                                                                                                              \
+        kSetBits, int, SetDIBits,                                                                                      \
+        (HDC context, HBITMAP bitmap, UINT startRow, UINT rows, const void* bits, const BITMAPINFO* info, UINT usage), \
+        (context, bitmap, startRow, rows, bits, info, usage), 0, Same)                                                 \
+    CALL(kGetBits, int, GetDIBits,                                                                                     \
+         (HDC context, HBITMAP bitmap, UINT startRow, UINT rows, void* bits, BITMAPINFO* info, UINT usage),            \
+         (context, bitmap, startRow, rows, bits, info, usage), 0, Same)                                                \
+    CALL(kPolygon, BOOL, Polygon, (HDC context, const POINT* points, int count), (context, points, count), 0, Same)    \
+    CALL(kEllipse, BOOL, Ellipse, (HDC context, int left, int top, int right, int bottom),                             \
+         (context, left, top, right, bottom), 0, Same)                                                                 \
+    CALL(kMoveTo, BOOL, MoveToEx, (HDC context, int x, int y, POINT* previous), (context, x, y, previous), 0, Same)    \
+    CALL(kLineTo, BOOL, LineTo, (HDC context, int x, int y), (context, x, y), 0, Same)                                 \
+    CALL(kCreateBrush, HBRUSH, CreateSolidBrush, (COLORREF colour), (colour), nullptr, Taken)                          \
+    CALL(kFloodFill, BOOL, ExtFloodFill, (HDC context, int x, int y, COLORREF colour, UINT mode),                      \
+         (context, x, y, colour, mode), 0, Same)                                                                       \
+    CALL(kOpenClipboard, BOOL, OpenClipboard, (HWND window), (window), 0, ClipboardOpened)                             \
+    CALL(kEmptyClipboard, BOOL, EmptyClipboard, (), (), 0, Same)                                                       \
+    CALL(kGetClipboard, HGLOBAL, GetClipboardData, (UINT format), (format), nullptr, Same)                             \
+    CALL(kCreateFont, HFONT, CreateFontIndirectA, (const LOGFONTA* description), (description), nullptr, Taken)        \
+    CALL(kTextColours, COLORREF, SetTextColor, (HDC context, COLORREF colour), (context, colour), CLR_INVALID, Same)   \
+    CALL(kTextColours, COLORREF, SetBkColor, (HDC context, COLORREF colour), (context, colour), CLR_INVALID, Same)     \
+    CALL(kTextColours, int, SetBkMode, (HDC context, int mode), (context, mode), 0, Same)                              \
+    CALL(kMeasureText, BOOL, GetTextExtentPoint32A, (HDC context, LPCSTR text, int bytes, SIZE* extent),               \
+         (context, text, bytes, extent), 0, Same)                                                                      \
+    CALL(kDrawText, int, DrawTextA, (HDC context, LPCSTR text, int bytes, RECT* rect, UINT format),                    \
+         (context, text, bytes, rect, format), 0, Same)
+#define QV8_RETURNS(RETURN)                                                                                            \
+    RETURN(int, ReleaseDC, (HWND window, HDC object), (window, object))                                                \
+    RETURN(BOOL, DeleteDC, (HDC object), (object))                                                                     \
+    RETURN(BOOL, DeleteObject, (HGDIOBJ object), (object))
+#define QV8_OTHERS(OTHER)                                                                                              \
+    OTHER(GlobalAlloc)                                                                                                 \
+    OTHER(GlobalLock)                                                                                                  \
+    OTHER(GlobalUnlock)                                                                                                \
+    OTHER(GlobalFree)                                                                                                  \
+    OTHER(PercentDlgOpen)                                                                                              \
+    OTHER(PercentProgress)                                                                                             \
+    OTHER(PercentDlgClose)                                                                                             \
+    OTHER(SetClipboardData)                                                                                            \
+    OTHER(CloseClipboard)
+
+// Replacements stand under names of their own on Windows, put into the import table by InstallHooks, and under the
+// functions' own names elsewhere.
+#ifdef _WIN32
+#define QV8_HOOK(name) Hooked##name
+#define QV8_HOOK_API __stdcall
+#define QV8_REAL(name) reinterpret_cast<decltype(&name)>(RealOf(#name))
+#else
 #define QV8_HOOK(name) name
+#define QV8_HOOK_API
 #define QV8_REAL(name)                                                                                                 \
     [] {                                                                                                               \
-        static const auto next = NextDefinition<decltype(&name)>(#name);                                               \
+        static const auto next = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name));                           \
         return next;                                                                                                   \
     }()
-#define QV8_HOOK_API
 #endif
 
 namespace test::hooks {
@@ -40,10 +92,15 @@ struct State {
 std::atomic<State*> watching = nullptr;
 std::atomic<SIZE_T> largestBlock = ~SIZE_T{0};
 
-#ifndef _WIN32
-template <class Function>
-Function NextDefinition(const char* name) {
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+#ifdef _WIN32
+// What stood in the import table before.
+std::map<std::string, std::uintptr_t>& RealFunctions() {
+    static std::map<std::string, std::uintptr_t> functions;
+    return functions;
+}
+
+std::uintptr_t RealOf(const char* name) {
+    return RealFunctions()[name];
 }
 #endif
 
@@ -82,13 +139,22 @@ void GivenBack(const void* object, bool accepted) {
     }
 }
 
+template <class Result>
+Result Same(Result result) {
+    return result;
+}
+
 // Closing fails while it is not open here, so every close that succeeds has its opening.
-bool CountClipboard(BOOL succeeded, int change) {
+BOOL CountClipboard(BOOL succeeded, int change) {
     State* const state = watching;
     if (state != nullptr && succeeded != 0) {
         state->report.clipboardOpens += change;
     }
-    return succeeded != 0;
+    return succeeded;
+}
+
+BOOL ClipboardOpened(BOOL succeeded) {
+    return CountClipboard(succeeded, 1);
 }
 
 } // namespace
@@ -179,82 +245,6 @@ void QV8_HOOK_API QV8_HOOK(PercentDlgClose)(void) {
     }
 }
 
-HDC QV8_HOOK_API QV8_HOOK(GetDC)(HWND window) {
-    return Fails(Kind::kGetContext) ? nullptr : Taken(QV8_REAL(GetDC)(window));
-}
-
-int QV8_HOOK_API QV8_HOOK(ReleaseDC)(HWND window, HDC context) {
-    const int result = QV8_REAL(ReleaseDC)(window, context);
-    GivenBack(context, result != 0);
-    return result;
-}
-
-HDC QV8_HOOK_API QV8_HOOK(CreateCompatibleDC)(HDC context) {
-    return Fails(Kind::kCreateContext) ? nullptr : Taken(QV8_REAL(CreateCompatibleDC)(context));
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(DeleteDC)(HDC context) {
-    const BOOL result = QV8_REAL(DeleteDC)(context);
-    GivenBack(context, result != 0);
-    return result;
-}
-
-HBITMAP QV8_HOOK_API QV8_HOOK(CreateCompatibleBitmap)(HDC context, int width, int height) {
-    return Fails(Kind::kCreateBitmap) ? nullptr : Taken(QV8_REAL(CreateCompatibleBitmap)(context, width, height));
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(DeleteObject)(HGDIOBJ object) {
-    const BOOL result = QV8_REAL(DeleteObject)(object);
-    GivenBack(object, result != 0);
-    return result;
-}
-
-HGDIOBJ QV8_HOOK_API QV8_HOOK(SelectObject)(HDC context, HGDIOBJ object) {
-    return Fails(Kind::kSelect) ? nullptr : QV8_REAL(SelectObject)(context, object);
-}
-
-int QV8_HOOK_API QV8_HOOK(SetDIBits)(HDC context, HBITMAP bitmap, UINT startRow, UINT rows, const void* bits,
-                                     const BITMAPINFO* info, UINT usage) {
-    return Fails(Kind::kSetBits) ? 0 : QV8_REAL(SetDIBits)(context, bitmap, startRow, rows, bits, info, usage);
-}
-
-int QV8_HOOK_API QV8_HOOK(GetDIBits)(HDC context, HBITMAP bitmap, UINT startRow, UINT rows, void* bits,
-                                     BITMAPINFO* info, UINT usage) {
-    return Fails(Kind::kGetBits) ? 0 : QV8_REAL(GetDIBits)(context, bitmap, startRow, rows, bits, info, usage);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(Polygon)(HDC context, const POINT* points, int count) {
-    return Fails(Kind::kPolygon) ? 0 : QV8_REAL(Polygon)(context, points, count);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(Ellipse)(HDC context, int left, int top, int right, int bottom) {
-    return Fails(Kind::kEllipse) ? 0 : QV8_REAL(Ellipse)(context, left, top, right, bottom);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(MoveToEx)(HDC context, int x, int y, POINT* previous) {
-    return Fails(Kind::kMoveTo) ? FALSE : QV8_REAL(MoveToEx)(context, x, y, previous);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(LineTo)(HDC context, int x, int y) {
-    return Fails(Kind::kLineTo) ? FALSE : QV8_REAL(LineTo)(context, x, y);
-}
-
-HBRUSH QV8_HOOK_API QV8_HOOK(CreateSolidBrush)(COLORREF colour) {
-    return Fails(Kind::kCreateBrush) ? nullptr : Taken(QV8_REAL(CreateSolidBrush)(colour));
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(ExtFloodFill)(HDC context, int x, int y, COLORREF colour, UINT mode) {
-    return Fails(Kind::kFloodFill) ? FALSE : QV8_REAL(ExtFloodFill)(context, x, y, colour, mode);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(OpenClipboard)(HWND window) {
-    return !Fails(Kind::kOpenClipboard) && CountClipboard(QV8_REAL(OpenClipboard)(window), 1);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(EmptyClipboard)(void) {
-    return Fails(Kind::kEmptyClipboard) ? FALSE : QV8_REAL(EmptyClipboard)();
-}
-
 HGLOBAL QV8_HOOK_API QV8_HOOK(SetClipboardData)(UINT format, HGLOBAL data) {
     if (Fails(Kind::kSetClipboard)) {
         return nullptr;
@@ -269,38 +259,24 @@ HGLOBAL QV8_HOOK_API QV8_HOOK(SetClipboardData)(UINT format, HGLOBAL data) {
     return taken;
 }
 
-HGLOBAL QV8_HOOK_API QV8_HOOK(GetClipboardData)(UINT format) {
-    return Fails(Kind::kGetClipboard) ? nullptr : QV8_REAL(GetClipboardData)(format);
-}
-
 BOOL QV8_HOOK_API QV8_HOOK(CloseClipboard)(void) {
-    const bool closed = CountClipboard(QV8_REAL(CloseClipboard)(), -1);
-    return !Fails(Kind::kCloseClipboard) && closed;
+    const BOOL closed = CountClipboard(QV8_REAL(CloseClipboard)(), -1);
+    return Fails(Kind::kCloseClipboard) ? FALSE : closed;
 }
 
-HFONT QV8_HOOK_API QV8_HOOK(CreateFontIndirectA)(const LOGFONTA* description) {
-    return Fails(Kind::kCreateFont) ? nullptr : Taken(QV8_REAL(CreateFontIndirectA)(description));
-}
+#define QV8_DEFINE_CALL(kind, Result, name, parameters, arguments, failure, made)                                      \
+    Result QV8_HOOK_API QV8_HOOK(name) parameters {                                                                    \
+        return Fails(Kind::kind) ? (failure) : made(QV8_REAL(name) arguments);                                         \
+    }
+QV8_CALLS(QV8_DEFINE_CALL)
 
-COLORREF QV8_HOOK_API QV8_HOOK(SetTextColor)(HDC context, COLORREF colour) {
-    return Fails(Kind::kTextColours) ? CLR_INVALID : QV8_REAL(SetTextColor)(context, colour);
-}
-
-COLORREF QV8_HOOK_API QV8_HOOK(SetBkColor)(HDC context, COLORREF colour) {
-    return Fails(Kind::kTextColours) ? CLR_INVALID : QV8_REAL(SetBkColor)(context, colour);
-}
-
-int QV8_HOOK_API QV8_HOOK(SetBkMode)(HDC context, int mode) {
-    return Fails(Kind::kTextColours) ? 0 : QV8_REAL(SetBkMode)(context, mode);
-}
-
-BOOL QV8_HOOK_API QV8_HOOK(GetTextExtentPoint32A)(HDC context, LPCSTR text, int bytes, SIZE* extent) {
-    return Fails(Kind::kMeasureText) ? FALSE : QV8_REAL(GetTextExtentPoint32A)(context, text, bytes, extent);
-}
-
-int QV8_HOOK_API QV8_HOOK(DrawTextA)(HDC context, LPCSTR text, int bytes, RECT* rect, UINT format) {
-    return Fails(Kind::kDrawText) ? 0 : QV8_REAL(DrawTextA)(context, text, bytes, rect, format);
-}
+#define QV8_DEFINE_RETURN(Result, name, parameters, arguments)                                                         \
+    Result QV8_HOOK_API QV8_HOOK(name) parameters {                                                                    \
+        const Result result = QV8_REAL(name) arguments;                                                                \
+        GivenBack(object, result != 0);                                                                                \
+        return result;                                                                                                 \
+    }
+QV8_RETURNS(QV8_DEFINE_RETURN)
 
 } // extern "C"
 
@@ -316,44 +292,11 @@ std::uintptr_t AddressOf(Function* function) {
 
 // What is called instead of an imported function, or 0 to leave it.
 std::uintptr_t ReplacementOf(const std::string& name) {
-#define QV8_ENTRY(function)                                                                                            \
-    { #function, AddressOf(&Hooked##function) }
+#define QV8_ENTRY(function) {#function, AddressOf(&Hooked##function)},
+#define QV8_CALL_ENTRY(kind, Result, function, ...) QV8_ENTRY(function)
+#define QV8_RETURN_ENTRY(Result, function, ...) QV8_ENTRY(function)
     static const std::map<std::string, std::uintptr_t> kReplacements = {
-        QV8_ENTRY(GlobalAlloc),
-        QV8_ENTRY(GlobalLock),
-        QV8_ENTRY(GlobalUnlock),
-        QV8_ENTRY(GlobalFree),
-        QV8_ENTRY(PercentDlgOpen),
-        QV8_ENTRY(PercentProgress),
-        QV8_ENTRY(PercentDlgClose),
-        QV8_ENTRY(GetDC),
-        QV8_ENTRY(ReleaseDC),
-        QV8_ENTRY(CreateCompatibleDC),
-        QV8_ENTRY(DeleteDC),
-        QV8_ENTRY(CreateCompatibleBitmap),
-        QV8_ENTRY(DeleteObject),
-        QV8_ENTRY(SelectObject),
-        QV8_ENTRY(SetDIBits),
-        QV8_ENTRY(GetDIBits),
-        QV8_ENTRY(Polygon),
-        QV8_ENTRY(Ellipse),
-        QV8_ENTRY(MoveToEx),
-        QV8_ENTRY(LineTo),
-        QV8_ENTRY(CreateSolidBrush),
-        QV8_ENTRY(ExtFloodFill),
-        QV8_ENTRY(CreateFontIndirectA),
-        QV8_ENTRY(SetTextColor),
-        QV8_ENTRY(SetBkColor),
-        QV8_ENTRY(SetBkMode),
-        QV8_ENTRY(GetTextExtentPoint32A),
-        QV8_ENTRY(DrawTextA),
-        QV8_ENTRY(OpenClipboard),
-        QV8_ENTRY(EmptyClipboard),
-        QV8_ENTRY(SetClipboardData),
-        QV8_ENTRY(GetClipboardData),
-        QV8_ENTRY(CloseClipboard),
-    };
-#undef QV8_ENTRY
+        QV8_CALLS(QV8_CALL_ENTRY) QV8_RETURNS(QV8_RETURN_ENTRY) QV8_OTHERS(QV8_ENTRY)};
     const auto found = kReplacements.find(name);
     return found != kReplacements.end() ? found->second : 0;
 }
@@ -365,18 +308,21 @@ void Overwrite(std::uintptr_t* slot, std::uintptr_t value) {
     VirtualProtect(slot, sizeof *slot, before, &before);
 }
 
+// In the library, or where that is inside of the program, in the program.
 void InstallHooks() {
-    auto* const base = reinterpret_cast<BYTE*>(GetModuleHandleA("Qv8Effect.dll"));
+    const HMODULE library = GetModuleHandleA("Qv8Effect.dll");
+    auto* const base = reinterpret_cast<BYTE*>(library != nullptr ? library : GetModuleHandleA(nullptr));
     const auto* const dosHeader = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dosHeader->e_lfanew);
     const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports);
-    for (; library->Name != 0; ++library) {
-        const auto* names = reinterpret_cast<const DWORD*>(base + library->OriginalFirstThunk);
-        auto* slots = reinterpret_cast<std::uintptr_t*>(base + library->FirstThunk);
+    const auto* imported = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports);
+    for (; imported->Name != 0; ++imported) {
+        const auto* names = reinterpret_cast<const DWORD*>(base + imported->OriginalFirstThunk);
+        auto* slots = reinterpret_cast<std::uintptr_t*>(base + imported->FirstThunk);
         for (; *names != 0; ++names, ++slots) {
             const char* const name = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + *names)->Name;
             if (const std::uintptr_t replacement = ReplacementOf(name)) {
+                RealFunctions()[name] = *slots;
                 Overwrite(slots, replacement);
             }
         }

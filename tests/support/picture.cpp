@@ -23,6 +23,7 @@ const Layout kLayouts[] = {
     {"8-short", 8, BI_RGB, 77, 0, 0, 0, Table::kRandom, kAccept8},
     {"8-grey", 8, BI_RGB, 0, 0, 0, 0, Table::kGreyRamp, kAccept8Ramp},
     {"8-shuffled", 8, BI_RGB, 256, 0, 0, 0, Table::kGreyRampShuffled, kAccept8Ramp},
+    {"8-gap", 8, BI_RGB, 0, 0, 0, 0, Table::kGreyGap, kAccept8},
     {"16", 16, BI_RGB, 0, 0, 0, 0, Table::kRandom, kAccept16},
     {"16-555", 16, BI_BITFIELDS, 0, 0x7C00, 0x03E0, 0x001F, Table::kRandom, kAccept16},
     {"16-565", 16, BI_BITFIELDS, 0, 0xF800, 0x07E0, 0x001F, Table::kRandom, kAccept16},
@@ -47,6 +48,10 @@ void FillTable(Picture& picture, const Layout& layout, Random& random) {
             std::swap(levels[static_cast<std::size_t>(last)],
                       levels[static_cast<std::size_t>(random.Between(0, last))]);
         }
+    }
+    if (layout.table == Table::kGreyGap) {
+        const auto missing = static_cast<std::size_t>(random.Between(1, 254));
+        levels[missing] = levels[missing - 1];
     }
     for (std::size_t i = 0; i != levels.size(); ++i) {
         std::fill_n(picture.TableEntry(i), 3, levels[i]);

@@ -30,7 +30,7 @@ enum : unsigned {
     kAcceptOdd = 128, // 16 and 32 bits in layouts that nothing else knows
 };
 
-enum class Table { kRandom, kGreyRamp, kGreyRampShuffled };
+enum class Table { kRandom, kGreyRamp, kGreyRampShuffled, kGreyGap }; // the last lacks one level of grey
 
 struct Layout {
     const char* name;
