@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "area/area_mask.h"
-#include "qv8com.h"
+#include "frame/status.h"
 
 namespace qv8 {
 namespace {
@@ -27,7 +27,7 @@ bool UseCallersMask(const DibView& picture, HGLOBAL hMask, Area& area) {
     area.rect = WholePicture(picture);
     area.mask = mask.view.pixels;
     area.maskStride = mask.view.stride;
-    area.maskLock = std::move(mask.lock);
+    area.maskMemory.lock = std::move(mask.lock);
     return true;
 }
 
@@ -35,25 +35,22 @@ bool UseDrawnMask(GlobalBlock drawn, Area& area) {
     if (!drawn) {
         return false;
     }
-    area.drawnMask = std::move(drawn);
-    area.maskLock = LockBlock(area.drawnMask.get());
-    if (!area.maskLock) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
+    area.maskMemory = HoldBlock(drawn.release());
+    if (!area.maskMemory) {
         return false;
     }
-    area.mask = static_cast<const BYTE*>(area.maskLock.get()) + kMaskHeaderBytes;
+    area.mask = area.maskMemory.As<BYTE>() + kMaskHeaderBytes;
     area.maskStride = static_cast<std::size_t>(DibRowBytes(1, area.rect.Width()));
     return true;
 }
 
 bool UsePolygon(const DibView& picture, const AreaArguments& arguments, Area& area) {
     if (arguments.pointCount < 2 || arguments.points == nullptr) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return false;
+        return Fail(QV8_STATUS_PARAMETER);
     }
     const int maxY = picture.height - 1;
     RECT box = {};
-    const WorkingBlock points =
+    const LockedBlock points =
         ClipPolygon(arguments.points, arguments.pointCount, picture.width - 1, maxY, arguments.inside, box);
     if (!points) {
         return false;
@@ -65,10 +62,9 @@ bool UsePolygon(const DibView& picture, const AreaArguments& arguments, Area& ar
 }
 
 bool UseEllipse(const DibView& picture, const AreaArguments& arguments, Area& area) {
-    const int maxY = picture.height - 1;
     RECT box = {};
-    const RECT shape = ClipEllipseRect(arguments.rect, picture.width - 1, maxY, arguments.inside, box);
-    area.rect = ToMemoryRows(box, maxY);
+    const RECT shape = ClipEllipseRect(picture, arguments.rect, arguments.inside, box);
+    area.rect = ToMemoryRows(box, picture.height - 1);
     return UseDrawnMask(
         CreateAreaMask(area.rect.Width(), area.rect.Height(), QV8_AREA_ELLIPSE, nullptr, 0, shape, arguments.inside),
         area);
@@ -88,8 +84,7 @@ bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arg
     case QV8_AREA_ELLIPSE:
         return UseEllipse(picture, arguments, area);
     default:
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return false;
+        return Fail(QV8_STATUS_PARAMETER);
     }
 }
 
@@ -97,19 +92,17 @@ bool IsMaskSizeOf(const DibView& picture, const DibView& mask) {
     if (mask.bitCount == 1 && mask.width == picture.width && mask.height == picture.height) {
         return true;
     }
-    SetErrorStatus(QV8_STATUS_PICTURE);
-    return false;
+    return Fail(QV8_STATUS_PICTURE);
 }
 
 bool OpenMask(HGLOBAL hMask, const DibView& picture, Picture& mask) {
     return LockPicture(hMask, mask) && CheckPicture(mask) && IsMaskSizeOf(picture, mask.view);
 }
 
-WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect) {
+LockedBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect) {
     const auto count = static_cast<std::size_t>(pointCount);
-    WorkingBlock block = AllocateWorkingBlock(std::uint64_t{count} * sizeof(POINT));
+    LockedBlock block = AllocateWorkingBlock(std::uint64_t{count} * sizeof(POINT));
     if (!block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return block;
     }
     auto* const clipped = block.As<POINT>();
@@ -133,18 +126,22 @@ WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY
     return block;
 }
 
-RECT ClipEllipseRect(const RECT& ellipse, int maxX, int maxY, bool inside, RECT& rect) {
-    const auto [left, right] =
-        std::minmax({std::clamp<LONG>(ellipse.left, 0, maxX), std::clamp<LONG>(ellipse.right, 0, maxX)});
-    const auto [top, bottom] =
-        std::minmax({std::clamp<LONG>(ellipse.top, 0, maxY), std::clamp<LONG>(ellipse.bottom, 0, maxY)});
-    const RECT clipped = {left, top, right, bottom};
+RECT RectWithin(const DibView& picture, const RECT& rect) {
+    const auto column = [&](LONG x) { return std::clamp<LONG>(x, 0, picture.width - 1); };
+    const auto row = [&](LONG y) { return std::clamp<LONG>(y, 0, picture.height - 1); };
+    const auto [left, right] = std::minmax({column(rect.left), column(rect.right)});
+    const auto [top, bottom] = std::minmax({row(rect.top), row(rect.bottom)});
+    return {left, top, right, bottom};
+}
+
+RECT ClipEllipseRect(const DibView& picture, const RECT& ellipse, bool inside, RECT& rect) {
+    const RECT clipped = RectWithin(picture, ellipse);
     if (!inside) {
-        rect = {0, 0, maxX, maxY};
+        rect = {0, 0, picture.width - 1, picture.height - 1};
         return clipped;
     }
     rect = clipped;
-    return {0, 0, right - left, bottom - top};
+    return {0, 0, clipped.right - clipped.left, clipped.bottom - clipped.top};
 }
 
 namespace {

@@ -35,9 +35,11 @@ struct Area {
     const BYTE* mask = nullptr;
     std::size_t maskStride = 0;
 
-    GlobalBlock drawnMask; // freed with the area; null for a caller's mask
-    GlobalLockScope maskLock;
+    LockedBlock maskMemory; // without a block for a caller's mask
 };
+
+// The rectangle with its corners moved to the nearest places inside the picture and its sides in order.
+RECT RectWithin(const DibView& picture, const RECT& rect);
 
 // Resolves the area of a picture. Sets status 2, 3, 5 or 7 when it fails.
 bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arguments, Area& area);
@@ -50,11 +52,11 @@ bool OpenMask(HGLOBAL hMask, const DibView& picture, Picture& mask);
 
 // Copies the points, each moved to the nearest place in 0..maxX, 0..maxY. `rect` becomes the bounding box in top-down
 // rows when `inside`, with the points relative to its corner, else the whole picture. Sets status 3 when it fails.
-WorkingBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect);
+LockedBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect);
 
 // Cuts the ellipse's rectangle to the picture and orders its sides into `rect`, or the whole picture unless `inside`.
 // Returns the rectangle to draw the ellipse with.
-RECT ClipEllipseRect(const RECT& ellipse, int maxX, int maxY, bool inside, RECT& rect);
+RECT ClipEllipseRect(const DibView& picture, const RECT& ellipse, bool inside, RECT& rect);
 
 // The runs of pixels inside the area in one row, as use(column, count) from left to right.
 template <class Use>

@@ -1,25 +1,12 @@
 #include "area/area_mask.h"
 
-#include <cstring>
-
 #include "area/mask_canvas.h"
+#include "frame/status.h"
+#include "pixels/palettes.h"
 #include "qv8com.h"
 
 namespace qv8 {
 namespace {
-
-void WriteMaskHeader(void* mask, int width, int height, DWORD imageBytes) {
-    MaskInfo info = {};
-    info.header.biSize = kHeaderBytes;
-    info.header.biWidth = width;
-    info.header.biHeight = height;
-    info.header.biPlanes = 1;
-    info.header.biBitCount = 1;
-    info.header.biCompression = BI_RGB;
-    info.header.biSizeImage = imageBytes;
-    info.colours[1] = {255, 255, 255, 0};
-    std::memcpy(mask, &info, sizeof info);
-}
 
 bool DrawShape(HGLOBAL mask, BYTE areaType, const POINT* points, int pointCount, const RECT& drawRect) {
     switch (areaType) {
@@ -35,11 +22,9 @@ bool DrawShape(HGLOBAL mask, BYTE areaType, const POINT* points, int pointCount,
 } // namespace
 
 NewPicture NewMask(int width, int height) {
-    const std::uint32_t bytes = DibBytes(kMaskHeaderBytes, 1, width, height);
-    NewPicture mask = AllocatePicture(bytes, Pixels::kZero);
+    NewPicture mask = CreateDib({1, width, height, 2}, InitialPixels::kZero);
     if (mask) {
-        WriteMaskHeader(mask.lock.get(), width, height, bytes - static_cast<DWORD>(kMaskHeaderBytes));
-        DescribeNew(mask, 2);
+        WriteGreyRamp(mask.Palette(), 2);
     }
     return mask;
 }
@@ -53,8 +38,7 @@ GlobalBlock CreateAreaMask(int width, int height, BYTE areaType, const POINT* po
     GlobalBlock result(mask.Release());
     if (!DrawShape(result.get(), areaType, points, pointCount, drawRect) ||
         (!inside && !InvertMask(result.get(), static_cast<std::size_t>(DibRowBytes(1, width))))) {
-        SetErrorStatus(QV8_STATUS_DIALOG);
-        return nullptr;
+        return Fail(QV8_STATUS_DIALOG);
     }
     return result;
 }

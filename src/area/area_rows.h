@@ -15,9 +15,9 @@ inline void CopyRows(const DibView& source, int begin, int end, const NewPicture
     }
 }
 
-// Fills a result made with Pixels::kUnwritten. Calls write(row, column, count, source, result) for every run of pixels
-// of the area, which writes every byte of the run from its first pixel's address on; everything else is copied, just
-// before or after, while the row is in the cache anyway. Reports each row of the area. False when cancelled.
+// Fills a result made with InitialPixels::kUnwritten. Calls write(row, column, count, source, result) for every run of
+// pixels of the area, which writes every byte of the run from its first pixel's address on; everything else is copied,
+// just before or after, while the row is in the cache anyway. Reports each row of the area. False when cancelled.
 template <class Write>
 bool WriteArea(const DibView& source, const Area& area, const NewPicture& result, const Progress& progress,
                Write write) {

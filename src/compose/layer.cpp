@@ -1,11 +1,13 @@
 #include "compose/layer.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "frame/rows.h"
+#include "frame/span.h"
+#include "frame/status.h"
 #include "pixels/colour_reader.h"
 #include "pixels/pixel_fill.h"
+#include "pixels/pixel_unit.h"
 #include "pixels/planar_chunks.h"
 
 namespace qv8 {
@@ -42,31 +44,11 @@ NewPicture CreateResult(const Layout& layout) {
     constexpr std::int64_t kLargestSide = 0x7FFFFFFF;
     const auto width = static_cast<int>(std::min(layout.width, kLargestSide)); // such a side is too large in any case
     const auto height = static_cast<int>(std::min(layout.height, kLargestSide));
-    const std::uint32_t bytes = DibBytes(kHeaderBytes, 24, width, height);
-    NewPicture result = AllocatePicture(bytes, Pixels::kUnwritten);
-    if (!result) {
-        return result;
-    }
-    BITMAPINFOHEADER& header = result.Header();
-    header = {};
-    header.biSize = kHeaderBytes;
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = 24;
-    header.biSizeImage = bytes - static_cast<DWORD>(kHeaderBytes);
-    DescribeNew(result, 0);
-    return result;
+    return CreateDib({24, width, height}, InitialPixels::kUnwritten);
 }
 
-// A part of a row, as columns of the result.
-struct Stretch {
-    int begin;
-    int end;
-};
-
 // What a picture covers of a row of the result; nothing where it does not lie.
-Stretch Covered(const DibView& picture, const Place& place, int row, int width) {
+Span Covered(const DibView& picture, const Place& place, int row, int width) {
     if (row < place.row || row >= place.row + picture.height) {
         return {0, 0};
     }
@@ -83,25 +65,25 @@ struct Composition {
     PixelPattern background;
 };
 
-void ReadInto(const ColourReader& reader, const Place& place, int row, const Stretch& span, BYTE* pixels) {
-    if (span.begin < span.end) {
+void ReadInto(const ColourReader& reader, const Place& place, int row, const Span& span, BYTE* pixels) {
+    if (!span.IsEmpty()) {
         ReadPixels24(reader, static_cast<int>(row - place.row), static_cast<int>(span.begin - place.column),
-                     span.end - span.begin, pixels);
+                     span.Count(), pixels);
     }
 }
 
 // Lays the layer over pixels of the base that are in the result already.
-void BlendInto(const Composition& work, int row, const Stretch& span, BYTE* pixels) {
+void BlendInto(const Composition& work, int row, const Span& span, BYTE* pixels) {
     const ColourReader& layer = work.layer;
     const Place& place = work.layout.layer;
     const auto blend = TheLayerKernels().blend24;
     const auto first = static_cast<int>(span.begin - place.column);
     if (layer.picture.layout->IsNothingButBgr()) {
         const BYTE* const source = layer.picture.Row(static_cast<int>(row - place.row));
-        blend(work.blend, source + std::ptrdiff_t{first} * 3, pixels, span.end - span.begin);
+        blend(work.blend, source + std::ptrdiff_t{first} * 3, pixels, span.Count());
         return;
     }
-    ForEachChunk(span.end - span.begin, [&](int start, int part) {
+    ForEachChunk(span.Count(), [&](int start, int part) {
         BYTE converted[kChunkPixels * 3];
         ReadPixels24(layer, static_cast<int>(row - place.row), first + start, part, converted);
         blend(work.blend, converted, pixels + std::ptrdiff_t{start} * 3, part);
@@ -111,14 +93,14 @@ void BlendInto(const Composition& work, int row, const Stretch& span, BYTE* pixe
 // The background where neither picture lies; the base; then the layer, which stands alone on both sides of the base.
 void ComposeRow(const Composition& work, int row, int width, BYTE* result) {
     const auto at = [result](int column) { return result + std::ptrdiff_t{column} * 3; };
-    const Stretch base = Covered(work.base.picture, work.layout.base, row, width);
-    const Stretch layer = Covered(work.layer.picture, work.layout.layer, row, width);
-    if (base.end - base.begin != width && layer.end - layer.begin != width) {
+    const Span base = Covered(work.base.picture, work.layout.base, row, width);
+    const Span layer = Covered(work.layer.picture, work.layout.layer, row, width);
+    if (base.Count() != width && layer.Count() != width) {
         FillPixels(work.background, result, static_cast<std::size_t>(width) * 3);
     }
     ReadInto(work.base, work.layout.base, row, base, at(base.begin));
-    const Stretch both = {std::max(base.begin, layer.begin), std::min(base.end, layer.end)};
-    if (both.begin >= both.end) {
+    const Span both = {std::max(base.begin, layer.begin), std::min(base.end, layer.end)};
+    if (both.IsEmpty()) {
         ReadInto(work.layer, work.layout.layer, row, layer, at(layer.begin));
         return;
     }
@@ -127,11 +109,6 @@ void ComposeRow(const Composition& work, int row, int width, BYTE* result) {
     if (work.blend.opacity != 0) {
         BlendInto(work, row, both, at(both.begin));
     }
-}
-
-bool Fail(int status) {
-    SetErrorStatus(status);
-    return false;
 }
 
 bool OpenPictures(HGLOBAL baseImage, HGLOBAL layerImage, Picture& base, Picture& layer) {
@@ -166,10 +143,9 @@ HGLOBAL Layer(HGLOBAL baseImage, HGLOBAL layerImage, const LayerBlend& blend, co
         return nullptr;
     }
     const int width = result.view.width;
-    const std::size_t used = static_cast<std::size_t>(width) * 3;
     const bool done = ForEachRow(result.view.height, Progress{progressOwner}, [&](int row) {
         ComposeRow(work, row, width, result.Row(row));
-        std::memset(result.Row(row) + used, 0, result.view.stride - used);
+        ClearPadding(result.view, result.Row(row));
     });
     return done ? result.Release() : nullptr;
 }

@@ -1,6 +1,7 @@
 #include "compose/panorama.h"
 
 #include "compose/seam_mask.h"
+#include "frame/status.h"
 #include "geometry/resize.h"
 
 namespace qv8 {
@@ -42,12 +43,10 @@ bool PlanJoin(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& opti
 
 HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, DWORD progressOwner) {
     if (baseImage == nullptr || addedImage == nullptr) {
-        SetErrorStatus(QV8_STATUS_PICTURE);
-        return nullptr;
+        return Fail(QV8_STATUS_PICTURE);
     }
     if (AreOne(options.base1, options.base2) || AreOne(options.added1, options.added2)) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return nullptr;
+        return Fail(QV8_STATUS_PARAMETER);
     }
     Join join = {};
     if (!PlanJoin(baseImage, addedImage, options, join)) {

@@ -4,12 +4,13 @@
 #include <cmath>
 #include <limits>
 
+#include "geometry/rotation_mapping.h"
+
 namespace qv8 {
 namespace {
 
-// A little more than the true values. Panoramas lie where these put them, so they stay as they are.
-constexpr double kPi = 3.141592657;
-constexpr double kHalfPi = 1.5707963285;
+constexpr double kHalfPi = kPi / 2;
+static_assert(kHalfPi == 1.5707963285);
 
 int Truncated(double value) {
     constexpr int kLeast = std::numeric_limits<int>::min();

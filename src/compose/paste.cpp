@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "area/masked_picture.h"
+#include "frame/status.h"
 #include "geometry/mirror_flip.h"
 #include "pixels/pixel_format.h"
 
@@ -16,7 +17,7 @@ struct Exchanged {
 };
 
 bool CopyWhole(const DibView& picture, NewPicture& copy) {
-    copy = DuplicateDib(picture, picture.width, picture.height, Pixels::kCopied);
+    copy = DuplicateDib(picture, picture.width, picture.height, InitialPixels::kCopied);
     return static_cast<bool>(copy);
 }
 
@@ -74,8 +75,7 @@ TransparentColour TransparentColourAt(const BYTE* red, const BYTE* green, const 
 
 HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteOptions& wanted, const Progress& whole) {
     if (baseImage == nullptr || pastedImages.hImage == nullptr) {
-        SetErrorStatus(QV8_STATUS_PICTURE);
-        return nullptr;
+        return Fail(QV8_STATUS_PICTURE);
     }
     Picture base;
     MaskedPicture pasted;
@@ -95,7 +95,7 @@ HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteO
     if (!MakePasting(base.view, image, mask, options, pasting)) {
         return nullptr;
     }
-    NewPicture result = DuplicateDib(base.view, base.view.width, base.view.height, Pixels::kCopied);
+    NewPicture result = DuplicateDib(base.view, base.view.width, base.view.height, InitialPixels::kCopied);
     return result && PasteRows(pasting, result, progress) ? result.Release() : nullptr;
 }
 

@@ -53,7 +53,7 @@ Columns CoveredExactly(const PastePlacement& placement, std::int64_t y, Columns 
 }
 
 Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns columns, PasteGuesses& guesses) {
-    const CentredFrame& reach = placement.reach;
+    const CentredRect& reach = placement.reach;
     if (y < reach.firstRow || y >= reach.firstRow + reach.height) {
         return {0, 0};
     }
@@ -62,19 +62,19 @@ Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns c
         return columns;
     }
     const SourceLines lines = SourceLinesOf(placement.turn, static_cast<int>(y));
-    const CentredFrame& source = placement.source;
+    const CentredRect& source = placement.source;
     Span inside = {static_cast<int>(columns.begin), static_cast<int>(columns.end)};
     inside = SpanInside(lines.column, source.firstColumn, source.width, inside, guesses.column);
     inside = SpanInside(lines.row, source.firstRow, source.height, inside, guesses.row);
     return {inside.begin, inside.end};
 }
 
-// The frame of the turned picture, with room for what coordinates that are cut off toward zero add on each side, and
+// The bounds of the turned picture, with room for what coordinates that are cut off toward zero add on each side, and
 // for those that single precision cannot tell apart.
-CentredFrame ReachOf(const Turn& turn, const CentredFrame& source) {
-    const CentredFrame frame = TurnedFrame(turn, source);
+CentredRect ReachOf(const Turn& turn, const CentredRect& source) {
+    const CentredRect bounds = TurnedBounds(turn, source);
     const std::int64_t room = 2 + (source.width + source.height) / (1 << 20);
-    return {frame.firstColumn - room, frame.firstRow - room, frame.width + 2 * room, frame.height + 2 * room};
+    return {bounds.firstColumn - room, bounds.firstRow - room, bounds.width + 2 * room, bounds.height + 2 * room};
 }
 
 } // namespace

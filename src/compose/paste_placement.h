@@ -13,8 +13,8 @@ struct PastePlacement {
     int baseWidth;
     std::int64_t middleColumn; // in the base, or anywhere around it
     std::int64_t middleRow;
-    CentredFrame source;
-    CentredFrame reach; // the turned picture lies inside of it; for free turns
+    CentredRect source;
+    CentredRect reach; // the turned picture lies inside of it; for free turns
     Turn turn;
     bool isExact; // a turn by quarters: one step to the right is one step in the picture
     int columnStep;

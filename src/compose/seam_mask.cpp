@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "area/mask_canvas.h"
-#include "qv8com.h"
+#include "frame/status.h"
 
 namespace qv8 {
 namespace {
@@ -82,8 +82,7 @@ GlobalBlock CreateSeamMask(int width, int height, const Segment& points, SeamSid
                        DrawLine(canvas.Context(), LineThrough(width, height, points)) &&
                        FillFrom(canvas.Context(), CornerOf(width, height, points, side)) && canvas.ReadBack();
     if (!drawn) {
-        SetErrorStatus(canvas.IsLocked() ? QV8_STATUS_DIALOG : QV8_STATUS_MEMORY);
-        return nullptr;
+        return Fail(canvas.IsLocked() ? QV8_STATUS_DIALOG : QV8_STATUS_MEMORY);
     }
     return mask;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "convert/reduction.h"
+#include "frame/status.h"
 #include "pixels/palettes.h"
 
 namespace qv8 {
@@ -28,7 +29,7 @@ void WriteExpandedPalette(const DibView& source, int depth, RGBQUAD* palette) {
 HGLOBAL Expand(const DibView& source, int depth, const Progress& progress) {
     const bool isGrey = depth == QV8_DEPTH_GREY;
     const std::uint32_t kept = !isGrey && LayoutOfDepth(depth)->IsIndexed() ? source.paletteSize : 0;
-    NewPicture result = NewConverted(source, depth, isGrey ? 256 : kept, kept, Pixels::kUnwritten);
+    NewPicture result = NewConverted(source, depth, isGrey ? 256 : kept, kept, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -39,33 +40,19 @@ HGLOBAL Expand(const DibView& source, int depth, const Progress& progress) {
 }
 
 HGLOBAL ReduceDirectly(const DibView& source, int depth, const Progress& progress) {
-    NewPicture result = NewConverted(source, depth, 0, 0, Pixels::kUnwritten);
+    NewPicture result = NewConverted(source, depth, 0, 0, InitialPixels::kUnwritten);
     return result && ConvertTrueColour(source, result, progress) ? result.Release() : nullptr;
 }
 
 } // namespace
 
 NewPicture NewConverted(const DibView& source, int depth, std::uint32_t paletteSize, std::uint32_t colorsUsed,
-                        Pixels pixels) {
-    const int bits = BitsOfDepth(depth);
-    const std::uint64_t headerBytes = kHeaderBytes + std::uint64_t{paletteSize} * sizeof(RGBQUAD);
-    const std::uint32_t bytes = DibBytes(headerBytes, bits, source.width, source.height);
-    NewPicture result = AllocatePicture(bytes, pixels);
-    if (!result) {
-        return result;
+                        InitialPixels pixels) {
+    NewPicture result = CreateDib({BitsOfDepth(depth), source.width, source.height, paletteSize, colorsUsed}, pixels);
+    if (result) {
+        result.Header().biXPelsPerMeter = source.header->biXPelsPerMeter;
+        result.Header().biYPelsPerMeter = source.header->biYPelsPerMeter;
     }
-    BITMAPINFOHEADER& header = result.Header();
-    header = {};
-    header.biSize = kHeaderBytes;
-    header.biWidth = source.width;
-    header.biHeight = source.height;
-    header.biPlanes = 1;
-    header.biBitCount = static_cast<WORD>(bits);
-    header.biSizeImage = bytes - static_cast<DWORD>(headerBytes);
-    header.biXPelsPerMeter = source.header->biXPelsPerMeter;
-    header.biYPelsPerMeter = source.header->biYPelsPerMeter;
-    header.biClrUsed = colorsUsed;
-    DescribeNew(result, paletteSize);
     return result;
 }
 
@@ -82,8 +69,7 @@ HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dithe
     const int sourceDepth = source.view.header->biBitCount;
     const int depth = bitDepth;
     if (!IsConvertible(sourceDepth, depth)) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return nullptr;
+        return Fail(QV8_STATUS_PARAMETER);
     }
     if (!CheckPicture(source) || !CheckDibFormat(source.view, kAcceptAll)) {
         return nullptr;

@@ -17,7 +17,7 @@ constexpr int BitsOfDepth(int depth) {
 // A new picture of the source's size and resolution at `depth`, with room for `paletteSize` colours, which the caller
 // writes. `colorsUsed` goes into the header. Sets status 3 when it fails.
 NewPicture NewConverted(const DibView& source, int depth, std::uint32_t paletteSize, std::uint32_t colorsUsed,
-                        Pixels pixels);
+                        InitialPixels pixels);
 
 // Rewrites a 16-, 24- or 32-bit picture as another of these depths. False when cancelled.
 bool ConvertTrueColour(const DibView& source, const NewPicture& result, const Progress& progress);

@@ -22,7 +22,6 @@ std::uint32_t UpTo(const std::uint32_t* sums, int blue, int green, int red) {
 Histogram CountColours(const ColourReader& reader, const PlanarRow& rowBuffer, const Progress& progress) {
     Histogram histogram = {AllocateWorkingBlock(kCells * sizeof(std::uint32_t))};
     if (!histogram.block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return {};
     }
     const CellTable cells;

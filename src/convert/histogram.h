@@ -29,7 +29,7 @@ struct CellBox {
 // Counts of cells. After AccumulateHistogram each holds the sum over all cells with no greater planes, so that the
 // count of any box takes eight reads.
 struct Histogram {
-    WorkingBlock block;
+    LockedBlock block;
 
     std::uint32_t* Counts() const {
         return block.As<std::uint32_t>();

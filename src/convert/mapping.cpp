@@ -287,7 +287,6 @@ MappingRows AllocateMappingRows(int width) {
         parts.Take(rows.packed, 4 * pixels);
     });
     if (!rows.block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return rows;
     }
     for (short*& errors : rows.errors) {

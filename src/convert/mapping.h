@@ -24,7 +24,7 @@ struct Mapping {
 
 // Working rows for pictures of one width.
 struct MappingRows {
-    WorkingBlock block;
+    LockedBlock block;
     PlanarRow colours;
     BYTE* indices;
     BYTE* packed;     // the colours of a row as 32-bit pixels with a fourth byte of 0

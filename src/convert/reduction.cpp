@@ -14,7 +14,7 @@ namespace {
 
 // A median cut: the histogram is gone before the pixels are mapped, the inverse map stays.
 struct InverseMap {
-    WorkingBlock block;
+    LockedBlock block;
 };
 
 bool FindBoxes(const ColourReader& reader, const MappingRows& rows, const NewPicture& result, InverseMap& inverseMap,
@@ -26,7 +26,6 @@ bool FindBoxes(const ColourReader& reader, const MappingRows& rows, const NewPic
     AccumulateHistogram(histogram);
     inverseMap.block = AllocateWorkingBlock(kCells);
     if (!inverseMap.block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     return CutMedian(histogram, static_cast<int>(result.view.paletteSize), result.Palette(),
@@ -72,7 +71,7 @@ bool ReduceInto(const DibView& source, const ReductionOptions& options, const Ne
 }
 
 HGLOBAL ReduceToGrey(const DibView& source, DWORD progressOwner) {
-    NewPicture result = NewConverted(source, QV8_DEPTH_GREY, 256, 0, Pixels::kZero);
+    NewPicture result = NewConverted(source, QV8_DEPTH_GREY, 256, 0, InitialPixels::kZero);
     if (!result) {
         return nullptr;
     }
@@ -98,7 +97,7 @@ HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, DW
     own.fixedPalette = options.fixedPalette || options.depth == 1;
     const bool is216 = own.depth == 8 && own.fixedPalette;
     const std::uint32_t paletteSize = is216 ? kMostFixedColours : 1U << own.depth;
-    NewPicture result = NewConverted(source, own.depth, paletteSize, is216 ? paletteSize : 0, Pixels::kZero);
+    NewPicture result = NewConverted(source, own.depth, paletteSize, is216 ? paletteSize : 0, InitialPixels::kZero);
     return result && ReduceInto(source, own, result, progressOwner) ? result.Release() : nullptr;
 }
 

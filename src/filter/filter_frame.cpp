@@ -5,6 +5,7 @@
 
 #include "area/area_rows.h"
 #include "filter/row_ring.h"
+#include "frame/status.h"
 
 namespace qv8 {
 namespace {
@@ -83,7 +84,7 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
 }
 
 HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -111,8 +112,7 @@ HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, 
         return nullptr;
     }
     if (!filter.valid) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return nullptr;
+        return Fail(QV8_STATUS_PARAMETER);
     }
     Area area;
     if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {

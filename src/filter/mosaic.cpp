@@ -8,6 +8,7 @@
 #include "filter/filter_frame.h"
 #include "frame/block_parts.h"
 #include "frame/progress.h"
+#include "frame/status.h"
 #include "pixels/bit_copy.h"
 #include "pixels/colour_reader.h"
 #include "pixels/indices.h"
@@ -36,7 +37,7 @@ struct BlockRow {
 
 // Working memory for a row of blocks. Rows begin at the column `readFrom`.
 struct MosaicRows {
-    WorkingBlock memory;
+    LockedBlock memory;
     std::uint64_t* sums = nullptr; // blue, green and red of each block
     WORD* columns[3] = {};         // sums of each channel of a column, `step` apart
     int step = 1;
@@ -71,7 +72,6 @@ bool AllocateRows(const DibView& source, const BlockRow& blocks, MosaicRows& row
         parts.Take(rows.painted, source.stride);
     });
     if (!rows.memory) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     rows.samples = static_cast<std::size_t>(samples);
@@ -229,7 +229,7 @@ BlockRow LayBlocks(const DibView& source, const WorkRect& rect, int blockWidth) 
 }
 
 HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int blockHeight, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -247,8 +247,7 @@ HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int 
 HGLOBAL Mosaic(const ImageSet& target, const AreaArguments& areaArguments, int blockWidth, int blockHeight,
                DWORD progressOwner) {
     if (target.hImage != nullptr && blockWidth < 2 && blockHeight < 2) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return nullptr;
+        return Fail(QV8_STATUS_PARAMETER);
     }
     Picture source;
     Area area;

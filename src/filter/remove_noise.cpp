@@ -112,7 +112,7 @@ HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments
         !ResolveArea(source.view, target.hMask, areaArguments, area)) {
         return nullptr;
     }
-    NewPicture result = DuplicateDib(source.view, source.view.width, source.view.height, Pixels::kCopied);
+    NewPicture result = DuplicateDib(source.view, source.view.width, source.view.height, InitialPixels::kCopied);
     if (!result || !ForEachRow(area.rect.Height(), {progressOwner}, [](int /*row*/) {})) {
         return nullptr;
     }

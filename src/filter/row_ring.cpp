@@ -105,11 +105,7 @@ void LayOut(const Filter& filter, int resultWidth, RowRing& ring, BlockParts& pa
 bool MakeRowRing(const DibView& source, const Filter& filter, int resultWidth, RowRing& ring) {
     Describe(source, filter, ring);
     ring.memory = AllocateParts([&](BlockParts& parts) { LayOut(filter, resultWidth, ring, parts); });
-    if (!ring.memory) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
-        return false;
-    }
-    return true;
+    return static_cast<bool>(ring.memory);
 }
 
 const FilterRow& MoveTo(RowRing& ring, int row) {

@@ -20,7 +20,7 @@ struct RowRing {
     PixelFormat format;
     bool luminance = false;
 
-    WorkingBlock memory;
+    LockedBlock memory;
     int reach = 0;
     int slots = 0; // rows that are kept
     std::size_t stride = 0;

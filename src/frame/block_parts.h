@@ -31,12 +31,12 @@ private:
     std::uint64_t bytes_ = 0;
 };
 
-// Allocates what layOut(parts) takes, which is called twice. Null when memory is short; no status is set.
+// Allocates what layOut(parts) takes, which is called twice. Sets status 3 when it fails.
 template <class LayOut>
-WorkingBlock AllocateParts(LayOut layOut) {
+LockedBlock AllocateParts(LayOut layOut) {
     BlockParts count(nullptr);
     layOut(count);
-    WorkingBlock block = AllocateWorkingBlock(count.Bytes() + BlockParts::kAlignment);
+    LockedBlock block = AllocateWorkingBlock(count.Bytes() + BlockParts::kAlignment);
     if (block) {
         BYTE* const base = block.As<BYTE>();
         BlockParts parts(base +

@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "frame/status.h"
 #include "platform/platform.h"
 
 namespace qv8 {
@@ -35,38 +36,48 @@ inline GlobalLockScope LockBlock(HGLOBAL block) {
     return {GlobalLock(block), LockDeleter{block}};
 }
 
-// A zero-filled working block, locked for as long as it lives. Null when memory is short; no status is set.
-// The order of the members matters: the lock goes before the block.
-struct WorkingBlock {
+// A block that is locked for as long as it is held. The order of the members matters: the lock goes before the block.
+struct LockedBlock {
     GlobalBlock block;
     GlobalLockScope lock;
 
-    explicit operator bool() const {
-        return lock != nullptr;
-    }
-    WorkingBlock() = default;
-    WorkingBlock(WorkingBlock&& other) = default;
-    WorkingBlock& operator=(WorkingBlock&& other) noexcept { // unlocked before it is freed here too
+    LockedBlock() = default;
+    LockedBlock(LockedBlock&& other) = default;
+    LockedBlock& operator=(LockedBlock&& other) noexcept { // unlocked before it is freed here too
         lock = std::move(other.lock);
         block = std::move(other.block);
         return *this;
+    }
+    explicit operator bool() const {
+        return lock != nullptr;
     }
     template <class Item>
     Item* As() const {
         return static_cast<Item*>(lock.get());
     }
+    // Unlocks the block and hands it over.
+    HGLOBAL Release() {
+        lock.reset();
+        return block.release();
+    }
 };
 
-inline WorkingBlock AllocateWorkingBlock(std::uint64_t bytes) {
-    WorkingBlock result;
-    if (bytes > kMaxBlockBytes) {
-        return result;
-    }
-    result.block.reset(GlobalAlloc(GHND, static_cast<SIZE_T>(bytes)));
+// Takes over a block, null when there was no memory for it, and locks it. Sets status 3 when it fails.
+inline LockedBlock HoldBlock(HGLOBAL block) {
+    LockedBlock result;
+    result.block.reset(block);
     if (result.block) {
         result.lock = LockBlock(result.block.get());
     }
+    if (!result) {
+        return Fail(QV8_STATUS_MEMORY);
+    }
     return result;
+}
+
+// A working block of zeros. Sets status 3 when it fails.
+inline LockedBlock AllocateWorkingBlock(std::uint64_t bytes) {
+    return HoldBlock(bytes <= kMaxBlockBytes ? GlobalAlloc(GHND, static_cast<SIZE_T>(bytes)) : nullptr);
 }
 
 } // namespace qv8

@@ -87,7 +87,7 @@ HGLOBAL StraightenPicture(HGLOBAL image, const POINT* corners, const Progress& p
     const DibView& source = picture.view;
     const Corners sorted = CornersOf(corners, source.width, source.height);
     const UprightSize size = SizeBetween(sorted);
-    NewPicture result = DuplicateDib(source, size.width, size.height, Pixels::kZero);
+    NewPicture result = DuplicateDib(source, size.width, size.height, InitialPixels::kZero);
     if (!result) {
         return nullptr;
     }

@@ -25,24 +25,24 @@ bool AllInside(const int* places, int count, int size) {
     return outside == 0;
 }
 
-void CopyChannels(const Blending& blending, const Plane& plane, const int* columns, const int* rows, int count,
-                  Channels& channels) {
+void CopyChannels(const Blending& blending, const TurnedPicture& picture, const int* columns, const int* rows,
+                  int count, Channels& channels) {
     BYTE pixels[kPlaces * 4];
-    plane.unit.copyPlaces(plane.source, columns, rows, count, pixels);
+    picture.unit.copyPlaces(picture.source, columns, rows, count, pixels);
     blending.format.Decode(pixels, channels.Row(), count);
 }
 
 // The same where places may be outside: those count as background.
-void CopyChannelsWithin(const Blending& blending, const Plane& plane, const int* columns, const int* rows, int count,
-                        Channels& channels) {
-    const DibView& source = plane.source;
+void CopyChannelsWithin(const Blending& blending, const TurnedPicture& picture, const int* columns, const int* rows,
+                        int count, Channels& channels) {
+    const DibView& source = picture.source;
     int columnsWithin[kPlaces] = {};
     int rowsWithin[kPlaces] = {};
     for (int i = 0; i < count; ++i) {
         columnsWithin[i] = std::clamp(columns[i], 0, source.width - 1);
         rowsWithin[i] = std::clamp(rows[i], 0, source.height - 1);
     }
-    CopyChannels(blending, plane, columnsWithin, rowsWithin, count, channels);
+    CopyChannels(blending, picture, columnsWithin, rowsWithin, count, channels);
     for (int i = 0; i < count; ++i) {
         if (IsOutside(columns[i], source.width) || IsOutside(rows[i], source.height)) {
             channels.blue[i] = blending.background.rgbBlue;
@@ -54,18 +54,19 @@ void CopyChannelsWithin(const Blending& blending, const Plane& plane, const int*
 
 } // namespace
 
-Blending BlendingOf(const Plane& plane, const RGBQUAD& background) {
+Blending BlendingOf(const TurnedPicture& picture, const RGBQUAD& background) {
     Blending blending = {};
-    blending.format = PixelFormatOf(plane.source);
+    blending.format = PixelFormatOf(picture.source);
     blending.background = background;
     if (blending.format.IsGrey()) {
-        blending.background.rgbBlue = blending.format.ramp.levels[plane.background.bytes[0]];
+        blending.background.rgbBlue = blending.format.ramp.levels[picture.background.bytes[0]];
     }
     return blending;
 }
 
-void BlendPixels(const Blending& blending, const Plane& plane, const Places& places, int count, BYTE* result) {
-    const DibView& source = plane.source;
+void BlendPixels(const Blending& blending, const TurnedPicture& picture, const Places& places, int count,
+                 BYTE* result) {
+    const DibView& source = picture.source;
     const bool isInside =
         AllInside(places.nextColumns, count, source.width) && AllInside(places.nextRows, count, source.height);
     const auto copyNeighbours = isInside ? CopyChannels : CopyChannelsWithin;
@@ -73,10 +74,10 @@ void BlendPixels(const Blending& blending, const Plane& plane, const Places& pla
     Channels beside;
     Channels above;
     Channels diagonal;
-    CopyChannels(blending, plane, places.columns, places.rows, count, pixel);
-    copyNeighbours(blending, plane, places.nextColumns, places.rows, count, beside);
-    copyNeighbours(blending, plane, places.columns, places.nextRows, count, above);
-    copyNeighbours(blending, plane, places.nextColumns, places.nextRows, count, diagonal);
+    CopyChannels(blending, picture, places.columns, places.rows, count, pixel);
+    copyNeighbours(blending, picture, places.nextColumns, places.rows, count, beside);
+    copyNeighbours(blending, picture, places.columns, places.nextRows, count, above);
+    copyNeighbours(blending, picture, places.nextColumns, places.nextRows, count, diagonal);
     const auto blend = TheRotationKernels().blend;
     blend(places, pixel.blue, beside.blue, above.blue, diagonal.blue, count, pixel.blue);
     if (!blending.format.IsGrey()) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "geometry/rotation_kernels.h"
-#include "geometry/rotation_planes.h"
+#include "geometry/turned_picture.h"
 #include "pixels/pixel_format.h"
 
 namespace qv8 {
@@ -12,9 +12,9 @@ struct Blending {
     RGBQUAD background; // what lies outside the picture, of a grey ramp its level in blue
 };
 
-Blending BlendingOf(const Plane& plane, const RGBQUAD& background);
+Blending BlendingOf(const TurnedPicture& picture, const RGBQUAD& background);
 
-// Blends `count` pixels of a plane into packed ones.
-void BlendPixels(const Blending& blending, const Plane& plane, const Places& places, int count, BYTE* result);
+// Blends `count` pixels of a picture into packed ones.
+void BlendPixels(const Blending& blending, const TurnedPicture& picture, const Places& places, int count, BYTE* result);
 
 } // namespace qv8

@@ -11,11 +11,11 @@ namespace {
 static_assert(kPartPixels == kPlaces);
 
 struct FreeTurn {
-    Plane& image;
-    Plane* mask;
+    TurnedPicture& image;
+    TurnedPicture* mask;
     Turn turn;
-    CentredFrame source;
-    CentredFrame frame;
+    CentredRect source;
+    CentredRect bounds;
     Directions directions;
     const Blending* blending; // null to copy the nearest pixel
 };
@@ -24,7 +24,7 @@ struct FreeTurn {
 void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int start, int count, int begin, int end) {
     const int first = std::max(begin, start);
     const int found = std::min(end, start + count) - first;
-    const int x = static_cast<int>(work.frame.firstColumn) + first;
+    const int x = static_cast<int>(work.bounds.firstColumn) + first;
     Places places;
     const RotationKernels& kernels = TheRotationKernels();
     if (found > 0) {
@@ -47,22 +47,22 @@ void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int st
 
 } // namespace
 
-bool TurnFreely(Plane& image, Plane* mask, const Turn& turn, const CentredFrame& frame, const RotationOptions& options,
-                const Progress& progress) {
-    const CentredFrame source = FrameOf(image.source);
+bool TurnFreely(TurnedPicture& image, TurnedPicture* mask, const Turn& turn, const CentredRect& bounds,
+                const RotationOptions& options, const Progress& progress) {
+    const CentredRect source = CentredRectOf(image.source);
     const Directions directions = {Direction::Of(image.source.width, options.mirror),
                                    Direction::Of(image.source.height, options.flip)};
     Blending blending;
     if (options.smooth) {
         blending = BlendingOf(image, options.background);
     }
-    const FreeTurn work = {image, mask, turn, source, frame, directions, options.smooth ? &blending : nullptr};
-    const auto left = static_cast<int>(frame.firstColumn);
+    const FreeTurn work = {image, mask, turn, source, bounds, directions, options.smooth ? &blending : nullptr};
+    const auto left = static_cast<int>(bounds.firstColumn);
     const int width = image.result.view.width;
     Span columnGuess;
     Span rowGuess;
     return ForEachRow(image.result.view.height, progress, [&](int row) {
-        const SourceLines lines = SourceLinesOf(turn, static_cast<int>(frame.firstRow) + row);
+        const SourceLines lines = SourceLinesOf(turn, static_cast<int>(bounds.firstRow) + row);
         Span inside = SpanInside(lines.column, source.firstColumn, source.width, {left, left + width}, columnGuess);
         inside = SpanInside(lines.row, source.firstRow, source.height, inside, rowGuess);
         ForEachPart(width, kPartPixels, [&](int start, int count) {

@@ -3,12 +3,13 @@
 
 #include "frame/progress.h"
 #include "geometry/rotation_mapping.h"
-#include "geometry/rotation_planes.h"
+#include "geometry/turned_picture.h"
 
 namespace qv8 {
 
-// `frame` is the result's. Blends when the options say smooth, which the picture must be fit for. False when cancelled.
-bool TurnFreely(Plane& image, Plane* mask, const Turn& turn, const CentredFrame& frame, const RotationOptions& options,
-                const Progress& progress);
+// `bounds` is the result's. Blends when the options say smooth, which the picture must be fit for. False when
+// cancelled.
+bool TurnFreely(TurnedPicture& image, TurnedPicture* mask, const Turn& turn, const CentredRect& bounds,
+                const RotationOptions& options, const Progress& progress);
 
 } // namespace qv8

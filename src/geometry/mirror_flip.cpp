@@ -34,9 +34,8 @@ void SwapRows(const NewPicture& picture, int row, int other) {
 
 bool MirrorDib(NewPicture& picture, NewPicture* mask, const Progress& progress) {
     const std::size_t maskStride = mask != nullptr ? mask->view.stride : 0;
-    const WorkingBlock copy = AllocateWorkingBlock(std::max(picture.view.stride, maskStride));
+    const LockedBlock copy = AllocateWorkingBlock(std::max(picture.view.stride, maskStride));
     if (!copy) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     return ForEachRow(picture.view.height, progress, [&](int row) {

@@ -62,41 +62,42 @@ Move MoveOf(int quarters, int width, int height, const RotationOptions& options)
     return move;
 }
 
-void WriteMoved(const Plane& plane, const Move& move, int row, int start, int count) {
-    const DibView& source = plane.source;
+void WriteMoved(const TurnedPicture& picture, const Move& move, int row, int start, int count) {
+    const DibView& source = picture.source;
     const auto [along, alongSize] =
         move.sideways ? std::pair{move.row, source.height} : std::pair{move.column, source.width};
     const bool isEmpty =
         move.sideways ? !move.column.IsInside(row, source.width) : !move.row.IsInside(row, source.height);
     const int begin = isEmpty ? 0 : std::max(along.Begin(alongSize), start);
     const int end = isEmpty ? 0 : along.End(alongSize);
-    WritePart(plane, row, start, count, begin, end, [&](int pixels, BYTE* result) {
+    WritePart(picture, row, start, count, begin, end, [&](int pixels, BYTE* result) {
         if (move.sideways) {
-            plane.unit.copyLine(source, move.column.At(row), move.row.At(begin), 0, move.row.step, pixels, result);
+            picture.unit.copyLine(source, move.column.At(row), move.row.At(begin), 0, move.row.step, pixels, result);
         } else {
-            plane.unit.copyLine(source, move.column.At(begin), move.row.At(row), move.column.step, 0, pixels, result);
+            picture.unit.copyLine(source, move.column.At(begin), move.row.At(row), move.column.step, 0, pixels, result);
         }
     });
 }
 
 // Rows firstRow .. firstRow + rowCount of one picture.
-void WriteRows(const Plane& plane, const Move& move, int firstRow, int rowCount) {
-    const int width = plane.result.view.width;
+void WriteRows(const TurnedPicture& picture, const Move& move, int firstRow, int rowCount) {
+    const int width = picture.result.view.width;
     // Tiles keep to few rows of the source; whole rows are copied at once where pixels need not be packed.
-    const int part = move.sideways ? kTile : plane.result.view.layout->SharesBytes() ? kPartPixels : width;
+    const int part = move.sideways ? kTile : picture.result.view.layout->SharesBytes() ? kPartPixels : width;
     ForEachPart(width, part, [&](int start, int count) {
         for (int row = firstRow; row < firstRow + rowCount; ++row) {
-            WriteMoved(plane, move, row, start, count);
+            WriteMoved(picture, move, row, start, count);
         }
     });
     for (int row = firstRow; row < firstRow + rowCount; ++row) {
-        ClearPadding(plane.result.view, plane.result.Row(row));
+        ClearPadding(picture.result.view, picture.result.Row(row));
     }
 }
 
 } // namespace
 
-bool TurnQuarters(Plane& image, Plane* mask, int quarters, const RotationOptions& options, const Progress& progress) {
+bool TurnQuarters(TurnedPicture& image, TurnedPicture* mask, int quarters, const RotationOptions& options,
+                  const Progress& progress) {
     const Move move = MoveOf(quarters, image.source.width, image.source.height, options);
     const int height = image.result.view.height;
     return ForEachRow(height, progress, [&](int row) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame/progress.h"
-#include "geometry/rotation_planes.h"
+#include "geometry/turned_picture.h"
 
 namespace qv8 {
 
@@ -12,6 +12,7 @@ constexpr bool IsSideways(int quarters) {
 
 // Turns by 0 to 3 quarters counter-clockwise. A result of the source's own size gets the turned picture in its middle
 // when the options ask to keep the size. False when cancelled.
-bool TurnQuarters(Plane& image, Plane* mask, int quarters, const RotationOptions& options, const Progress& progress);
+bool TurnQuarters(TurnedPicture& image, TurnedPicture* mask, int quarters, const RotationOptions& options,
+                  const Progress& progress);
 
 } // namespace qv8

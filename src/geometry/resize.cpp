@@ -14,13 +14,13 @@ ImageSet ResizePicture(const ImageSet& source, int width, int height, bool smoot
         return {};
     }
     const DibView& view = picture.view;
-    NewPicture result = DuplicateDib(view, width, height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(view, width, height, InitialPixels::kUnwritten);
     if (!result) {
         return {};
     }
     NewPicture resultMask;
     if (mask.lock) {
-        resultMask = DuplicateDib(mask.view, width, height, Pixels::kUnwritten);
+        resultMask = DuplicateDib(mask.view, width, height, InitialPixels::kUnwritten);
         if (!resultMask) {
             return {};
         }

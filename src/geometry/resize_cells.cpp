@@ -127,7 +127,6 @@ bool MakeCellReader(CellReader& reader) {
     });
     reader.block = AllocateParts([&](BlockParts& parts) { LayOut(reader, parts); });
     if (!reader.block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     int index = 0;

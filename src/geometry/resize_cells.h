@@ -28,7 +28,7 @@ struct CellReader {
     int cellCount = 0;
     int fewestColumns = 0; // of a cell
     int mostColumns = 0;
-    WorkingBlock block = {};
+    LockedBlock block = {};
 
     // All in the block.
     int* groupFirst = nullptr;

@@ -31,7 +31,6 @@ void CopyRow(const DibView& source, const BYTE* sourceRow, const ColumnMap& map,
 bool MakeColumnMap(const ScaledSide& side, ColumnMap& map) {
     map.block = AllocateWorkingBlock(static_cast<std::uint64_t>(side.newSize) * sizeof(int));
     if (!map.block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     int* const columns = map.block.As<int>();

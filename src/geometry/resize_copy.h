@@ -11,7 +11,7 @@ namespace qv8 {
 
 // The source column of every new column that has one, from the first on.
 struct ColumnMap {
-    WorkingBlock block;
+    LockedBlock block;
     int count = 0;
 
     const int* Columns() const {

@@ -14,7 +14,7 @@ namespace {
 
 struct Blender {
     CellReader reader;
-    WorkingBlock block = {};
+    LockedBlock block = {};
 
     // All in the block.
     int* cell = nullptr; // of new columns
@@ -79,7 +79,6 @@ bool MakeBlender(Blender& blender) {
     }
     blender.block = AllocateParts([&](BlockParts& parts) { LayOut(blender, parts); });
     if (!blender.block) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
         return false;
     }
     DescribeColumns(blender);

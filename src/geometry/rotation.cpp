@@ -4,6 +4,7 @@
 
 #include "area/masked_picture.h"
 #include "frame/rows.h"
+#include "frame/status.h"
 #include "geometry/blending.h"
 #include "geometry/free_turn.h"
 #include "geometry/mirror_flip.h"
@@ -21,29 +22,28 @@ bool ReportExchanges(int height, const RotationOptions& options, Progress& progr
                            [height](Exchange, const Progress& part) { return ForEachRow(height, part, [](int) {}); });
 }
 
-bool MakePlane(const DibView& source, const CentredFrame& frame, Plane& plane) {
+bool MakeTurned(const DibView& source, const CentredRect& bounds, TurnedPicture& picture) {
     constexpr std::int64_t kMaxSide = std::numeric_limits<int>::max();
-    if (frame.width > kMaxSide || frame.height > kMaxSide) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
-        return false;
+    if (bounds.width > kMaxSide || bounds.height > kMaxSide) {
+        return Fail(QV8_STATUS_MEMORY);
     }
-    plane.source = source;
-    plane.result =
-        DuplicateDib(source, static_cast<int>(frame.width), static_cast<int>(frame.height), Pixels::kUnwritten);
-    plane.unit = *source.layout->unit;
-    return static_cast<bool>(plane.result);
+    picture.source = source;
+    picture.result = DuplicateDib(source, static_cast<int>(bounds.width), static_cast<int>(bounds.height),
+                                  InitialPixels::kUnwritten);
+    picture.unit = *source.layout->unit;
+    return static_cast<bool>(picture.result);
 }
 
-// The result's frame; that of a quarter turn is exact.
-CentredFrame ResultFrame(const CentredFrame& source, const Turn& turn, const RotationOptions& options) {
+// The result's bounds; that of a quarter turn is exact.
+CentredRect ResultBounds(const CentredRect& source, const Turn& turn, const RotationOptions& options) {
     if (options.keepSize) {
         return source;
     }
     if (options.angle % kQuarterTurn != 0) {
-        return TurnedFrame(turn, source);
+        return TurnedBounds(turn, source);
     }
     return IsSideways(options.angle / kQuarterTurn)
-               ? CentredFrame{source.firstRow, source.firstColumn, source.height, source.width}
+               ? CentredRect{source.firstRow, source.firstColumn, source.height, source.width}
                : source;
 }
 
@@ -63,18 +63,18 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, D
         return {};
     }
     const Turn turn = TurnBy(options.angle);
-    const CentredFrame frame = ResultFrame(FrameOf(source), turn, options);
-    Plane image = {};
-    Plane maskPlane = {};
-    if (!MakePlane(source, frame, image) || (target.mask.lock && !MakePlane(target.mask.view, frame, maskPlane))) {
+    const CentredRect bounds = ResultBounds(CentredRectOf(source), turn, options);
+    TurnedPicture image = {};
+    TurnedPicture turnedMask = {};
+    if (!MakeTurned(source, bounds, image) || (target.mask.lock && !MakeTurned(target.mask.view, bounds, turnedMask))) {
         return {};
     }
     image.background = PatternOf(source, options.background);
-    Plane* const mask = target.mask.lock ? &maskPlane : nullptr;
+    TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
     const int quarters = options.angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
     const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)
-                                                        : TurnFreely(image, mask, turn, frame, options, progress);
-    return done ? ImageSet{image.result.Release(), maskPlane.result.Release()} : ImageSet{};
+                                                        : TurnFreely(image, mask, turn, bounds, options, progress);
+    return done ? ImageSet{image.result.Release(), turnedMask.result.Release()} : ImageSet{};
 }
 
 } // namespace qv8

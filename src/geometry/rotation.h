@@ -1,7 +1,7 @@
 // Turns pictures by any angle.
 #pragma once
 
-#include "geometry/rotation_planes.h"
+#include "geometry/turned_picture.h"
 
 namespace qv8 {
 

@@ -6,8 +6,6 @@
 namespace qv8 {
 namespace {
 
-constexpr double kPi = 3.141592657; // decides the size of results, so it stays as it is
-
 // Away from zero by one, then cut off.
 std::int64_t Widen(float extreme) {
     return static_cast<std::int64_t>(extreme < 0 ? extreme - 1.0F : extreme + 1.0F);
@@ -50,11 +48,11 @@ Turn TurnBy(int angle) {
             static_cast<float>(std::sin(-theta)), static_cast<float>(std::cos(-theta))};
 }
 
-CentredFrame FrameOf(const DibView& picture) {
+CentredRect CentredRectOf(const DibView& picture) {
     return {-(picture.width / 2), -(picture.height / 2), picture.width, picture.height};
 }
 
-CentredFrame TurnedFrame(const Turn& turn, const CentredFrame& source) {
+CentredRect TurnedBounds(const Turn& turn, const CentredRect& source) {
     float minX = 0;
     float maxX = 0;
     float minY = 0;

@@ -5,9 +5,13 @@
 
 #include <cstdint>
 
+#include "frame/span.h"
 #include "pixels/dib.h"
 
 namespace qv8 {
+
+// A little more than the true value. It decides the size and place of results, so it stays as it is.
+constexpr double kPi = 3.141592657;
 
 constexpr int kQuarterTurn = 9000; // angles are in hundredths of a degree, counter-clockwise
 constexpr int kMaxAngle = 35999;
@@ -21,16 +25,16 @@ struct Turn {
 Turn TurnBy(int angle);
 
 // A picture's sides with the place of its first column and row.
-struct CentredFrame {
+struct CentredRect {
     std::int64_t firstColumn;
     std::int64_t firstRow;
     std::int64_t width;
     std::int64_t height;
 };
-CentredFrame FrameOf(const DibView& picture);
+CentredRect CentredRectOf(const DibView& picture);
 
-// The frame that holds the whole turned picture. Its sides may be beyond what a picture can have.
-CentredFrame TurnedFrame(const Turn& turn, const CentredFrame& source);
+// The bounds that holds the whole turned picture. Its sides may be beyond what a picture can have.
+CentredRect TurnedBounds(const Turn& turn, const CentredRect& source);
 
 // A coordinate of the source along a row of the result: value * factor + offset, cut off toward zero. It never turns
 // back along the row.
@@ -49,12 +53,6 @@ struct SourceLines {
     SourceLine row;
 };
 SourceLines SourceLinesOf(const Turn& turn, int y);
-
-// Columns x of a row of the result, from `begin` to before `end`.
-struct Span {
-    int begin = 0;
-    int end = 0;
-};
 
 // Narrows `within` to the columns where the coordinate lies in first .. first + count - 1. `guess` is where the search
 // begins, best the span of the row before; it becomes the span of this one.

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <cstring>
 
+#include "area/area.h"
 #include "area/area_mask.h"
 #include "frame/rows.h"
+#include "frame/status.h"
 #include "hidden/marking_kernels.h"
 #include "pixels/indices.h"
 #include "pixels/luminance.h"
@@ -65,7 +67,7 @@ void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, i
 }
 
 HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -91,15 +93,6 @@ HGLOBAL MarkWithPicture(const DibView& source, const SecretMark& mark, int stren
     return MarkPicture(source, PlaceOn(source, pattern.view, mark.rect.left, mark.rect.top), strength, progressOwner);
 }
 
-// The sides cut to the picture and in order, all of them inside.
-RECT RectIn(const DibView& picture, const RECT& rect) {
-    const auto [left, right] = std::minmax(
-        {std::clamp<LONG>(rect.left, 0, picture.width - 1), std::clamp<LONG>(rect.right, 0, picture.width - 1)});
-    const auto [top, bottom] = std::minmax(
-        {std::clamp<LONG>(rect.top, 0, picture.height - 1), std::clamp<LONG>(rect.bottom, 0, picture.height - 1)});
-    return {left, top, right, bottom};
-}
-
 // Copies a text that ends within the buffer; the rest becomes zeros. False for any other.
 template <std::size_t kSize>
 bool CopyText(LPCSTR text, char (&buffer)[kSize]) {
@@ -116,10 +109,9 @@ HGLOBAL MarkWithText(const DibView& source, const SecretMark& mark, int strength
     char faceName[kMaxFaceName + 1];
     if (mark.text == nullptr || !CopyText(mark.text, text) ||
         !CopyText(mark.faceName != nullptr ? mark.faceName : "", faceName)) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return nullptr;
+        return Fail(QV8_STATUS_PARAMETER);
     }
-    const RECT rect = RectIn(source, mark.rect);
+    const RECT rect = RectWithin(source, mark.rect);
     NewPicture made = NewMask(rect.right - rect.left + 1, rect.bottom - rect.top + 1);
     if (!made) {
         return nullptr;
@@ -165,8 +157,7 @@ HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, DWOR
 
 HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD progressOwner) {
     if (unmarked == nullptr || marked == nullptr) {
-        SetErrorStatus(QV8_STATUS_PICTURE);
-        return nullptr;
+        return Fail(QV8_STATUS_PICTURE);
     }
     Picture before;
     Picture after;
@@ -175,8 +166,7 @@ HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD 
     }
     const DibView& view = before.view;
     if (view.width != after.view.width || view.height != after.view.height) {
-        SetErrorStatus(QV8_STATUS_PICTURE);
-        return nullptr;
+        return Fail(QV8_STATUS_PICTURE);
     }
     NewPicture result = NewMask(view.width, view.height);
     if (!result) {

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "area/mask_canvas.h"
-#include "qv8com.h"
+#include "frame/status.h"
 
 namespace qv8 {
 namespace {
@@ -13,11 +13,6 @@ namespace {
 constexpr int kMaxCharacters = 128;
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 constexpr COLORREF kBlack = RGB(0, 0, 0);
-
-bool Fail(int status) {
-    SetErrorStatus(status);
-    return false;
-}
 
 // One character of the text, or all of a text that is drawn in one go.
 struct Piece {

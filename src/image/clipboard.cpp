@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "frame/progress.h"
+#include "frame/status.h"
 
 namespace qv8 {
 namespace {
@@ -61,16 +62,15 @@ GlobalBlock CopyForClipboard(const Picture& source, DWORD progressOwner) {
     const std::uint64_t headerBytes = HeaderAndTableBytes(*view.header);
     const std::size_t rows = headerBytes != 0 ? OffsetOfRows(source) : 0;
     if (headerBytes == 0 || headerBytes > rows) {
-        SetErrorStatus(QV8_STATUS_PICTURE);
-        return nullptr;
+        return Fail(QV8_STATUS_PICTURE);
     }
-    NewPicture copy =
-        AllocatePicture(DibBytes(headerBytes, view.bitCount, view.width, view.height), Pixels::kUnwritten);
+    LockedBlock copy =
+        AllocatePicture(DibBytes(headerBytes, view.bitCount, view.width, view.height), InitialPixels::kUnwritten);
     if (!copy) {
         return nullptr;
     }
     const auto* const from = static_cast<const BYTE*>(source.lock.get());
-    auto* const to = static_cast<BYTE*>(copy.lock.get());
+    auto* const to = copy.As<BYTE>();
     std::memcpy(to, from, static_cast<std::size_t>(headerBytes));
     const bool done = ForEachRowOutOfHeight(view.height, progressOwner, [&](int row) {
         const std::size_t offset = static_cast<std::size_t>(row) * view.stride;
@@ -145,17 +145,16 @@ void CopyForeign(const ForeignDib& dib, const BYTE* from, BYTE* to) {
 }
 
 // A copy of what the opened clipboard holds; sets status 7 or 3.
-NewPicture CopyOfClipboard(int& height) {
+LockedBlock CopyOfClipboard(int& height) {
     HGLOBAL data = GetClipboardData(CF_DIB);
     const GlobalLockScope lock = data != nullptr ? LockBlock(data) : GlobalLockScope();
     ForeignDib dib;
     if (!lock || !Understand(lock.get(), GlobalSize(data), dib)) {
-        SetErrorStatus(QV8_STATUS_PICTURE);
-        return {};
+        return Fail(QV8_STATUS_PICTURE);
     }
-    NewPicture result = AllocatePicture(dib.bytes, Pixels::kUnwritten);
+    LockedBlock result = AllocatePicture(dib.bytes, InitialPixels::kUnwritten);
     if (result) {
-        CopyForeign(dib, static_cast<const BYTE*>(lock.get()), static_cast<BYTE*>(result.lock.get()));
+        CopyForeign(dib, static_cast<const BYTE*>(lock.get()), result.As<BYTE>());
         height = dib.header.biHeight;
     }
     return result;
@@ -187,7 +186,7 @@ HGLOBAL GetFromClipboard(HWND window, DWORD progressOwner) {
     const OpenedClipboard opened(window);
     // All of it is copied before the first report: whoever receives that may empty the clipboard, which frees the data.
     int height = 0;
-    NewPicture result = CopyOfClipboard(height);
+    LockedBlock result = CopyOfClipboard(height);
     if (!result || !ForEachRowOutOfHeight(height, progressOwner, [](int) {})) {
         return nullptr;
     }

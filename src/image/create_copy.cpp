@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "frame/rows.h"
+#include "frame/status.h"
 #include "pixels/palettes.h"
 #include "pixels/pixel_fill.h"
 
@@ -21,22 +22,12 @@ RGBQUAD ToFill(const DibView& picture, const RGBQUAD& colour) {
 NewPicture NewOfDepth(int width, int height, int bitDepth) {
     RGBQUAD palette[kMostFixedColours];
     const int paletteSize = WriteFixedPalette(bitDepth, palette);
-    const std::size_t tableBytes = static_cast<std::size_t>(paletteSize) * sizeof(RGBQUAD);
-    const std::uint32_t bytes = DibBytes(kHeaderBytes + tableBytes, bitDepth, width, height);
-    NewPicture result = AllocatePicture(bytes, Pixels::kZero);
-    if (!result) {
-        return result;
+    const auto colours = static_cast<std::uint32_t>(paletteSize);
+    const bool isFull = paletteSize == 0 || paletteSize == 1 << bitDepth;
+    NewPicture result = CreateDib({bitDepth, width, height, colours, isFull ? 0 : colours}, InitialPixels::kZero);
+    if (result) {
+        std::copy_n(palette, paletteSize, result.Palette());
     }
-    BITMAPINFOHEADER& header = result.Header();
-    header.biSize = kHeaderBytes;
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = static_cast<WORD>(bitDepth);
-    header.biSizeImage = bytes - static_cast<DWORD>(kHeaderBytes + tableBytes);
-    header.biClrUsed = paletteSize < 1 << std::min(bitDepth, 8) ? static_cast<DWORD>(paletteSize) : 0;
-    std::copy_n(palette, paletteSize, result.Palette());
-    DescribeNew(result, static_cast<std::uint32_t>(paletteSize));
     return result;
 }
 
@@ -44,8 +35,7 @@ NewPicture NewOfDepth(int width, int height, int bitDepth) {
 
 HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, BYTE blue, DWORD progressOwner) {
     if (LayoutOfDepth(bitDepth) == nullptr) {
-        SetErrorStatus(QV8_STATUS_DEPTH);
-        return nullptr;
+        return Fail(QV8_STATUS_DEPTH);
     }
     NewPicture result = NewOfDepth(std::max(width, 1), std::max(height, 1), bitDepth);
     if (!result) {
@@ -68,7 +58,7 @@ HGLOBAL CopyImage(HGLOBAL image, DWORD progressOwner) {
         return nullptr;
     }
     const DibView& view = source.view;
-    NewPicture result = DuplicateDib(view, view.width, view.height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(view, view.width, view.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }

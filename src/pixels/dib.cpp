@@ -4,17 +4,11 @@
 #include <bitset>
 #include <cstring>
 
+#include "frame/status.h"
 #include "qv8com.h"
 
 namespace qv8 {
-namespace {
-
-bool Fail(int status) {
-    SetErrorStatus(status);
-    return false;
-}
-
-} // namespace
+namespace {} // namespace
 
 std::uint32_t DibBytes(std::uint64_t headerBytes, int bitCount, int width, int height) {
     if (width < 1 || height < 1 || headerBytes > kMaxBlockBytes) {
@@ -123,55 +117,60 @@ FullPalette FullPaletteOf(const DibView& picture) {
     return result;
 }
 
-NewPicture AllocatePicture(std::uint32_t bytes, Pixels pixels) {
-    NewPicture result;
-    if (bytes != 0) {
-        result.block.reset(pixels == Pixels::kZero ? GlobalAlloc(GHND, bytes) : AllocateForOverwrite(bytes));
+LockedBlock AllocatePicture(std::uint32_t bytes, InitialPixels pixels) {
+    if (bytes == 0) {
+        return Fail(QV8_STATUS_MEMORY);
     }
-    if (result.block) {
-        result.lock = LockBlock(result.block.get());
-    }
-    if (!result) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
-    }
-    return result;
+    return HoldBlock(pixels == InitialPixels::kZero ? GlobalAlloc(GHND, bytes) : AllocateForOverwrite(bytes));
 }
 
-void DescribeNew(NewPicture& picture, std::uint32_t paletteSize) {
-    const BITMAPINFOHEADER& header = picture.Header();
-    DibView& view = picture.view;
-    view.header = &header;
-    view.palette = picture.Palette();
-    view.paletteSize = paletteSize;
-    view.pixels =
-        static_cast<const BYTE*>(picture.lock.get()) + kHeaderBytes + std::size_t{paletteSize} * sizeof(RGBQUAD);
-    view.width = header.biWidth;
-    view.height = header.biHeight;
-    view.bitCount = header.biBitCount;
-    view.layout = LayoutOfDepth(view.bitCount);
-    view.stride = static_cast<std::size_t>(DibRowBytes(view.bitCount, view.width));
-}
-
-NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pixels) {
-    if (width < 1 || height < 1) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return {};
-    }
-    const auto headerBytes = static_cast<std::size_t>(source.pixels - reinterpret_cast<const BYTE*>(source.header));
-    const std::uint32_t bytes = DibBytes(headerBytes, source.bitCount, width, height);
-    NewPicture result = AllocatePicture(bytes, pixels);
+NewPicture CreateDib(const DibDescription& description, InitialPixels pixels) {
+    const auto& [bitCount, width, height, colours, coloursUsed] = description;
+    const std::uint64_t headerBytes = kHeaderBytes + std::uint64_t{colours} * sizeof(RGBQUAD);
+    const std::uint32_t bytes = DibBytes(headerBytes, bitCount, width, height);
+    NewPicture result = {AllocatePicture(bytes, pixels), {}};
     if (!result) {
         return result;
     }
-    std::memcpy(result.lock.get(), source.header, pixels == Pixels::kCopied ? bytes : headerBytes);
     BITMAPINFOHEADER& header = result.Header();
+    header = {};
+    header.biSize = kHeaderBytes;
+    header.biWidth = width;
+    header.biHeight = height;
+    header.biPlanes = 1;
+    header.biBitCount = static_cast<WORD>(bitCount);
+    header.biSizeImage = bytes - static_cast<DWORD>(headerBytes);
+    header.biClrUsed = coloursUsed;
+    result.view = {&header,
+                   result.Palette(),
+                   colours,
+                   result.memory.As<BYTE>() + headerBytes,
+                   static_cast<std::size_t>(DibRowBytes(bitCount, width)),
+                   width,
+                   height,
+                   bitCount,
+                   LayoutOfDepth(bitCount)};
+    return result;
+}
+
+NewPicture DuplicateDib(const DibView& source, int width, int height, InitialPixels pixels) {
+    if (width < 1 || height < 1) {
+        return Fail(QV8_STATUS_PARAMETER);
+    }
+    const auto headerBytes = static_cast<std::size_t>(source.pixels - reinterpret_cast<const BYTE*>(source.header));
+    const std::uint32_t bytes = DibBytes(headerBytes, source.bitCount, width, height);
+    NewPicture result = {AllocatePicture(bytes, pixels), source};
+    if (!result) {
+        return result;
+    }
+    BITMAPINFOHEADER& header = result.Header();
+    std::memcpy(&header, source.header, pixels == InitialPixels::kCopied ? bytes : headerBytes);
     header.biWidth = width;
     header.biHeight = height;
     header.biSizeImage = static_cast<DWORD>(bytes - headerBytes);
-    result.view = source;
     result.view.header = &header;
     result.view.palette = source.palette != nullptr ? result.Palette() : nullptr;
-    result.view.pixels = static_cast<const BYTE*>(result.lock.get()) + headerBytes;
+    result.view.pixels = result.memory.As<BYTE>() + headerBytes;
     result.view.width = width;
     result.view.height = height;
     result.view.stride = static_cast<std::size_t>(DibRowBytes(source.bitCount, width));

@@ -46,34 +46,23 @@ struct Picture {
 
 // A picture being made, locked; freed unless it is released to the caller.
 struct NewPicture {
-    GlobalBlock block;
-    GlobalLockScope lock;
+    LockedBlock memory;
     DibView view;
 
-    NewPicture() = default;
-    NewPicture(NewPicture&& other) = default;
-    NewPicture& operator=(NewPicture&& other) noexcept { // unlocked before it is freed here too
-        lock = std::move(other.lock);
-        block = std::move(other.block);
-        view = other.view;
-        return *this;
-    }
     explicit operator bool() const {
-        return lock != nullptr;
+        return static_cast<bool>(memory);
     }
     BYTE* Row(int row) const {
         return const_cast<BYTE*>(view.Row(row));
     }
     BITMAPINFOHEADER& Header() const {
-        return *static_cast<BITMAPINFOHEADER*>(lock.get());
+        return *memory.As<BITMAPINFOHEADER>();
     }
     RGBQUAD* Palette() const {
-        return reinterpret_cast<RGBQUAD*>(static_cast<BYTE*>(lock.get()) + kHeaderBytes);
+        return reinterpret_cast<RGBQUAD*>(memory.As<BYTE>() + kHeaderBytes);
     }
-    // Unlocks the picture and hands it to the caller.
     HGLOBAL Release() {
-        lock.reset();
-        return block.release();
+        return memory.Release();
     }
 };
 
@@ -116,16 +105,24 @@ FullPalette FullPaletteOf(const DibView& picture);
 
 // What is in the rows of a new picture: zeros, the source's rows, or nothing yet, for a worker that writes every byte
 // of them, padding included.
-enum class Pixels { kZero, kCopied, kUnwritten };
+enum class InitialPixels { kZero, kCopied, kUnwritten };
 
-// A picture of the given block size, its header and table still to be written; sets status 3.
-NewPicture AllocatePicture(std::uint32_t bytes, Pixels pixels);
+// A block of the given size for a picture, which is all still to be written; sets status 3.
+LockedBlock AllocatePicture(std::uint32_t bytes, InitialPixels pixels);
 
-// Fills the view of a new picture whose header is written and whose table has `paletteSize` entries.
-void DescribeNew(NewPicture& picture, std::uint32_t paletteSize);
+struct DibDescription {
+    int bitCount;
+    int width;
+    int height;
+    std::uint32_t colours = 0;     // entries of the table
+    std::uint32_t coloursUsed = 0; // the same as the header tells it: 0 stands for as many as the depth can have
+};
+
+// A new picture of the plain layout of its depth, whose colour table the caller writes. Sets status 3 when it fails.
+NewPicture CreateDib(const DibDescription& description, InitialPixels pixels);
 
 // A new picture with the source's header and colour table at the given size. Copying its pixels wants the source's
-// own size. Sets status 5 (depth, size below 1) or 3.
-NewPicture DuplicateDib(const DibView& source, int width, int height, Pixels pixels);
+// own size. Sets status 5 (size below 1) or 3.
+NewPicture DuplicateDib(const DibView& source, int width, int height, InitialPixels pixels);
 
 } // namespace qv8

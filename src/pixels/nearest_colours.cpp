@@ -22,11 +22,7 @@ BYTE* Entries(const NearestColours& nearest) {
 bool Allocate(std::uint32_t slots, NearestColours& nearest) {
     nearest.slots = slots;
     nearest.memory = AllocateWorkingBlock(SIZE_T{slots} * (sizeof(DWORD) + sizeof(BYTE)));
-    if (!nearest.memory) {
-        SetErrorStatus(QV8_STATUS_MEMORY);
-        return false;
-    }
-    return true;
+    return static_cast<bool>(nearest.memory);
 }
 
 // The slot of a key, or the free one where it belongs.

@@ -9,7 +9,7 @@ namespace qv8 {
 struct NearestColours {
     const RGBQUAD* palette = nullptr;
     int entries = 0;
-    WorkingBlock memory; // of `slots` keys, a colour plus 1 or 0 for none, and as many entries
+    LockedBlock memory; // of `slots` keys, a colour plus 1 or 0 for none, and as many entries
     std::uint32_t slots = 0;
     std::uint32_t used = 0;
 };

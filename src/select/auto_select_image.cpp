@@ -2,6 +2,7 @@
 
 #include "area/area_mask.h"
 #include "frame/progress.h"
+#include "frame/status.h"
 #include "pixels/colour_reader.h"
 #include "pixels/indices.h"
 #include "select/cut_out.h"
@@ -67,8 +68,7 @@ void MarkRow(const PixelMatcher& matcher, const Area& area, int row, BYTE* maskR
 ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& key, BYTE matchMode,
                          BYTE tolerance, DWORD progressOwner) {
     if (matchMode > static_cast<BYTE>(MatchMode::kBrightness)) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return {};
+        return Fail(QV8_STATUS_PARAMETER);
     }
     Picture source;
     Area area;

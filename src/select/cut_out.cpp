@@ -2,10 +2,10 @@
 
 #include <cstring>
 
+#include "frame/status.h"
 #include "pixels/bit_copy.h"
 #include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"
-#include "qv8com.h"
 
 namespace qv8 {
 namespace {
@@ -25,14 +25,13 @@ void CutPackedRow(const DibView& source, const Area& area, const PixelPattern& b
 
 bool ResolveShape(const DibView& picture, const AreaArguments& arguments, Area& area) {
     if (arguments.areaType == QV8_AREA_MASK) {
-        SetErrorStatus(QV8_STATUS_PARAMETER);
-        return false;
+        return Fail(QV8_STATUS_PARAMETER);
     }
     return ResolveArea(picture, nullptr, arguments, area);
 }
 
 NewPicture CreateCutOut(const DibView& source, const Area& area) {
-    return DuplicateDib(source, area.rect.Width(), area.rect.Height(), Pixels::kUnwritten);
+    return DuplicateDib(source, area.rect.Width(), area.rect.Height(), InitialPixels::kUnwritten);
 }
 
 void CutRow(const DibView& source, const Area& area, const PixelPattern& background, PixelCopy copy, int row,

@@ -41,8 +41,7 @@ ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RG
             return {};
         }
     }
-    area.maskLock.reset();
-    return {result.Release(), area.drawnMask.release()};
+    return {result.Release(), area.maskMemory.Release()};
 }
 
 } // namespace qv8

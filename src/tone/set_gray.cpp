@@ -14,7 +14,7 @@ namespace qv8 {
 namespace {
 
 HGLOBAL GreyTrueColour(const DibView& source, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -50,9 +50,7 @@ BYTE RampIndex(std::uint32_t entries, BYTE level) {
 // A copy of the header before a full grey ramp. A table length that says otherwise would misplace the rows.
 NewPicture NewGreyRampPicture(const DibView& source) {
     const std::uint32_t paletteSize = 1U << source.bitCount;
-    const std::size_t headerBytes = kHeaderBytes + paletteSize * sizeof(RGBQUAD);
-    NewPicture result =
-        AllocatePicture(DibBytes(headerBytes, source.bitCount, source.width, source.height), Pixels::kZero);
+    NewPicture result = CreateDib({source.bitCount, source.width, source.height, paletteSize}, InitialPixels::kZero);
     if (!result) {
         return result;
     }
@@ -62,7 +60,6 @@ NewPicture NewGreyRampPicture(const DibView& source) {
         header.biClrUsed = 0;
     }
     WriteGreyRamp(result.Palette(), static_cast<int>(paletteSize));
-    DescribeNew(result, paletteSize);
     return result;
 }
 

@@ -8,7 +8,7 @@ namespace qv8 {
 namespace {
 
 HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kCopied);
+    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kCopied);
     if (!result) {
         return nullptr;
     }
@@ -28,7 +28,7 @@ HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD pr
 }
 
 HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, DWORD progressOwner) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, Pixels::kUnwritten);
+    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }

@@ -101,7 +101,7 @@ TEST(RotationKernels, AreTheSameOnBothTargets) {
 qv8::NewPicture CopyOf(const Source& source) {
     qv8::Picture picture;
     EXPECT_TRUE(qv8::OpenPicture(source.Handle(), qv8::kAcceptAll, picture));
-    return qv8::DuplicateDib(picture.view, picture.view.width, picture.view.height, qv8::Pixels::kCopied);
+    return qv8::DuplicateDib(picture.view, picture.view.width, picture.view.height, qv8::InitialPixels::kCopied);
 }
 
 // Every bit of a pixel, the fourth byte included.
@@ -137,11 +137,11 @@ TEST(MirrorAndFlip, ExchangeWholePixelsInPlace) {
                 qv8::NewPicture mask = CopyOf(maskSource);
                 const auto exchange = mirror ? qv8::MirrorDib : qv8::FlipDib;
                 ASSERT_TRUE(exchange(picture, &mask, qv8::Progress{1, 0, 5}));
-                ExpectExchanged(source.Content(), Picture{ReadBlock(picture.block.get())}, mirror);
-                ExpectExchanged(maskSource.Content(), Picture{ReadBlock(mask.block.get())}, mirror);
+                ExpectExchanged(source.Content(), Picture{ReadBlock(picture.memory.block.get())}, mirror);
+                ExpectExchanged(maskSource.Content(), Picture{ReadBlock(mask.memory.block.get())}, mirror);
                 qv8::NewPicture alone = CopyOf(source);
                 ASSERT_TRUE(exchange(alone, nullptr, qv8::Progress{1, 0, 5}));
-                EXPECT_EQ(ReadBlock(alone.block.get()), ReadBlock(picture.block.get()));
+                EXPECT_EQ(ReadBlock(alone.memory.block.get()), ReadBlock(picture.memory.block.get()));
             }
         }
     }

@@ -12,7 +12,7 @@ namespace qv8 {
 constexpr int kPartPixels = 256; // written at once; a multiple of 8
 
 // A picture and its turned form.
-struct Plane {
+struct TurnedPicture {
     DibView source;
     NewPicture result;
     PixelUnit unit;
@@ -29,27 +29,27 @@ struct RotationOptions {
     bool keepSize;
 };
 
-inline void FillBackground(const Plane& plane, int count, BYTE* pixels) {
-    const auto bytes = static_cast<std::size_t>(plane.source.layout->Bytes());
-    FillPixels(plane.background, pixels, static_cast<std::size_t>(count) * bytes);
+inline void FillBackground(const TurnedPicture& picture, int count, BYTE* pixels) {
+    const auto bytes = static_cast<std::size_t>(picture.source.layout->Bytes());
+    FillPixels(picture.background, pixels, static_cast<std::size_t>(count) * bytes);
 }
 
 // Writes pixels start .. start + count of a row of the result, `start` being a multiple of 8: what copy(count, pixels)
 // brings for those from `begin` to before `end`, and background around. Unused bytes become 0.
 template <class Copy>
-void WritePart(const Plane& plane, int row, int start, int count, int begin, int end, Copy copy) {
-    const auto bytes = static_cast<std::size_t>(plane.source.layout->Bytes());
-    const DibView& view = plane.result.view;
-    BYTE* const resultRow = plane.result.Row(row);
+void WritePart(const TurnedPicture& picture, int row, int start, int count, int begin, int end, Copy copy) {
+    const auto bytes = static_cast<std::size_t>(picture.source.layout->Bytes());
+    const DibView& view = picture.result.view;
+    BYTE* const resultRow = picture.result.Row(row);
     BYTE indices[kPartPixels];
     BYTE* const pixels = view.layout->SharesBytes() ? indices : resultRow + static_cast<std::size_t>(start) * bytes;
     const int before = std::clamp(begin - start, 0, count);
     const int until = std::clamp(end - start, before, count);
-    FillBackground(plane, before, pixels);
+    FillBackground(picture, before, pixels);
     if (before < until) {
         copy(until - before, pixels + static_cast<std::size_t>(before) * bytes);
     }
-    FillBackground(plane, count - until, pixels + static_cast<std::size_t>(until) * bytes);
+    FillBackground(picture, count - until, pixels + static_cast<std::size_t>(until) * bytes);
     ClearUnused(*view.layout, pixels + static_cast<std::size_t>(before) * bytes, until - before);
     StorePixels(view, pixels, count, resultRow, start);
 }
