@@ -141,8 +141,9 @@ Block SlowlyJoined(const Source& base, const Source& added, DWORD mode, const Ma
     const int turnedX = static_cast<int>(std::cos(theta) * dx - std::sin(theta) * dy);
     const int turnedY = static_cast<int>(std::cos(theta) * dy + std::sin(theta) * dx);
     const LONG topRow = base.Content().Height() - 1 - a1.y;
-    return Block(QV8PasteImage(base.Handle(), &scaled, turn, 0, 0, 255, clear, clear, clear, a1.x - turnedX,
-                               topRow + turnedY, 0, 1, 0, 0, 0));
+    const auto channel = [clear](int i) { return clear != nullptr ? clear + i : nullptr; };
+    return Block(QV8PasteImage(base.Handle(), &scaled, turn, 0, 0, 255, channel(0), channel(1), channel(2),
+                               a1.x - turnedX, topRow + turnedY, 0, 1, 0, 0, 0));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -168,8 +169,9 @@ TEST(Panorama, IsMadeOfItsParts) {
             (random.Chance(50) ? marks.b2.x : marks.a2.x) = random.Chance(50) ? marks.b1.x : marks.a1.x;
         }
         const auto mode = static_cast<DWORD>(random.Between(0, 3));
-        const BYTE clear = added.Content().ColourAt(0, 0).blue;
-        const BYTE* const itsClear = random.Chance(30) ? &clear : nullptr;
+        const BYTE blue = added.Content().ColourAt(0, 0).blue;
+        const BYTE clear[3] = {blue, blue, blue};
+        const BYTE* const itsClear = random.Chance(30) ? clear : nullptr;
         if (std::pair(marks.a1.x, marks.a1.y) == std::pair(marks.a2.x, marks.a2.y) ||
             std::pair(marks.b1.x, marks.b1.y) == std::pair(marks.b2.x, marks.b2.y)) {
             continue;

@@ -77,13 +77,16 @@ std::vector<Checksums> ComputeChecksums() {
     return checksums;
 }
 
-Checksums ReadChecksums(const std::string& path) {
+// The entries of a list, and the remarks at its head.
+Checksums ReadChecksums(const std::string& path, std::string& remarks) {
     Checksums checksums;
     std::ifstream file(path);
     std::string line;
     while (std::getline(file, line)) {
         const std::size_t end = line.rfind(' ');
-        if (line[0] != '#' && end != std::string::npos) {
+        if (line.starts_with('#')) {
+            remarks += line + '\n';
+        } else if (end != std::string::npos) {
             checksums[line.substr(0, end)] = line.substr(end + 1);
         }
     }
@@ -110,7 +113,8 @@ std::vector<std::string> Differences(const Checksums& actual, const Checksums& e
 }
 
 TEST(EveryExport, GivesTheSameOnEveryBuildAndTarget) {
-    const Checksums expected = ReadChecksums(QV8_TEST_DATA "/checksums.txt");
+    std::string remarks;
+    const Checksums expected = ReadChecksums(QV8_TEST_DATA "/checksums.txt", remarks);
     const std::vector<Checksums> actual = ComputeChecksums();
     for (std::size_t target = 0; target != actual.size(); ++target) {
         const auto differences = Differences(actual[target], expected);
@@ -118,6 +122,7 @@ TEST(EveryExport, GivesTheSameOnEveryBuildAndTarget) {
             continue;
         }
         std::ofstream file("checksums.actual.txt", std::ios::binary);
+        file << remarks;
         for (const auto& [key, checksum] : actual[target]) {
             file << key << ' ' << checksum << '\n';
         }
