@@ -16,7 +16,8 @@ struct Columns {
     }
 };
 
-// A coordinate of the picture along a row of the base, of an exact turn.
+// For turns by quarters: which column, or which row, of the pasted picture lies at each column of a row of the base.
+// With every column it goes on by one, back by one or stays, as the picture is turned.
 struct ExactLine {
     std::int64_t start; // at the middle column
     int step;           // -1, 0 or 1
@@ -24,7 +25,7 @@ struct ExactLine {
     std::int64_t At(std::int64_t column) const {
         return start + step * column;
     }
-    // Leaves the columns where it is in 0 .. size - 1.
+    // Leaves of the columns those where it is inside the picture, from 0 to size - 1.
     void Cut(std::int64_t size, Columns& columns) const {
         if (step == 0) {
             columns.end = start >= 0 && start < size ? columns.end : columns.begin;
@@ -69,8 +70,9 @@ Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns c
     return {inside.begin, inside.end};
 }
 
-// The bounds of the turned picture, with room for what coordinates that are cut off toward zero add on each side, and
-// for those that single precision cannot tell apart.
+// A rectangle outside of which no pixel of the base is covered. Places in the picture are cut off toward zero, so that
+// up to a pixel around its border counts as the border; and far from the centre neighbouring numbers of single
+// precision are more than a pixel apart. The room makes up for both.
 CentredRect ReachOf(const Turn& turn, const CentredRect& source) {
     const CentredRect bounds = TurnedBounds(turn, source);
     const std::int64_t room = 2 + (source.width + source.height) / (1 << 20);
@@ -88,7 +90,7 @@ PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angl
     placement.turn = TurnBy(angle);
     placement.reach = ReachOf(placement.turn, placement.source);
     placement.isExact = angle % kQuarterTurn == 0;
-    const int quarters = angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
+    const int quarters = angle / kQuarterTurn & 3; // 0 to 3, for negative angles too: -1 is 3
     constexpr int kColumnSteps[] = {1, 0, -1, 0};
     placement.columnStep = kColumnSteps[quarters];
     placement.rowStep = -kColumnSteps[(quarters + 3) & 3];

@@ -48,7 +48,7 @@ int LongestAxis(const CellBox& box) {
     return extents[0] < extents[2] ? 2 : 0;
 }
 
-// The first plane up to which half of the box's pixels lie.
+// The first plane that has, together with those before it, half of the box's pixels.
 int MedianPlane(const Histogram& histogram, const CellBox& box, int axis) {
     const std::uint32_t half = CountOf(histogram, box) / 2;
     CellBox part = box;
@@ -108,7 +108,8 @@ bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, DWORD pr
     return true;
 }
 
-// The 8-bit value of a box on one axis. Written so that a quotient that rounds down loses a level, as it does.
+// The 8-bit value of a box on one axis. Dividing by h and multiplying with it again may give a little less than the
+// median, and then cutting off makes the value one level lower: the tables of this effect are made so.
 BYTE ValueOf(int median, int high) {
     if (high == 0) {
         return 0;

@@ -13,7 +13,7 @@
 namespace qv8 {
 namespace {
 
-// Edges as upright as this are not worth a distortion.
+// Whether all edges are off the horizontal or vertical by so little that the area is copied as it is.
 bool IsNearlyUpright(const Corners& corners) {
     constexpr LONG kMostSlant = 2;
     return std::abs(corners.lowerLeft.x - corners.upperLeft.x) <= kMostSlant &&
@@ -22,14 +22,15 @@ bool IsNearlyUpright(const Corners& corners) {
            std::abs(corners.lowerLeft.y - corners.lowerRight.y) <= kMostSlant;
 }
 
-// Here and below a row is read from the one above it, as callers expect: row 0 from the top lies outside. The area that
-// is copied may be larger than the result by the slant of its edges; then its upper rows and its right end are left
-// out.
+// Copies an area whose edges are upright. Row y of the area, counted from the top, gets the pixels of the row above it,
+// y - 1: that is what this effect has always given. Row 0 has none above, and stays 0.
+// The result is the largest rectangle between the edges. Where these slant, the area is up to two pixels larger: its
+// upper rows and the right end of its rows are left out.
 bool CopyUpright(const DibView& source, const Corners& corners, const NewPicture& result, const Progress& progress) {
     const auto top = static_cast<int>(corners.upperLeft.y);
     const auto bottom = static_cast<int>(corners.lowerLeft.y);
     const auto width = static_cast<int>(corners.lowerRight.x - corners.lowerLeft.x);
-    // A start inside a byte goes back to its first pixel.
+    // Whole bytes are copied: of pixels that share one, copying starts with the first.
     const auto start = static_cast<std::size_t>(std::int64_t{corners.lowerLeft.x} * source.bitCount / 8);
     const auto wanted = static_cast<std::size_t>(DibRowBytes(source.bitCount, width));
     const std::size_t rowBytes = std::min(wanted, result.view.stride);
@@ -48,7 +49,8 @@ bool CopyUpright(const DibView& source, const Corners& corners, const NewPicture
     return true;
 }
 
-// Each pixel of the area's bounding box goes where it belongs, if that is in the result.
+// Writes each pixel of the area's bounding box to its place in the straightened picture, if it has one there. Pixels
+// are read from the row above, as in CopyUpright.
 bool Distort(const DibView& source, const Corners& corners, const Patch& patch, const NewPicture& result,
              const Progress& progress) {
     const auto left = static_cast<int>(std::min(corners.lowerLeft.x, corners.upperLeft.x));
@@ -63,13 +65,13 @@ bool Distort(const DibView& source, const Corners& corners, const Patch& patch, 
         ForEachPart(right - left, kSpreadPixels, [&](int start, int count) {
             const int x = left + start;
             kernels.findPlaces(patch, x, y, count, places);
-            if (y > 0) { // row 0 is outside, and its pixels stay the zeros that they are
+            if (y > 0) { // there is no row above row 0: its pixels count as zeros
                 unit.copyLine(source, x, source.height - y, 1, 0, count, pixels);
                 ReduceToChannels(*source.layout, pixels, count);
             }
             unit.spread(pixels, places.columns, places.rows, count, result);
         });
-        // The row itself, not how far it is from the top of the box, as callers expect it.
+        // Counted from the top of the picture, not of the box: callers know the percentages so.
         if (!progress.Report(y, bottom - top)) {
             return false;
         }

@@ -7,8 +7,8 @@
 
 namespace qv8 {
 
-// Blends the source into the zeroed rows of the result, a grey ramp or a true-colour picture.
-// False when cancelled or memory is short; the status is set.
+// Writes all rows of the result and copies the mask. The picture is a grey ramp or has channels (CanBlend). False with
+// status 1 or 3 set when it was cancelled or memory was short.
 bool ResizeSmoothly(const ResizeTask& task, const Progress& progress);
 
 } // namespace qv8

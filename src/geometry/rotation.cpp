@@ -15,8 +15,8 @@
 namespace qv8 {
 namespace {
 
-// Mirroring and flipping happen on the way from the source to the result and take no time of their own, but have their
-// part of the progress. Leaves the rest of it in `progress`.
+// Mirroring and flipping are part of the mapping from the result back to the source and need no pass of their own, but
+// callers expect the reports of one for each. Leaves the percentages after these in `progress`.
 bool ReportExchanges(int height, const RotationOptions& options, Progress& progress) {
     return ForEachExchange(options.mirror, options.flip, progress,
                            [height](Exchange, const Progress& part) { return ForEachRow(height, part, [](int) {}); });
@@ -34,7 +34,8 @@ bool MakeTurned(const DibView& source, const CentredRect& bounds, TurnedPicture&
     return static_cast<bool>(picture.result);
 }
 
-// The result's bounds; that of a quarter turn is exact.
+// Where the result lies, counted from the centre of both: in the place of the source when the size is kept, around the
+// turned corners otherwise. Quarter turns only exchange the sides, without the rounding of other angles.
 CentredRect ResultBounds(const CentredRect& source, const Turn& turn, const RotationOptions& options) {
     if (options.keepSize) {
         return source;
@@ -71,7 +72,7 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, D
     }
     image.background = PatternOf(source, options.background);
     TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
-    const int quarters = options.angle / kQuarterTurn & 3; // a turn backwards is one forth by what is left to four
+    const int quarters = options.angle / kQuarterTurn & 3; // 0 to 3, for negative angles too: -1 is 3
     const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)
                                                         : TurnFreely(image, mask, turn, bounds, options, progress);
     return done ? ImageSet{image.result.Release(), turnedMask.result.Release()} : ImageSet{};

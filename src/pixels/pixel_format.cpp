@@ -81,15 +81,8 @@ void ClearBeforeEncoding(const PixelFormat& format, BYTE* result, int count) {
 }
 
 void ClearUnused(const PixelLayout& layout, BYTE* pixels, int count) {
-    if (layout.unusedBytes == 0) {
-        return;
-    }
-    const auto unused = static_cast<std::size_t>(layout.unusedBytes);
-    const auto bytes = static_cast<std::size_t>(layout.Bytes());
-    BYTE* behind = pixels;
-    for (int i = 0; i < count; ++i) {
-        behind += bytes;
-        std::memset(behind - unused, 0, unused);
+    if (layout.unusedBytes != 0) {
+        (ThePixelKernels().*layout.codec).clearUnused(pixels, count);
     }
 }
 

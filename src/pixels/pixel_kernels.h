@@ -1,4 +1,5 @@
-// Pixels as planar 8-bit channels, and back: the only code that knows how a true-colour pixel is laid out.
+// Pixels as planar 8-bit channels, and back: how the channels of a pixel are coded stands here only. Which picture has
+// which coding is told by pixel_layout.
 #pragma once
 
 #include <cstddef>
@@ -19,6 +20,7 @@ struct PlanarRow {
 struct PixelCodec {
     void (*decode)(const BYTE* source, const PlanarRow& row, int count);
     void (*encode)(const PlanarRow& row, BYTE* result, int count);
+    void (*clearUnused)(BYTE* pixels, int count) = nullptr; // zeroes those bytes; null where there are none
 };
 
 struct PixelKernels {

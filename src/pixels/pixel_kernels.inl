@@ -144,6 +144,12 @@ void EncodeBgrx(const PlanarRow& row, BYTE* __restrict result, int count) {
     }
 }
 
+void ClearFourthBytes(BYTE* pixels, int count) {
+    for (int i = 0; i < count; ++i) {
+        StoreDword(pixels + 4 * i, LoadDword(pixels + 4 * i) & 0x00FFFFFFU);
+    }
+}
+
 // Whole vectors and words are read as long as they end within the row; the last pixel is read byte by byte.
 void Widen24(const BYTE* __restrict source, BYTE* __restrict result, int count) {
     int i = 0;
@@ -187,6 +193,6 @@ constexpr PixelKernels kKernels = {{Decode555, Encode555},
                                    {Decode565, Encode565},
                                    {DecodeBlack, Encode565},
                                    {DecodeBgr, EncodeBgr},
-                                   {DecodeBgrx, EncodeBgrx},
+                                   {DecodeBgrx, EncodeBgrx, ClearFourthBytes},
                                    Widen24,
                                    Narrow32};

@@ -12,7 +12,8 @@ struct __attribute__((packed)) ThreeBytes {
     BYTE last;
 };
 
-// A pixel as it lies in memory: where its bytes are copied as such, the compiler goes round by way of the stack.
+// A pixel at any address. Read and written through this type it goes by way of registers; with memcpy compilers put
+// pixels of three bytes together on the stack first.
 template <class Unit>
 struct __attribute__((packed, may_alias)) Stored {
     Unit unit;
@@ -62,8 +63,8 @@ void SpreadEach(const int* __restrict columns, const int* __restrict rows, int c
     const auto bits = static_cast<std::size_t>(result.view.bitCount);
     BYTE* const bottom = result.Row(0);
     for (int i = 0; i < count; ++i) {
-        // Along a line that leans, places go from row to row and each time to other lines of the cache, for which
-        // stores would wait one by one.
+        // Pixels along a slanting line go to a new row, and so a new line of the cache, every time, and each store
+        // would wait for its line to come. So they are asked for in advance.
         constexpr int kAhead = 40;
         if (i % 4 == 0 && i + kAhead < count && columns[i + kAhead] >= 0) {
             const int row = rows[i + kAhead];
