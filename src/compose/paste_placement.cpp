@@ -62,7 +62,7 @@ Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns c
     if (columns.begin >= columns.end) {
         return columns;
     }
-    const SourceLines lines = SourceLinesOf(placement.turn, static_cast<int>(y));
+    const SourceLines lines = SourceLinesOf(placement.turn.back, static_cast<int>(y));
     const CentredRect& source = placement.source;
     Span inside = {static_cast<int>(columns.begin), static_cast<int>(columns.end)};
     inside = SpanInside(lines.column, source.firstColumn, source.width, inside, guesses.column);
@@ -74,7 +74,7 @@ Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns c
 // up to a pixel around its border counts as the border; and far from the centre neighbouring numbers of single
 // precision are more than a pixel apart. The room makes up for both.
 CentredRect ReachOf(const Turn& turn, const CentredRect& source) {
-    const CentredRect bounds = TurnedBounds(turn, source);
+    const CentredRect bounds = BoundsOf(turn.forth, source);
     const std::int64_t room = 2 + (source.width + source.height) / (1 << 20);
     return {bounds.firstColumn - room, bounds.firstRow - room, bounds.width + 2 * room, bounds.height + 2 * room};
 }
@@ -123,7 +123,7 @@ void FindPastePlaces(const PastePlacement& placement, int row, int column, int c
                                    {0, static_cast<int>(-placement.source.firstRow), 1.0F}};
     const RotationKernels& kernels = TheRotationKernels();
     const auto find = withNeighbours ? kernels.findNeighbours : kernels.findPlaces;
-    find(SourceLinesOf(placement.turn, static_cast<int>(y)), directions, static_cast<int>(x), count, places);
+    find(SourceLinesOf(placement.turn.back, static_cast<int>(y)), directions, static_cast<int>(x), count, places);
 }
 
 void CopyPastePixels(const PastePlacement& placement, const Places& places, const DibView& picture,

@@ -6,7 +6,7 @@
 #include "frame/rows.h"
 #include "frame/status.h"
 #include "geometry/blending.h"
-#include "geometry/free_turn.h"
+#include "geometry/linear_mapping.h"
 #include "geometry/mirror_flip.h"
 #include "geometry/quarter_turn.h"
 #include "pixels/pixel_fill.h"
@@ -41,7 +41,7 @@ CentredRect ResultBounds(const CentredRect& source, const Turn& turn, const Rota
         return source;
     }
     if (options.angle % kQuarterTurn != 0) {
-        return TurnedBounds(turn, source);
+        return BoundsOf(turn.forth, source);
     }
     return IsSideways(options.angle / kQuarterTurn)
                ? CentredRect{source.firstRow, source.firstColumn, source.height, source.width}
@@ -74,7 +74,7 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, D
     TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
     const int quarters = options.angle / kQuarterTurn & 3; // 0 to 3, for negative angles too: -1 is 3
     const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)
-                                                        : TurnFreely(image, mask, turn, bounds, options, progress);
+                                                        : MapPicture(image, mask, turn.back, bounds, options, progress);
     return done ? ImageSet{image.result.Release(), turnedMask.result.Release()} : ImageSet{};
 }
 

@@ -44,15 +44,19 @@ int FirstWhere(const Span& within, int guess, Condition isReached) {
 
 Turn TurnBy(int angle) {
     const double theta = (angle / 100.0) * kPi / 180.0;
-    return {static_cast<float>(std::sin(theta)), static_cast<float>(std::cos(theta)),
-            static_cast<float>(std::sin(-theta)), static_cast<float>(std::cos(-theta))};
+    const auto mapOf = [](double angleInRadians) -> LinearMap {
+        const auto sine = static_cast<float>(std::sin(angleInRadians));
+        const auto cosine = static_cast<float>(std::cos(angleInRadians));
+        return {cosine, -sine, sine, cosine};
+    };
+    return {mapOf(theta), mapOf(-theta)};
 }
 
 CentredRect CentredRectOf(const DibView& picture) {
     return {-(picture.width / 2), -(picture.height / 2), picture.width, picture.height};
 }
 
-CentredRect TurnedBounds(const Turn& turn, const CentredRect& source) {
+CentredRect BoundsOf(const LinearMap& forth, const CentredRect& source) {
     float minX = 0;
     float maxX = 0;
     float minY = 0;
@@ -61,8 +65,8 @@ CentredRect TurnedBounds(const Turn& turn, const CentredRect& source) {
         for (const std::int64_t row : {source.firstRow, source.firstRow + source.height - 1}) {
             const auto x = static_cast<float>(column);
             const auto y = static_cast<float>(row);
-            const float turnedX = x * turn.cosine - y * turn.sine;
-            const float turnedY = x * turn.sine + y * turn.cosine;
+            const float turnedX = x * forth.columnByX + y * forth.columnByY;
+            const float turnedY = x * forth.rowByX + y * forth.rowByY;
             minX = std::min(minX, turnedX);
             maxX = std::max(maxX, turnedX);
             minY = std::min(minY, turnedY);
@@ -74,9 +78,9 @@ CentredRect TurnedBounds(const Turn& turn, const CentredRect& source) {
     return {left, bottom, Widen(maxX) - left + 1, Widen(maxY) - bottom + 1};
 }
 
-SourceLines SourceLinesOf(const Turn& turn, int y) {
+SourceLines SourceLinesOf(const LinearMap& back, int y) {
     const auto row = static_cast<float>(y);
-    return {{turn.cosineBack, -(row * turn.sineBack)}, {turn.sineBack, row * turn.cosineBack}};
+    return {{back.columnByX, row * back.columnByY}, {back.rowByX, row * back.rowByY}};
 }
 
 Span SpanInside(const SourceLine& line, std::int64_t first, std::int64_t count, const Span& within, Span& guess) {

@@ -16,11 +16,18 @@ constexpr double kPi = 3.141592657;
 constexpr int kQuarterTurn = 9000; // angles are in hundredths of a degree, counter-clockwise
 constexpr int kMaxAngle = 35999;
 
+// A linear map around the centre: (x, y) goes to (x * columnByX + y * columnByY, x * rowByX + y * rowByY).
+struct LinearMap {
+    float columnByX;
+    float columnByY;
+    float rowByX;
+    float rowByY;
+};
+
+// From a picture to its turned form, and from there back.
 struct Turn {
-    float sine;
-    float cosine;
-    float sineBack; // of the opposite angle
-    float cosineBack;
+    LinearMap forth;
+    LinearMap back;
 };
 Turn TurnBy(int angle);
 
@@ -33,8 +40,8 @@ struct CentredRect {
 };
 CentredRect CentredRectOf(const DibView& picture);
 
-// The bounds that holds the whole turned picture. Its sides may be beyond what a picture can have.
-CentredRect TurnedBounds(const Turn& turn, const CentredRect& source);
+// The rectangle that holds the whole mapped picture. Its sides may be beyond what a picture can have.
+CentredRect BoundsOf(const LinearMap& forth, const CentredRect& source);
 
 // A coordinate of the source along a row of the result: value * factor + offset, cut off toward zero. It never turns
 // back along the row.
@@ -47,12 +54,12 @@ struct SourceLine {
     }
 };
 
-// Both coordinates along row `y`.
+// Both coordinates along a row of the result.
 struct SourceLines {
     SourceLine column;
     SourceLine row;
 };
-SourceLines SourceLinesOf(const Turn& turn, int y);
+SourceLines SourceLinesOf(const LinearMap& back, int y);
 
 // Narrows `within` to the columns where the coordinate lies in first .. first + count - 1. `guess` is where the search
 // begins, best the span of the row before; it becomes the span of this one.

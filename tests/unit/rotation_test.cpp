@@ -41,7 +41,8 @@ TEST(Turn, SinesAndCosinesOfAllAnglesAreThoseOfTheSeries) {
         const double sines[4] = {s, c, -s, -c};
         const auto sine = static_cast<float>(sines[quarter & 3]);
         const auto cosine = static_cast<float>(sines[(quarter + 1) & 3]);
-        ASSERT_TRUE(turn.sine == sine && turn.cosine == cosine && turn.sineBack == -sine && turn.cosineBack == cosine)
+        ASSERT_TRUE(turn.forth.rowByX == sine && turn.forth.columnByY == -sine && turn.forth.rowByY == cosine &&
+                    turn.back.rowByX == -sine && turn.back.columnByX == cosine)
             << angle;
     }
 }
@@ -50,7 +51,7 @@ TEST(SpanInside, HoldsExactlyThePlacesInside) {
     Random random(70);
     for (int i = 0; i != 3000; ++i) {
         const int y = random.Between(-200, 200);
-        const auto lines = qv8::SourceLinesOf(qv8::TurnBy(random.Between(-35999, 35999)), y);
+        const auto lines = qv8::SourceLinesOf(qv8::TurnBy(random.Between(-35999, 35999)).back, y);
         const qv8::Span within = {random.Between(-200, 0), random.Between(0, 200)};
         const int first = random.Between(-150, 0);
         const int count = random.Between(1, 150);
@@ -69,7 +70,8 @@ TEST(SpanInside, HoldsExactlyThePlacesInside) {
 TEST(RotationKernels, AreTheSameOnBothTargets) {
     Random random(71);
     for (int i = 0; i != 200; ++i) {
-        const auto lines = qv8::SourceLinesOf(qv8::TurnBy(random.Between(-35999, 35999)), random.Between(-5000, 5000));
+        const auto lines =
+            qv8::SourceLinesOf(qv8::TurnBy(random.Between(-35999, 35999)).back, random.Between(-5000, 5000));
         const qv8::Directions directions = {qv8::Direction::Of(random.Between(1, 9000), random.Chance(50)),
                                             qv8::Direction::Of(random.Between(1, 9000), random.Chance(50))};
         const int x = random.Between(-5000, 5000);

@@ -1,4 +1,4 @@
-#include "geometry/free_turn.h"
+#include "geometry/linear_mapping.h"
 
 #include "frame/parts.h"
 #include "frame/rows.h"
@@ -10,10 +10,9 @@ namespace {
 
 static_assert(kPartPixels == kPlaces);
 
-struct FreeTurn {
+struct PictureMapping {
     TurnedPicture& image;
     TurnedPicture* mask;
-    Turn turn;
     CentredRect source;
     CentredRect bounds;
     Directions directions;
@@ -21,7 +20,8 @@ struct FreeTurn {
 };
 
 // One part of a row of the result, of whose pixels those from `begin` to before `end` lie in the source.
-void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int start, int count, int begin, int end) {
+void WriteTurned(const PictureMapping& work, const SourceLines& lines, int row, int start, int count, int begin,
+                 int end) {
     const int first = std::max(begin, start);
     const int found = std::min(end, start + count) - first;
     const int x = static_cast<int>(work.bounds.firstColumn) + first;
@@ -47,7 +47,7 @@ void WriteTurned(const FreeTurn& work, const SourceLines& lines, int row, int st
 
 } // namespace
 
-bool TurnFreely(TurnedPicture& image, TurnedPicture* mask, const Turn& turn, const CentredRect& bounds,
+bool MapPicture(TurnedPicture& image, TurnedPicture* mask, const LinearMap& back, const CentredRect& bounds,
                 const RotationOptions& options, const Progress& progress) {
     const CentredRect source = CentredRectOf(image.source);
     const Directions directions = {Direction::Of(image.source.width, options.mirror),
@@ -56,13 +56,13 @@ bool TurnFreely(TurnedPicture& image, TurnedPicture* mask, const Turn& turn, con
     if (options.smooth) {
         blending = BlendingOf(image, options.background);
     }
-    const FreeTurn work = {image, mask, turn, source, bounds, directions, options.smooth ? &blending : nullptr};
+    const PictureMapping work = {image, mask, source, bounds, directions, options.smooth ? &blending : nullptr};
     const auto left = static_cast<int>(bounds.firstColumn);
     const int width = image.result.view.width;
     Span columnGuess;
     Span rowGuess;
     return ForEachRow(image.result.view.height, progress, [&](int row) {
-        const SourceLines lines = SourceLinesOf(turn, static_cast<int>(bounds.firstRow) + row);
+        const SourceLines lines = SourceLinesOf(back, static_cast<int>(bounds.firstRow) + row);
         Span inside = SpanInside(lines.column, source.firstColumn, source.width, {left, left + width}, columnGuess);
         inside = SpanInside(lines.row, source.firstRow, source.height, inside, rowGuess);
         ForEachPart(width, kPartPixels, [&](int start, int count) {
