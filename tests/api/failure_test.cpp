@@ -83,6 +83,8 @@ Scene SmallScene(const Layout& layout, AreaForm form, std::uint64_t seed) {
     return scene;
 }
 
+constexpr int kDraws = 4;
+
 // What a sweep did and found, added up.
 struct Sweep {
     std::set<std::string> exports;
@@ -94,11 +96,13 @@ struct Sweep {
     int locks = 0;
     int drawingObjects = 0;
     int clipboardOpens = 0;
+    int draw = 0; // of the parameters: typical ones, then random ones
 
     Outcome Watch(const Export& row, const Scene& scene, const hooks::Failure& failure = {}) {
         Call call = scene.AsCall();
         call.progressOwner = 0; // so that dialogs are opened, too
-        Outcome outcome = WatchExport(row, call, failure);
+        Random random(static_cast<std::uint64_t>(draw));
+        Outcome outcome = WatchExport(row, call, failure, draw == 0 ? Parameters() : Parameters(random));
         EXPECT_TRUE(scene.Untouched());
         blocks += outcome.report.blocks.size();
         locks += outcome.report.locks;
@@ -133,6 +137,9 @@ void FailEachCall(const Export& row, const Scene& scene, const Promise& promise,
 
 void FailEverything(const Export& row, const Scene& scene, Sweep& sweep) {
     const Outcome plain = sweep.Watch(row, scene);
+    if (sweep.draw != 0 && plain.status != kOk) {
+        return; // bad parameters
+    }
     EXPECT_EQ(plain.status, kOk);
     EXPECT_TRUE(plain.succeeded);
     sweep.exports.insert(row.name);
@@ -168,8 +175,11 @@ void SweepEverything(Sweep& sweep) {
                     continue;
                 }
                 SCOPED_TRACE(row.name + std::string(" at ") + layout.name + " with " + NameOf(form));
-                FailEverything(row, SmallScene(layout, form, 1), sweep);
-                ASSERT_FALSE(testing::Test::HasFailure());
+                const Scene scene = SmallScene(layout, form, 1);
+                for (sweep.draw = 0; sweep.draw != kDraws; ++sweep.draw) {
+                    FailEverything(row, scene, sweep);
+                    ASSERT_FALSE(testing::Test::HasFailure()) << "draw " << sweep.draw;
+                }
             }
         }
     }
