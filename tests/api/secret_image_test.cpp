@@ -1,8 +1,8 @@
-// Marks hidden in the luminance: each pixel against the rule worked out for it alone, and where texts are.
+// Marks hidden in the luminance: what is refused, and where texts are.
 #include <algorithm>
 #include <climits>
-#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "api/export_table.h"
@@ -10,30 +10,6 @@
 
 namespace test {
 namespace {
-
-BYTE Clamped(float value) {
-    return static_cast<BYTE>(std::clamp(static_cast<int>(value), 0, 255));
-}
-
-int Luminance(Colour c) {
-    const float red = c.red * 0.299F;
-    const float green = c.green * 0.587F;
-    const float blue = c.blue * 0.114F;
-    return static_cast<int>(red + green + blue) % 256;
-}
-
-Colour Marked(Colour c, std::int64_t strength) {
-    const float cb = c.red * -0.16874F + c.green * -0.33126F + c.blue * 0.5F + 128.0F;
-    const float cr = c.red * 0.5F + c.green * -0.41869F + c.blue * -0.08131F + 128.0F;
-    std::int64_t y = Luminance(c);
-    if (!(y > 255 - strength || y < -strength)) {
-        y = (y + strength) % 256;
-    }
-    const auto level = static_cast<float>(y);
-    return {Clamped(level + 1.772F * (cb - 128.0F)),
-            Clamped(level - 0.34414F * (cb - 128.0F) - 0.71414F * (cr - 128.0F)),
-            Clamped(level + 1.402F * (cr - 128.0F))};
-}
 
 struct Side {
     int left, top, right, bottom;
@@ -47,80 +23,6 @@ Block Set(HGLOBAL image, HGLOBAL pattern, int strength, const Side& side, const 
 
 Block Check(HGLOBAL unmarked, HGLOBAL marked, int threshold) {
     return Block(QV8CheckSecretImage(unmarked, marked, threshold, 1, 0, 0, 0));
-}
-
-TEST(SetSecretImage, MarksThePixelsUnderThePattern) {
-    Random random(70);
-    const int kEnds[] = {0, 1, -1, 3, -3, 254, 255, 256, 257, -255, -256, INT_MAX, INT_MIN, INT_MIN + 256};
-    const int kPlaces[] = {0, 3, -5, 20, 1100, -2000, INT_MAX, INT_MIN};
-    for (int i = 0; i != 300; ++i) {
-        const bool wide = i % 25 == 0; // more than one chunk
-        const Picture picture =
-            RandomPicture(LayoutNamed("24"), wide ? 1300 : random.Between(1, 60), random.Between(1, 20), random);
-        const Picture pattern = RandomPicture(LayoutNamed(i % 2 == 0 ? "1" : "1-short"),
-                                              wide ? 1500 : random.Between(1, 70), random.Between(1, 30), random);
-        const int strength = i < 140 ? kEnds[i % 14] : random.Between(-260, 260);
-        const int left = random.Chance(50) ? kPlaces[random.Between(0, 7)] : random.Between(-70, 60);
-        const int top = random.Chance(30) ? kPlaces[random.Between(0, 7)] : random.Between(-30, 20);
-        SCOPED_TRACE("case " + std::to_string(i) + ", strength " + std::to_string(strength));
-        Picture expected = picture;
-        BITMAPINFOHEADER header = expected.Header();
-        header.biSizeImage = static_cast<DWORD>(expected.RowBytes()) * static_cast<DWORD>(expected.Height());
-        expected.SetHeader(header);
-        for (int y = 0; y != picture.Height(); ++y) { // from the top
-            for (int x = 0; x != picture.Width(); ++x) {
-                const std::int64_t px = std::int64_t{x} - left;
-                const std::int64_t py = std::int64_t{y} - top;
-                if (px < 0 || px >= pattern.Width() || py < 0 || py >= pattern.Height()) {
-                    continue;
-                }
-                const int row = picture.Height() - 1 - y;
-                if (pattern.Index(static_cast<int>(px), pattern.Height() - 1 - static_cast<int>(py)) != 0) {
-                    expected.SetColour(x, row, Marked(picture.ColourAt(x, row), strength));
-                }
-            }
-        }
-        const Source image(picture);
-        const Source bits(pattern);
-        const Block marked = Set(image.Handle(), bits.Handle(), strength, {left, top, 5, -7}, "ignored");
-        ASSERT_TRUE(Holds(marked.get(), expected));
-        EXPECT_TRUE(image.Untouched() && bits.Untouched());
-    }
-}
-
-TEST(CheckSecretImage, ShowsWhereTheLuminanceHasRisen) {
-    Random random(71);
-    for (int i = 0; i != 200; ++i) {
-        const int width = i == 0 ? 2100 : random.Between(1, 70);
-        const Picture before = RandomPicture(LayoutNamed("24"), width, random.Between(1, 9), random);
-        Picture after = before;
-        for (std::size_t k = after.PixelOffset(); k < after.bytes.size(); ++k) {
-            after.bytes[k] = i % 3 == 0 ? random.Byte() : static_cast<BYTE>(after.bytes[k] + random.Between(-2, 2));
-        }
-        const int kThresholds[] = {-255, -256, 255, 256, 0, 1, -1, INT_MAX, INT_MIN};
-        const int threshold = i % 2 == 0 ? kThresholds[i / 2 % 9] : random.Between(-4, 4);
-        Picture expected = BlankPicture(1, width, before.Height());
-        const BYTE kTable[] = {0, 0, 0, 0, 255, 255, 255, 0};
-        std::copy(std::begin(kTable), std::end(kTable), &expected.bytes[40]);
-        BITMAPINFOHEADER header = {};
-        header.biSize = 40;
-        header.biWidth = width;
-        header.biHeight = before.Height();
-        header.biPlanes = header.biBitCount = 1;
-        header.biSizeImage = static_cast<DWORD>(expected.RowBytes()) * static_cast<DWORD>(before.Height());
-        expected.SetHeader(header);
-        for (int row = 0; row != before.Height(); ++row) {
-            for (int x = 0; x != width; ++x) {
-                const int rise = Luminance(after.ColourAt(x, row)) - Luminance(before.ColourAt(x, row));
-                expected.SetIndex(x, row, rise >= threshold ? 1 : 0);
-            }
-        }
-        const Source unmarked(before);
-        const Source marked(after);
-        SCOPED_TRACE("case " + std::to_string(i) + ", threshold " + std::to_string(threshold));
-        ASSERT_TRUE(Holds(Check(unmarked.Handle(), marked.Handle(), threshold).get(), expected));
-        EXPECT_TRUE(unmarked.Untouched() && marked.Untouched());
-    }
 }
 
 TEST(SecretImage, RefusesWhatItCannotUse) {
@@ -306,8 +208,63 @@ TEST(SetSecretImage, TakesItsStyle) {
     EXPECT_EQ(struck.Bounds().bottom, plain.Bounds().bottom);
     EXPECT_EQ(Draw("Ho\n", {0, 0, 1, 1, 0, 0}), Draw("Ho\n", {})) << "of a single line only";
     EXPECT_EQ(Draw("H", {0, 0, 1, 1, 2, 0}), Draw("H", {0, 0, 0, 0, 2, 0})) << "of a horizontal line only";
-    EXPECT_GT(Draw("&", {}).Count(), 10) << "is a character as any other";
-    EXPECT_EQ(Draw("&", {}), Draw("&\n", {}));
+    // The bar goes through the letters between a quarter and two thirds of their height.
+    const Side letters = plain.Bounds();
+    const auto isWholeRow = [&](int y) {
+        int x = letters.left;
+        while (x != letters.right && struck.At(x, y)) {
+            ++x;
+        }
+        return x == letters.right;
+    };
+    int bar = 0;
+    while (bar != kSide && !isWholeRow(bar)) {
+        ++bar;
+    }
+    const int height = letters.bottom - letters.top;
+    EXPECT_TRUE(4 * (letters.bottom - bar) > height && 9 * (letters.bottom - bar) < 5 * height)
+        << bar << ' ' << letters.top << ' ' << letters.bottom;
+}
+
+// One line is drawn in one go, several are drawn character by character.
+TEST(SetSecretImage, TakesAmpersandsAsCharacters) {
+    EXPECT_GT(Draw("&", {}).Count(), 10);
+    for (const std::string text : {"&", "&&", "I&I", "I&&I&", "&I"}) {
+        EXPECT_EQ(Draw(text.c_str(), {}), Draw((text + "\n").c_str(), {})) << text;
+    }
+    EXPECT_GT(Draw("&&", {}).Count(), Draw("&", {}).Count());
+}
+
+// Two bytes are one character where the first one says so, and a character of a column is as high as any other.
+TEST(SetSecretImage, TakesTwoBytesForOneCharacter) {
+    const int second = Draw("AI", {0, 0, 0, 0, 2, 0}).Bounds().bottom;
+    const int third = Draw("AAI", {0, 0, 0, 0, 2, 0}).Bounds().bottom;
+    for (const int lead : {0x81, 0x83, 0x9F, 0xE0, 0xFC}) {
+        const char text[] = {static_cast<char>(lead), 'A', 'I', '\0'};
+        EXPECT_EQ(Draw(text, {0, 0, 0, 0, 2, 0}).Bounds().bottom, second) << lead;
+    }
+    for (const int single : {0x80, 0xA0, 0xDF, 0xFD}) {
+        const char text[] = {static_cast<char>(single), 'A', 'I', '\0'};
+        EXPECT_EQ(Draw(text, {0, 0, 0, 0, 2, 0}).Bounds().bottom, third) << single;
+    }
+    // The last byte stands alone.
+    EXPECT_EQ(Draw("I\x83", {0, 0, 0, 0, 2, 0}).Bounds().top, Draw("I", {0, 0, 0, 0, 2, 0}).Bounds().top);
+}
+
+TEST(SetSecretImage, TurnsAllOfItsLines) {
+    const int height = LineHeight(Draw("I", {}), Draw("I\nI", {}));
+    const std::pair<DWORD, std::pair<int, int>> kNextLines[] = {
+        {90, {height, 0}}, {180, {0, -height}}, {270, {-height, 0}}};
+    for (const auto& [angle, next] : kNextLines) {
+        const Marks one = Draw("I\n", {0, 0, 0, 0, 0, angle});
+        EXPECT_EQ(Draw("I\nI", {0, 0, 0, 0, 0, angle}), Twice(one, next.first, next.second)) << angle;
+        // Columns as a whole begin in the corner of the angle; each character stands turned in its cell.
+        const Side columns = Draw("II\nI", {0, 0, 0, 0, 2, angle}).Bounds();
+        const Side upright = Draw("II\nI", {0, 0, 0, 0, 2, 0}).Bounds();
+        EXPECT_TRUE(angle == 90 ? columns.left < 2 * height : columns.right > kSide - 2 * height) << angle;
+        EXPECT_TRUE(angle == 270 ? columns.top < 2 * height : columns.bottom > kSide - 2 * height) << angle;
+        EXPECT_GT(upright.bottom, 0);
+    }
 }
 
 } // namespace
