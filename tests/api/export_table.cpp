@@ -287,6 +287,33 @@ void DrawArguments(const Export& row, const Call& call, Parameters parameters, A
     }
 }
 
+void SetOwnNumbers(const Export& row, std::span<const double> numbers, Arguments& arguments) {
+    std::size_t at = 0;
+    std::size_t next = 0;
+    for (const Parameter& parameter : row.parameters) {
+        const Role role = parameter.role;
+        const bool isThree = role == Role::kColour || role == Role::kClear;
+        const std::size_t count = role == Role::kArea ? 5 : role == Role::kProgress ? 4 : isThree ? 3 : 1;
+        const bool isNumber =
+            role > Role::kProgress && role != Role::kClear && role != Role::kWeights && role != Role::kText;
+        for (std::size_t i = at; isNumber && i != at + count; ++i) {
+            ASSERT_LT(next, numbers.size());
+            arguments.values[i].real = numbers[next++];
+            arguments.values[i].number = static_cast<std::int64_t>(arguments.values[i].real);
+        }
+        at += count;
+    }
+    EXPECT_EQ(next, numbers.size());
+}
+
+const Export& ExportNamed(const std::string& name) {
+    const auto exports = Exports();
+    const auto found =
+        std::find_if(exports.begin(), exports.end(), [&](const Export& row) { return row.name == name; });
+    EXPECT_NE(found, exports.end()) << name;
+    return found != exports.end() ? *found : exports[0];
+}
+
 Outcome CallExport(const Export& row, const Call& call, Arguments& arguments) {
     if (row.Is(kFromClipboard)) {
         hooks::Aside([&] {

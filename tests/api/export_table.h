@@ -90,7 +90,7 @@ enum class Role {
     kStored, // where a result is to be stored
     kWindow,
     kBits,     // of the picture
-    kArea,     // six parameters
+    kArea,     // five parameters
     kProgress, // four
     kNumber,
     kByte,  // a DWORD of which the low byte counts
@@ -208,14 +208,6 @@ std::span<const Export> Exports();
 // With rows that draw texts, which no two systems do alike.
 std::span<const Export> ExportsAndTexts();
 
-// Calls an export whose arguments are target, area, its own parameters, owner and dialog.
-template <class Function, class... OwnParameters>
-auto CallWithArea(Function* function, const Call& call, OwnParameters... parameters) {
-    const Area& area = call.area;
-    return function(call.Target(), area.type, area.Points(), area.Count(), area.Rect(), area.inside, parameters...,
-                    call.progressOwner, call.dialog[0], call.dialog[1], call.dialog[2]);
-}
-
 constexpr int kUntouched = 77; // no status: what the tests set before each call
 
 // A picture and an area of it, ready for calls.
@@ -241,6 +233,9 @@ struct Outcome {
 
 // The arguments of a call; null pointers to the export's own storage point into `arguments`.
 void DrawArguments(const Export& row, const Call& call, Parameters parameters, Arguments& arguments);
+// Puts numbers in place of the effect's own ones, in order; pointers stay.
+void SetOwnNumbers(const Export& row, std::span<const double> numbers, Arguments& arguments);
+const Export& ExportNamed(const std::string& name);
 // Calls the export with status kUntouched before.
 Outcome CallExport(const Export& row, const Call& call, Parameters parameters = {});
 Outcome CallExport(const Export& row, const Call& call, Arguments& arguments);

@@ -60,27 +60,6 @@ TEST(EveryExport, TakesANullPairForZeroHandlesAndANullRectangleForZeros) {
     }
 }
 
-TEST(EveryExport, RefusesNullPointersThatItNeeds) {
-    const Source picture(BlankPicture(24, 5, 3));
-    const ImageSet target = {picture.Handle(), nullptr};
-    const auto refuses = [](auto result, int expected) {
-        EXPECT_FALSE(result);
-        EXPECT_EQ(GetErrorStatus(), expected);
-    };
-    const int bad = QV8_STATUS_PARAMETER;
-    refuses(QV8CustomFilter(&target, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, nullptr, 1, 0, 1, 1, 1, 1, 0, 0, 0), bad);
-    refuses(QV8SelectImageEx(target.hImage, nullptr, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, 1, 2, 3, 1, 0, 0, 0), bad);
-    refuses(
-        QV8AutoSelectImageEx(target.hImage, nullptr, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, 1, 2, 3, 0, 5, 1, 0, 0, 0),
-        bad);
-    refuses(QV8ResizeEx(&target, nullptr, 5, 3, 0, 1, 0, 0, 0), bad);
-    refuses(QV8RotationEx(&target, nullptr, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0), bad);
-    refuses(QV8SetSecretImage(target.hImage, nullptr, nullptr, "", 9, 0, 0, 0, 0, 0, 0, 5, 0, 0, 4, 2, 1, 0, 0, 0),
-            bad);
-    refuses(QV8PasteImage(target.hImage, nullptr, 0, 0, 0, 9, nullptr, nullptr, nullptr, 0, 0, 0, 1, 0, 0, 0),
-            QV8_STATUS_PICTURE);
-}
-
 // Only our own memory tells handles from other values without danger.
 #ifndef _WIN32
 TEST(EveryExport, RefusesWhatIsNoHandle) {
