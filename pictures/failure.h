@@ -11,6 +11,7 @@ enum ExitCode {
     kExitUsage = 2,
     kExitInput = 3,
     kExitOutput = 4,
+    kExitSomeFailed = 5,
     kExitCancelled = 130
 };
 

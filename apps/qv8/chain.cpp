@@ -74,7 +74,7 @@ ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPix
     return ready;
 }
 
-ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient) {
+ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ApplyMode mode) {
     if (step.mask != nullptr) {
         CheckMaskSize(step.mask, step.maskName, subject.image, subject.name);
     }
@@ -83,7 +83,7 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
     request.progressOwner = progressOwner;
     const catalogue::Outcome outcome = catalogue::Run(*step.effect, request);
     ChainResult result{Picture(outcome.result.pictures.hImage), Picture(outcome.result.pictures.hMask)};
-    const bool unneeded = lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
+    const bool unneeded = mode.lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
     if (outcome.failed == catalogue::Failed::kNot || unneeded) {
         return result;
     }
@@ -94,13 +94,13 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
                   subject.name + ": " + step.effect->name + ": " + outcome.words);
 }
 
-ChainResult ReadyChain::Apply(const Subject& subject, bool lenient) const {
-    Progress progress(Progress::Bar::kWhenTerminal);
+ChainResult ReadyChain::Apply(const Subject& subject, ApplyMode mode) const {
+    Progress progress(mode.bar ? Progress::Bar::kWhenTerminal : Progress::Bar::kHidden);
     ChainResult result;
     Subject current = subject;
     for (std::size_t i = 0; i != steps_.size(); ++i) {
         progress.BeginStep(i, steps_.size());
-        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), lenient);
+        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), mode);
         if (next.image) {
             result = std::move(next);
             current.image = result.image.Handle();

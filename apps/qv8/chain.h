@@ -16,6 +16,11 @@ struct Subject {
     std::string name;        // in the words of failures
 };
 
+struct ApplyMode {
+    bool bar = true;      // shows progress on a terminal
+    bool lenient = false; // an effect that has nothing to do is no mistake
+};
+
 struct ChainResult {
     Picture image;
     Picture mask;
@@ -28,11 +33,12 @@ public:
     // Throws a Failure when a file cannot be used.
     ReadyChain(const Chain& chain, std::uint64_t maxPixels);
 
-    // Throws a Failure when an effect fails. With `lenient` an effect that has nothing to do is no failure.
-    ChainResult Apply(const Subject& subject, bool lenient) const;
+    // Throws a Failure when an effect fails. The result has no picture when nothing was to be done.
+    ChainResult Apply(const Subject& subject, ApplyMode mode) const;
 
-    std::size_t Length() const {
-        return steps_.size();
+    // Whether it starts from a picture, and does not make one.
+    bool TakesPicture() const {
+        return steps_.front().effect->TakesPicture();
     }
 
 private:
@@ -44,7 +50,7 @@ private:
         HGLOBAL mask = nullptr;
     };
     static ReadyStep Prepare(const Step& step, std::uint64_t maxPixels);
-    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient);
+    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ApplyMode mode);
 
     std::vector<ReadyStep> steps_;
 };

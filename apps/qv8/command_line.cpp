@@ -14,23 +14,20 @@
 
 #include "catalogue/text.h"
 #include "clipboard.h"
-#include "info.h"
+#include "commands.h"
 #include "message.h"
 #include "pictures/failure.h"
-#include "pictures/image_file.h"
-#include "single_run.h"
-#include "step.h"
 #include "words.h"
 
 namespace {
 
-constexpr const char* kFooter = "Run \"qv8 EFFECT --help\" for the options of an effect.\n"
+constexpr const char* kFooter = "Run \"qv8 help EFFECT\" for the options of an effect.\n"
                                 "Files are BMP, PNG or JPEG; input by content, output by the ending of its name.\n"
                                 "\n"
                                 "Exit codes: 0 done; 1 the effect failed; 2 wrong usage; 3 an input cannot be read;\n"
-                                "4 the output cannot be written; 130 cancelled.";
+                                "4 the output cannot be written; 5 some of many files failed; 130 cancelled.";
 
-using Action = std::function<void(std::ostream& out)>;
+using Action = std::function<ExitCode(std::ostream& out, std::ostream& err)>;
 
 // Accepts decimal whole numbers of a range, and nothing else: the parser takes "010" for eight.
 CLI::Validator Between(std::int64_t from, std::int64_t to) {
@@ -62,10 +59,12 @@ CLI::Option* AddPositional(CLI::App& command, const std::string& name, std::stri
 // How a result is written.
 void AddOutputOptions(CLI::App& command, FileOptions& files) {
     AddMaxPixels(command, files);
-    command.add_option("--quality", files.quality, "of a JPEG output, 1..100")
+    command.add_option("--format", files.format, "of the output, whatever its name: bmp, png, jpg")
+        ->type_name("NAME")
+        ->group("Files");
+    command.add_option("--quality", files.quality, "of a JPEG output, 1..100; 90 unless given")
         ->type_name("N")
         ->transform(Between(1, 100))
-        ->capture_default_str()
         ->group("Files");
     command.add_flag("--force", files.mayReplace, "replace an output that is there already")->group("Files");
 }
@@ -125,102 +124,27 @@ void RefuseExtras(const CLI::App& command) {
     }
 }
 
-// The second picture that an effect cannot do without, or null: it may be given as a word between INPUT and OUTPUT.
-Setting* SecondPicture(Step& step) {
-    const auto found = std::find_if(step.settings.begin(), step.settings.end(), [](const Setting& setting) {
-        return catalogue::IsPicture(*setting.parameter) && setting.parameter->need == catalogue::Need::kRequired;
-    });
-    return found == step.settings.end() ? nullptr : &*found;
-}
-
-std::string Capitals(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-    return text;
-}
-
-// The command of one effect.
-struct EffectCommand {
-    explicit EffectCommand(const catalogue::Effect& effect) : step(effect) {}
-
-    void AddTo(CLI::App& command);
-
-    // Takes the words for what no option gave, checks everything and does it.
-    void Run();
-
-    Step step;
-    FileOptions files;
-    std::string namedOutput;
-    std::string second; // the words behind INPUT
-    std::string last;
-};
-
-void EffectCommand::AddTo(CLI::App& command) {
+void AddEffectOptions(CLI::App& command, EffectCommand& effect) {
+    Step& step = effect.step;
     if (step.effect->TakesPicture()) {
-        AddPositional(command, "INPUT", files.input, "picture to read")->required();
+        AddPositional(command, "INPUT", effect.names.input, "picture to read")->required();
     }
     if (const Setting* const picture = SecondPicture(step); picture != nullptr) {
-        AddPositional(command, Capitals(picture->parameter->name), second, picture->parameter->help);
+        AddPositional(command, Capitals(picture->parameter->name), effect.second, picture->parameter->help);
     }
-    AddPositional(command, "OUTPUT", last, "picture to write: .bmp, .png, .jpg, .jpeg");
+    AddPositional(command, "OUTPUT", effect.last, "picture to write: .bmp, .png, .jpg, .jpeg");
     AddParameters(command, step);
-    command.add_option("-o", namedOutput, "picture to write, over one that is there")
+    command.add_option("-o", effect.named, "picture to write, over one that is there")
         ->type_name("FILE")
         ->group("Files");
     if (step.effect->result == catalogue::Result::kPictureAndMask) {
-        command.add_option("--mask-out", files.maskOutput, "write the mask of the result")
+        command.add_option("--mask-out", effect.names.maskOutput, "write the mask of the result")
             ->type_name("FILE")
             ->group("Files");
     }
-    AddOutputOptions(command, files);
+    AddOutputOptions(command, effect.files);
+    command.add_flag("-q,--quiet", effect.quiet, "no progress bar")->group("Files");
     command.allow_extras();
-}
-
-void EffectCommand::Run() {
-    Words words;
-    for (const std::string& word : {second, last}) {
-        if (!word.empty()) {
-            words.push_back(word);
-        }
-    }
-    const auto take = [&](const std::string& name) {
-        if (words.empty()) {
-            throw Failure(kExitUsage, std::string(step.effect->name) + ": " + name + " is missing");
-        }
-        const std::string word = words.front();
-        words.erase(words.begin());
-        return word;
-    };
-    if (Setting* const picture = SecondPicture(step); picture != nullptr && picture->file.empty()) {
-        Set(*picture, take(Capitals(picture->parameter->name)));
-    }
-    files.mayReplace = files.mayReplace || !namedOutput.empty();
-    files.output = namedOutput.empty() ? take("OUTPUT") : namedOutput;
-    if (!words.empty()) {
-        throw Failure(kExitUsage, "\"" + words.front() + "\" is one word too many");
-    }
-    if (const std::string mistake = CheckStep(step); !mistake.empty()) {
-        throw Failure(kExitUsage, std::string(step.effect->name) + ": " + mistake);
-    }
-    RunOnFile({step}, files);
-}
-
-// Those of the clipboard have commands of their own where there is one.
-bool IsOffered(const catalogue::Effect& effect) {
-    return effect.family != catalogue::Family::kClipboard;
-}
-
-void ListEffects(std::ostream& out) {
-    std::size_t widest = 0;
-    for (const catalogue::Effect& effect : catalogue::AllEffects()) {
-        widest = std::max(widest, std::string(effect.name).size());
-    }
-    for (const catalogue::Effect& effect : catalogue::AllEffects()) {
-        const std::string name = effect.name;
-        if (IsOffered(effect)) {
-            out << name << std::string(widest + 2 - name.size(), ' ') << effect.help << "\n";
-        }
-    }
 }
 
 // Every command stores in `action` what is to be done; it is done when the whole command line has been understood.
@@ -232,25 +156,65 @@ void AddEffectCommands(CLI::App& app, Action& action) {
         CLI::App* const command =
             app.add_subcommand(effect.name, effect.help)->group(catalogue::FamilyName(effect.family));
         const auto state = std::make_shared<EffectCommand>(effect);
-        state->AddTo(*command);
+        AddEffectOptions(*command, *state);
         command->callback([&action, command, state] {
             RefuseExtras(*command);
-            action = [state](std::ostream&) { state->Run(); };
+            action = [state](std::ostream&, std::ostream&) { return state->Run(); };
         });
     }
+}
+
+void AddRunOptions(CLI::App& command, RunCommand& run) {
+    BatchOptions& batch = run.batch;
+    AddPositional(command, "CHAIN", run.chain, "effects with their options and \"|\" between them, or a recipe.json")
+        ->required();
+    command.add_option("FILES", batch.inputs.names, "pictures to read, and folders with --recursive")->type_name("");
+    const auto add = [&command](const char* option, std::string& value, const char* help, const char* form) {
+        command.add_option(option, value, help)->type_name(form)->group("Files");
+    };
+    add("--out-dir", batch.outFolder, "folder of the results, made where it is missing", "DIR");
+    add("-o", batch.output, "the only result, over one that is there", "FILE");
+    add("--name", run.name, "of each result, {stem}{ext} unless given", "PATTERN");
+    add("--files-from", batch.inputs.listName, "more names, one a line; - is standard input", "FILE");
+    command.add_flag("--recursive", batch.inputs.recursive, "take the pictures in folders")->group("Files");
+    command.add_flag("--skip-existing", batch.skipExisting, "leave out what has a result")->group("Files");
+    AddOutputOptions(command, batch.files);
+    command.add_option("-j,--jobs", batch.jobs, "pictures at once; as many as processors unless given")
+        ->type_name("N")
+        ->transform(Between(1, 256))
+        ->group("Run");
+    command.add_option("--memory", run.megabytes, "for all of them; half of the machine's unless given")
+        ->type_name("MiB")
+        ->transform(Between(1, 1 << 30))
+        ->group("Run");
+    command.add_flag("--json", batch.json, "a line about each file on standard output")->group("Run");
+    command.add_flag("-q,--quiet", batch.quiet, "no bar and no summary")->group("Run");
+    command.add_flag("-v,--verbose", batch.verbose, "a line about each file on standard error")->group("Run");
+    command.allow_extras();
+}
+
+void AddRunCommand(CLI::App& app, Action& action) {
+    CLI::App* const command =
+        app.add_subcommand("run", "apply effects one after another to many files")->group("Other commands");
+    const auto state = std::make_shared<RunCommand>();
+    AddRunOptions(*command, *state);
+    command->callback([&action, command, state] {
+        RefuseExtras(*command);
+        action = [state](std::ostream& out, std::ostream& err) { return state->Run(out, err); };
+    });
 }
 
 void AddOtherCommands(CLI::App& app, Action& action) {
     CLI::App* const list = app.add_subcommand("effects", "list the effects")->group("Other commands");
     list->callback([&action] { action = ListEffects; });
-    CLI::App* const info = app.add_subcommand("info", "describe a picture")->group("Other commands");
-    const auto files = std::make_shared<FileOptions>();
-    AddPositional(*info, "PICTURE", files->input, "picture to read")->required();
-    AddMaxPixels(*info, *files);
-    info->callback([&action, files] {
-        action = [files](std::ostream& out) {
-            out << DescribePicture(files->input, LoadPicture(files->input, files->maxPixels));
-        };
+    app.add_subcommand("help", "explain an effect or a command")->group("Other commands"); // its words are exchanged
+    CLI::App* const info = app.add_subcommand("info", "describe pictures")->group("Other commands");
+    const auto options = std::make_shared<InfoCommand>();
+    info->add_option("PICTURES", options->names, "pictures to read")->required()->type_name("");
+    info->add_flag("--json", options->json, "a line of JSON about each");
+    AddMaxPixels(*info, options->files);
+    info->callback([&action, options] {
+        action = [options](std::ostream& out, std::ostream& err) { return options->Run(out, err); };
     });
 }
 
@@ -258,24 +222,28 @@ void AddOtherCommands(CLI::App& app, Action& action) {
 void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Action& action) {
 #ifdef _WIN32
     CLI::App* const copy = app.add_subcommand("copy", "put a picture on the clipboard")->group("Other commands");
-    const auto source = std::make_shared<FileOptions>();
-    AddPositional(*copy, "PICTURE", source->input, "picture to read")->required();
-    AddMaxPixels(*copy, *source);
+    struct Files {
+        FileNames names;
+        FileOptions files;
+    };
+    const auto source = std::make_shared<Files>();
+    AddPositional(*copy, "PICTURE", source->names.input, "picture to read")->required();
+    AddMaxPixels(*copy, source->files);
     copy->callback([&action, source] {
-        action = [source](std::ostream&) {
-            CopyToClipboard(LoadPicture(source->input, source->maxPixels).picture, source->input);
+        action = [source](std::ostream&, std::ostream&) {
+            CopyToClipboard(LoadPicture(source->names.input, source->files.maxPixels).picture, source->names.input);
+            return kExitOk;
         };
     });
     CLI::App* const paste =
         app.add_subcommand("paste", "write the picture that is on the clipboard")->group("Other commands");
-    const auto files = std::make_shared<FileOptions>();
-    AddPositional(*paste, "OUTPUT", files->output, "picture to write")->required();
-    AddOutputOptions(*paste, *files);
-    paste->callback([&action, files] {
-        action = [files](std::ostream&) {
-            const ImageFormat format = FormatForName(files->output);
-            RefuseToReplace(files->output, files->mayReplace);
-            SavePicture(PictureFromClipboard(files->maxPixels), files->output, format, files->quality);
+    const auto target = std::make_shared<Files>();
+    AddPositional(*paste, "OUTPUT", target->names.output, "picture to write")->required();
+    AddOutputOptions(*paste, target->files);
+    paste->callback([&action, target] {
+        action = [target](std::ostream&, std::ostream&) {
+            SaveResult({PictureFromClipboard(target->files.maxPixels), {}}, target->names, target->files);
+            return kExitOk;
         };
     });
 #endif
@@ -291,7 +259,7 @@ Words WithoutHelpCommand(Words words) {
 }
 
 // Does what the words ask for. Throws a Failure otherwise.
-void RunCommand(const Words& given, std::ostream& out) {
+ExitCode Obey(const Words& given, std::ostream& out, std::ostream& err) {
     RefuseEmptyWords(given);
     Words words = Prepared(WithoutHelpCommand(given));
     CLI::App app("Applies effects to pictures.", "qv8");
@@ -301,6 +269,7 @@ void RunCommand(const Words& given, std::ostream& out) {
     app.footer(kFooter);
     Action action;
     AddEffectCommands(app, action);
+    AddRunCommand(app, action);
     AddOtherCommands(app, action);
     AddClipboardCommands(app, action);
     const auto isFirst = [&words](const CLI::App* command) { return command->get_name() == words[0]; };
@@ -316,15 +285,39 @@ void RunCommand(const Words& given, std::ostream& out) {
             throw Failure(kExitUsage, error.what() + std::string(R"(; see "qv8 --help" or "qv8 EFFECT --help")"));
         }
     }
-    if (action) {
-        action(out);
-    }
+    const ExitCode code = action ? action(out, err) : kExitOk;
     if (!out.flush()) {
         throw Failure(kExitOutput, "standard output cannot be written");
     }
+    return code;
 }
 
 } // namespace
+
+Step ParseStep(const Words& words) {
+    if (words.empty()) {
+        throw Failure(kExitUsage, "an effect is missing in the chain");
+    }
+    RefuseEmptyWords(words);
+    Step step(EffectNamed(words[0]));
+    CLI::App app("", words[0]);
+    app.allow_windows_style_options(false);
+    app.set_help_flag();
+    app.allow_extras();
+    AddParameters(app, step);
+    try {
+        Words options = Prepared({words.begin() + 1, words.end()});
+        std::reverse(options.begin(), options.end()); // as the parser wants them
+        app.parse(options);
+    } catch (const CLI::ParseError& error) {
+        throw Failure(kExitUsage, words[0] + ": " + error.what());
+    }
+    RefuseExtras(app);
+    if (const std::string mistake = CheckStep(step); !mistake.empty()) {
+        throw Failure(kExitUsage, words[0] + ": " + mistake);
+    }
+    return step;
+}
 
 int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& err) {
     const auto fail = [&err](const std::string& message, ExitCode code) {
@@ -332,8 +325,7 @@ int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std
         return code;
     };
     try {
-        RunCommand(words, out);
-        return kExitOk;
+        return Obey(words, out, err);
     } catch (const Failure& failure) {
         return fail(failure.what(), failure.Code());
     } catch (const std::bad_alloc&) {

@@ -4,6 +4,8 @@
 #include <qv8platform.h>
 
 #include "catalogue/picture_header.h"
+#include "json.h"
+#include "message.h"
 
 namespace {
 
@@ -35,11 +37,22 @@ std::string Layout(const LockedPicture& picture, HGLOBAL block) {
 std::string DescribePicture(const std::string& name, const LoadedPicture& loaded) {
     const LockedPicture picture(loaded.picture);
     const bool masks = picture.Header().biCompression == BI_BITFIELDS;
-    return name + "\n" +                                                                                           //
+    return OneLine(name) + "\n" +                                                                                  //
            "  format       " + FormatName(loaded.format) + "\n" +                                                  //
            "  size         " + std::to_string(picture.Width()) + " x " + std::to_string(picture.Height()) + "\n" + //
            "  depth        " + std::to_string(picture.Header().biBitCount) + " bits\n" +                           //
            "  layout       " + Layout(picture, loaded.picture.Handle()) + "\n" +                                   //
            "  table        " + std::to_string(picture.TableEntries()) + " entries\n" +                             //
            "  compression  " + (masks ? "none, with channel masks\n" : "none\n");
+}
+
+std::string DescribeAsJson(const std::string& name, const LoadedPicture& loaded) {
+    const LockedPicture picture(loaded.picture);
+    return JsonLine({{"name", name},
+                     {"format", std::string(FormatName(loaded.format))},
+                     {"width", static_cast<std::int64_t>(picture.Width())},
+                     {"height", static_cast<std::int64_t>(picture.Height())},
+                     {"depth", std::int64_t{picture.Header().biBitCount}},
+                     {"layout", Layout(picture, loaded.picture.Handle())},
+                     {"table", static_cast<std::int64_t>(picture.TableEntries())}});
 }

@@ -9,4 +9,7 @@
 // Several lines, one for each property.
 std::string DescribePicture(const std::string& name, const LoadedPicture& loaded);
 
+// The same as one line of JSON.
+std::string DescribeAsJson(const std::string& name, const LoadedPicture& loaded);
+
 #endif

@@ -16,15 +16,6 @@ namespace {
 
 constexpr int kBarWidth = 40;
 
-bool ErrorsGoToTerminal() {
-#ifdef _WIN32
-    DWORD mode = 0;
-    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
 } // namespace
 
 Progress::Progress(Bar bar)
@@ -56,6 +47,15 @@ void Progress::Draw(int percent) {
     drawnPercent_ = percent;
     std::fprintf(stderr, "\r%s", ProgressLine(percent).c_str());
     std::fflush(stderr);
+}
+
+bool ErrorsGoToTerminal() {
+#ifdef _WIN32
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
 }
 
 std::string ProgressLine(int percent) {

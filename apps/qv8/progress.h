@@ -39,6 +39,9 @@ private:
     DWORD owner_;
 };
 
+// Whether standard error is a terminal.
+bool ErrorsGoToTerminal();
+
 // One line that shows `percent`, made to be drawn over the one before.
 std::string ProgressLine(int percent);
 

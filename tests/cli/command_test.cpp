@@ -1,7 +1,3 @@
-#include "command_line.h"
-
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "catalogue/text.h"
@@ -10,26 +6,10 @@
 #include "pictures/image_file.h"
 #include "pictures/interrupt.h"
 #include "progress.h"
+#include "run_qv8.h"
 #include "words.h"
 
 namespace {
-
-struct Outcome {
-    int code;
-    std::string out;
-    std::string err;
-};
-
-Outcome RunQv8(const std::vector<std::string>& words) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int code = RunCommandLine(words, out, err);
-    return {code, out.str(), err.str()};
-}
-
-bool Has(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
 
 constexpr std::size_t kPixels24 = 14 + 40;
 

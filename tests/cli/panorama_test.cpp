@@ -1,21 +1,19 @@
 // Two overlapping parts of a picture, one of them scaled and turned, are joined back.
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
-#include "command_line.h"
 #include "files.h"
 #include "pictures/image_file.h"
+#include "run_qv8.h"
 
 namespace {
 
-void RunQv8(std::vector<std::string> words) {
+void RunOver(std::vector<std::string> words) {
     words.emplace_back("--force");
-    std::ostringstream out;
-    std::ostringstream err;
-    ASSERT_EQ(RunCommandLine(words, out, err), 0) << words[0] << ": " << err.str();
+    const Outcome outcome = RunQv8(words);
+    ASSERT_EQ(outcome.code, 0) << words[0] << ": " << outcome.err;
 }
 
 constexpr int kSeam = 315; // column of both points
@@ -44,20 +42,20 @@ TEST(Panorama, JoinsPartsOfAPicture) {
     const std::string base = folder.Name("base.bmp");
     const std::string added = folder.Name("added.bmp");
     const std::string joined = folder.Name("joined.bmp");
-    RunQv8({"select-image", "--polygon=0,0 399,0 399,479 0,479", whole, left});
-    RunQv8({"create-image", "--width", "640", "--height", "480", base});
-    RunQv8({"layer", "--clip", base, left, base});
-    RunQv8({"select-image", "--polygon=240,0 639,0 639,479 240,479", whole, right});
-    RunQv8({"resize", "--scale", "1.25", "--smooth", right, right});
-    RunQv8({"rotation", "--angle", "10", "--smooth", "--background", "255,0,255", right, added});
+    RunOver({"select-image", "--polygon=0,0 399,0 399,479 0,479", whole, left});
+    RunOver({"create-image", "--width", "640", "--height", "480", base});
+    RunOver({"layer", "--clip", base, left, base});
+    RunOver({"select-image", "--polygon=240,0 639,0 639,479 240,479", whole, right});
+    RunOver({"resize", "--scale", "1.25", "--smooth", right, right});
+    RunOver({"rotation", "--angle", "10", "--smooth", "--background", "255,0,255", right, added});
     struct Case {
         const char* seam;
         int begin, end; // columns of the added picture that are joined
     };
     // The points go downwards: what is right of them lies on the left of their line.
     for (const Case& c : {Case{"none", 240, 640}, Case{"left", kSeam, 640}, Case{"right", 240, kSeam}}) {
-        RunQv8({"panorama", "--added", added, "--a1", "315,22", "--a2", "315,446", "--b1", "98,98", "--b2", "190,620",
-                "--seam", c.seam, "--transparent", "255,0,255", base, joined});
+        RunOver({"panorama", "--added", added, "--a1", "315,22", "--a2", "315,446", "--b1", "98,98", "--b2", "190,620",
+                 "--seam", c.seam, "--transparent", "255,0,255", base, joined});
         SCOPED_TRACE(c.seam);
         EXPECT_LT(Difference(whole, joined, c.begin + 3, c.end - 2), 6);
         EXPECT_EQ(Difference(base, joined, 0, c.begin - 2), 0);

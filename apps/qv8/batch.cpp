@@ -1,0 +1,141 @@
+#include "batch.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <new>
+#include <stdexcept>
+#include <thread>
+
+#include "batch_report.h"
+#include "pictures/image_file.h"
+#include "pictures/interrupt.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Job {
+    std::string input;
+    std::string output;
+};
+
+std::string Utf8(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
+}
+
+// The result of each input. Throws a Failure when two would have one name.
+std::vector<Job> PlanJobs(const ReadyChain& chain, const BatchOptions& options) {
+    if (!chain.TakesPicture()) {
+        return {{"", options.output}};
+    }
+    std::vector<Job> jobs;
+    std::map<fs::path, std::string> inputOf;
+    for (const InputFile& input : GatherInputs(options.inputs)) {
+        if (!options.output.empty()) {
+            jobs.push_back({input.name, options.output});
+            continue;
+        }
+        fs::path name = PathOf(FillName(options.name, input.name));
+        if (!options.files.format.empty() && options.name.ends_with("{ext}")) {
+            name.replace_extension(PathOf("." + options.files.format));
+        }
+        const fs::path path = (PathOf(options.outFolder) / PathOf(input.folder) / name).lexically_normal();
+        const auto [other, isNew] = inputOf.try_emplace(path, input.name);
+        if (!isNew) {
+            throw Failure(kExitUsage, other->second + " and " + input.name + " would both become " + Utf8(path) +
+                                          "; --name can keep them apart");
+        }
+        jobs.push_back({input.name, Utf8(path)});
+    }
+    if (!options.output.empty() && jobs.size() != 1) {
+        throw Failure(kExitUsage, options.output + ": is one output for " + std::to_string(jobs.size()) +
+                                      " inputs; --out-dir takes many");
+    }
+    return jobs;
+}
+
+// Takes one job after the other from a common list until none is left, or an interrupt ends it.
+class Workers {
+public:
+    Workers(const ReadyChain& chain, const BatchOptions& options, const std::vector<Job>& jobs, BatchReport& report)
+        : chain_(chain), options_(options), jobs_(jobs), report_(report) {}
+
+    void Run(unsigned count) {
+        std::vector<std::thread> threads;
+        for (unsigned i = 1; i < count; ++i) {
+            threads.emplace_back([this] { Work(); });
+        }
+        Work();
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+
+private:
+    void Work() {
+        for (std::size_t i = next_++; i < jobs_.size() && !Interrupted(); i = next_++) {
+            report_.Add(Do(jobs_[i]));
+        }
+    }
+    FileOutcome Do(const Job& job) const;
+    FileReport Apply(const Job& job) const;
+
+    const ReadyChain& chain_;
+    const BatchOptions& options_;
+    const std::vector<Job>& jobs_;
+    BatchReport& report_;
+    std::atomic<std::size_t> next_{0};
+};
+
+FileReport Workers::Apply(const Job& job) const {
+    std::error_code failed;
+    fs::create_directories(PathOf(job.output).parent_path(), failed); // what fails shows when the file is written
+    return RunOnFile(chain_, {job.input, job.output, {}}, options_.files,
+                     {.bar = !options_.quiet && jobs_.size() == 1, .lenient = true});
+}
+
+FileOutcome Workers::Do(const Job& job) const {
+    FileOutcome outcome;
+    outcome.input = job.input;
+    outcome.output = job.output;
+    std::error_code unknown;
+    if (options_.skipExisting && fs::exists(PathOf(job.output), unknown)) {
+        outcome.state = FileOutcome::State::kSkipped;
+        return outcome;
+    }
+    const auto fail = [&outcome](ExitCode code, const std::string& error) {
+        outcome.state = code == kExitCancelled ? FileOutcome::State::kCancelled : FileOutcome::State::kFailed;
+        outcome.code = code;
+        outcome.error = error;
+    };
+    const auto begin = std::chrono::steady_clock::now();
+    try {
+        outcome.pixels = Apply(job).pixels;
+    } catch (const Failure& failure) {
+        fail(failure.Code(), failure.what());
+    } catch (const std::bad_alloc&) {
+        fail(kExitEffectFailed, job.input + ": out of memory");
+    } catch (const std::length_error&) { // more than the system has addresses for
+        fail(kExitEffectFailed, job.input + ": out of memory");
+    } catch (const std::exception& error) {
+        fail(kExitEffectFailed, job.input + ": " + error.what());
+    }
+    outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    return outcome;
+}
+
+} // namespace
+
+ExitCode RunBatch(const ReadyChain& chain, const BatchOptions& options, std::ostream& out, std::ostream& err) {
+    const std::vector<Job> jobs = PlanJobs(chain, options);
+    const Voice voice = options.quiet ? Voice::kQuiet : options.verbose ? Voice::kVerbose : Voice::kNormal;
+    BatchReport report(jobs.size(), voice, options.json, out, err);
+    const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
+    const auto most = static_cast<unsigned>(std::min<std::size_t>(std::max<std::size_t>(jobs.size(), 1), 256));
+    Workers(chain, options, jobs, report).Run(std::min(options.jobs != 0 ? options.jobs : processors, most));
+    return report.Finish();
+}

@@ -1,0 +1,41 @@
+// One picture, or none, through a chain into a file.
+#ifndef QV8_APP_FILE_RUN_H
+#define QV8_APP_FILE_RUN_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "chain.h"
+
+struct FileNames {
+    std::string input; // empty for a chain that makes its picture
+    std::string output;
+    std::string maskOutput; // empty: the mask of the result is not wanted
+};
+
+// How files are read and written.
+struct FileOptions {
+    std::uint64_t maxPixels = std::uint64_t{256} << 20;
+    std::string format;         // empty: what the ending of the output's name asks for
+    std::optional<int> quality; // of JPEG; 90 unless given
+    bool mayReplace = false;    // an output that is there already
+};
+
+struct FileReport {
+    std::uint64_t pixels = 0; // of the input, or else of the output
+};
+
+// All that can be wrong with the names is found before the work. Throws a Failure.
+FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const FileOptions& options, ApplyMode mode);
+
+// Writes a result as it is. Throws a Failure.
+void SaveResult(const ChainResult& result, const FileNames& names, const FileOptions& options);
+
+// Throws a Failure when the file is there and may not be replaced.
+void RefuseToReplace(const std::string& output, bool mayReplace);
+
+// Whether two names mean one file, which need not be there yet.
+bool AreOneFile(const std::string& name, const std::string& other);
+
+#endif

@@ -1,0 +1,27 @@
+// A chain of effects in a file, and what is to become of its results.
+#ifndef QV8_APP_RECIPE_H
+#define QV8_APP_RECIPE_H
+
+#include <optional>
+#include <string>
+
+#include "step.h"
+
+struct Recipe {
+    Chain chain;
+    std::string name;   // pattern of the results' names; empty unless the recipe says it
+    std::string format; // likewise
+    std::optional<int> quality;
+    bool force = false;
+};
+
+// Whether the word before the files is the name of a recipe, and no chain.
+bool IsRecipeName(const std::string& word);
+
+// Reads a recipe from a file. Throws a Failure that names the line and the parameter of a mistake.
+Recipe LoadRecipe(const std::string& fileName);
+
+// The same from text.
+Recipe ParseRecipe(const std::string& text, const std::string& fileName);
+
+#endif
