@@ -7,6 +7,7 @@
 #include <map>
 #include <new>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 
 #include "batch_report.h"
@@ -66,19 +67,31 @@ public:
 
     void Run(unsigned count) {
         std::vector<std::thread> threads;
-        for (unsigned i = 1; i < count; ++i) {
-            threads.emplace_back([this] { Work(); });
+        threads.reserve(count);
+        try {
+            for (unsigned i = 1; i < count; ++i) {
+                threads.emplace_back([this] { Work(); });
+            }
+        } catch (const std::system_error&) { // then those that there are do it
         }
         Work();
         for (std::thread& thread : threads) {
             thread.join();
         }
+        if (outOfMemory_) {
+            throw std::bad_alloc();
+        }
     }
 
 private:
-    void Work() {
-        for (std::size_t i = next_++; i < jobs_.size() && !Interrupted(); i = next_++) {
-            report_.Add(Do(jobs_[i]));
+    // Nothing leaves it: an exception would end the program from a thread.
+    void Work() noexcept {
+        try {
+            for (std::size_t i = next_++; i < jobs_.size() && !Interrupted(); i = next_++) {
+                report_.Add(Do(jobs_[i]));
+            }
+        } catch (...) { // of what the report needs
+            outOfMemory_ = true;
         }
     }
     FileOutcome Do(const Job& job) const;
@@ -89,6 +102,7 @@ private:
     const std::vector<Job>& jobs_;
     BatchReport& report_;
     std::atomic<std::size_t> next_{0};
+    std::atomic<bool> outOfMemory_{false};
 };
 
 FileReport Workers::Apply(const Job& job) const {

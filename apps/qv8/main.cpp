@@ -1,9 +1,11 @@
 // Entry of the program: brings the command line into the same form on all systems.
+#include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "command_line.h"
+#include "pictures/failure.h"
 #include "pictures/interrupt.h"
 
 #ifdef _WIN32
@@ -75,5 +77,10 @@ struct StandardStreams {
 int main(int argc, char** argv) {
     [[maybe_unused]] const StandardStreams streams;
     WatchForInterrupt();
-    return RunCommandLine(Words(argc, argv), std::cout, std::cerr);
+    try {
+        return RunCommandLine(Words(argc, argv), std::cout, std::cerr);
+    } catch (...) { // there is not even memory for a message
+        std::fputs("qv8: out of memory\n", stderr);
+        return kExitEffectFailed;
+    }
 }
