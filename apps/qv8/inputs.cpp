@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iostream>
+#include <iterator>
 
 #include "pictures/failure.h"
 #include "pictures/input_file.h"
@@ -68,10 +70,15 @@ void AddFolder(const std::string& name, std::vector<InputFile>& inputs) {
     }
 }
 
+std::string FileText(const std::string& name) {
+    const std::vector<BYTE> bytes = ReadWholeFile(name, kLongestList, [](const std::vector<BYTE>&) {});
+    return std::string(bytes.begin(), bytes.end());
+}
+
 // Names are ended by zeros where there are any, as "find -print0" makes them, else by the ends of lines.
 std::vector<std::string> ReadList(const std::string& listName) {
-    const std::vector<BYTE> bytes = ReadWholeFile(listName, kLongestList, [](const std::vector<BYTE>&) {});
-    const std::string text(bytes.begin(), bytes.end());
+    const std::string text =
+        listName == "-" ? std::string(std::istreambuf_iterator<char>(std::cin), {}) : FileText(listName);
     const char separator = text.find('\0') != std::string::npos ? '\0' : '\n';
     std::vector<std::string> names;
     for (std::size_t at = 0; at < text.size();) {

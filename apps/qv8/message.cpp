@@ -34,7 +34,12 @@ struct Character {
 Character CharacterAt(const std::string& text, std::size_t at) {
     constexpr std::array<std::uint32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000}; // that needs so many bytes
     const auto first = static_cast<unsigned char>(text[at]);
-    const std::size_t bytes = first < 0x80 ? 1 : first < 0xC0 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF8 ? 4 : 0;
+    const std::size_t bytes = first < 0x80   ? 1
+                              : first < 0xC0 ? 0
+                              : first < 0xE0 ? 2
+                              : first < 0xF0 ? 3
+                              : first < 0xF8 ? 4
+                                             : 0;
     std::uint32_t code = bytes <= 1 ? first : first & (0x7FU >> bytes);
     for (std::size_t i = 1; i < bytes; ++i) {
         if (at + i >= text.size() || !ContinuesCharacter(text[at + i])) {
@@ -47,8 +52,8 @@ Character CharacterAt(const std::string& text, std::size_t at) {
 
 bool IsShown(const Character& character) {
     return character.bytes != 0 && std::none_of(kNotShown.begin(), kNotShown.end(), [&](const Span& span) {
-        return character.code >= span.first && character.code <= span.last;
-    });
+               return character.code >= span.first && character.code <= span.last;
+           });
 }
 
 std::string Shortened(const std::string& text) {

@@ -217,7 +217,12 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         {{"rgb-rev", "-in.bmp", out}, 2, "-in.bmp"},
         {{"rgb-rev", "--", "-in.bmp", out}, 3, "-in.bmp"},
         {{"rgb-rev", "a\nb\x1B[1m", out}, 3, "a?b?[1m: cannot"},
-        {{"rgb-rev", "\xC2\x9B""2J\xE2\x80\xAE\xC3\xA9\x9B\xC0\x8A", out}, 3, "?2J?\xC3\xA9???: cannot"},
+        {{"rgb-rev",
+          "\xC2\x9B"
+          "2J\xE2\x80\xAE\xC3\xA9\x9B\xC0\x8A",
+          out},
+         3,
+         "?2J?\xC3\xA9???: cannot"},
         {{"rgb-rev", longName, out}, 3, "nn ... nn"},
         {{"rgb-rev", in, folder.Name(longName + ".bmp")}, 4, "cannot be written"},
         {{"rgb-rev", "--ellipse", longName, in, out}, 2, "--ellipse"},
