@@ -3,8 +3,11 @@ add_library(qv8_flags INTERFACE)
 target_compile_options(qv8_flags INTERFACE -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Werror
                        # GCC 12 sees overlaps in std::string that are not there, at -O3
                        $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
-# The same arithmetic on every build: SSE2 registers of the named precision, and no fused multiply-add.
-target_compile_options(qv8_flags INTERFACE -msse2 -mfpmath=sse -ffp-contract=off)
+# The same arithmetic on every build: in the named precision, which on x86 takes SSE2 registers, and no fused multiply-add.
+target_compile_options(qv8_flags INTERFACE -ffp-contract=off)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86)$")
+  target_compile_options(qv8_flags INTERFACE -msse2 -mfpmath=sse)
+endif()
 target_include_directories(qv8_flags INTERFACE ${PROJECT_SOURCE_DIR}/include)
 
 if(QV8_SANITIZE)
