@@ -1,4 +1,27 @@
-// Compiled once per target, see layer_kernels.cpp.
+// Compiled once per target, see each_target.h.
+
+constexpr int kBlockBytes = 96; // whole pixels and whole vectors
+constexpr int kBlockPixels = kBlockBytes / 3;
+
+// For each byte of a block, which of the bytes around it belong to other pixels and do not matter to its own: 0xFF.
+struct OtherPixels {
+    BYTE twoBefore[kBlockBytes];
+    BYTE before[kBlockBytes];
+    BYTE after[kBlockBytes];
+    BYTE twoAfter[kBlockBytes];
+};
+
+constexpr OtherPixels FindOtherPixels() {
+    OtherPixels other = {};
+    for (int k = 0; k != kBlockBytes; ++k) {
+        other.twoBefore[k] = k % 3 == 2 ? 0 : 0xFF;
+        other.before[k] = k % 3 == 0 ? 0xFF : 0;
+        other.after[k] = k % 3 == 2 ? 0xFF : 0;
+        other.twoAfter[k] = k % 3 == 0 ? 0 : 0xFF;
+    }
+    return other;
+}
+constexpr OtherPixels kOther = FindOtherPixels();
 
 // What truncating (255 - a) * base / 255 + a * layer / 255 in double precision gives: the quotient of the whole sum.
 inline BYTE Blended(BYTE base, BYTE layer, BYTE opacity) {

@@ -2,7 +2,7 @@
 #include "convert/convert_color.h"
 #include "frame/rows.h"
 #include "pixels/indices.h"
-#include "pixels/luminance.h"
+#include "pixels/luminance_kernels.h"
 #include "pixels/pixel_fill.h"
 #include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"

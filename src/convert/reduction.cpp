@@ -5,7 +5,7 @@
 #include "convert/median_cut.h"
 #include "convert/popularity.h"
 #include "frame/rows.h"
-#include "pixels/luminance.h"
+#include "pixels/luminance_kernels.h"
 #include "pixels/palettes.h"
 #include "pixels/planar_chunks.h"
 

@@ -1,33 +1,7 @@
 #include "filter/box_mean_kernels.h"
 
-#include <immintrin.h>
-
-#include <cstddef>
-
 #include "simd/fixed_reciprocal.h"
-#include "simd/target.h"
 
-namespace qv8 {
-namespace {
-
-namespace baseline {
-#include "simd/lanes_sse2.inl"
-
-#include "filter/box_mean_kernels.inl"
-} // namespace baseline
-
-#include "simd/avx2_begin.h"
-namespace avx2 {
-#include "simd/lanes_avx2.inl"
-
-#include "filter/box_mean_kernels.inl"
-} // namespace avx2
-#include "simd/avx2_end.h"
-
-} // namespace
-
-const BoxMeanKernels& TheBoxMeanKernels() {
-    return PickKernels(baseline::kKernels, avx2::kKernels);
-}
-
-} // namespace qv8
+#define QV8_KERNELS BoxMeanKernels
+#define QV8_KERNELS_FILE "filter/box_mean_kernels.inl"
+#include "simd/each_target.h"

@@ -1,4 +1,8 @@
-// Compiled once per target, see box_mean_kernels.cpp.
+// Compiled once per target, see each_target.h.
+
+namespace narrow {
+#include "simd/lanes_16_bytes.inl"
+} // namespace narrow
 
 // The change of kWordLanes column sums.
 template <class Change>
@@ -72,12 +76,11 @@ void NarrowMeans(const WORD* sums, int radius, int step, int boxPixels, int coun
 // Three channels side by side are summed in one register, whose fourth lane the next store overwrites.
 void RunningSums(const WORD* __restrict values, int step, int count, DWORD* __restrict sums) {
     if (step == 3) {
-        __m128i sum = _mm_setzero_si128();
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums), sum);
+        auto sum = narrow::SpreadInt(0);
+        __builtin_memcpy(sums, &sum, sizeof sum);
         for (int i = 0; i < count; i += 3) {
-            const __m128i words = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(values + i));
-            sum = _mm_add_epi32(sum, _mm_unpacklo_epi16(words, _mm_setzero_si128()));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 3 + i), sum);
+            sum += narrow::LowInts(narrow::LoadFourWords(values + i));
+            __builtin_memcpy(sums + 3 + i, &sum, sizeof sum);
         }
         return;
     }

@@ -1,31 +1,7 @@
 #include "filter/convolution_kernels.h"
 
-#include <immintrin.h>
-
 #include "filter/convolution.h"
-#include "simd/target.h"
 
-namespace qv8 {
-namespace {
-
-namespace baseline {
-#include "simd/lanes_sse2.inl"
-
-#include "filter/convolution_kernels.inl"
-} // namespace baseline
-
-#include "simd/avx2_begin.h"
-namespace avx2 {
-#include "simd/lanes_avx2.inl"
-
-#include "filter/convolution_kernels.inl"
-} // namespace avx2
-#include "simd/avx2_end.h"
-
-} // namespace
-
-const ConvolutionKernels& TheConvolutionKernels() {
-    return PickKernels(baseline::kKernels, avx2::kKernels);
-}
-
-} // namespace qv8
+#define QV8_KERNELS ConvolutionKernels
+#define QV8_KERNELS_FILE "filter/convolution_kernels.inl"
+#include "simd/each_target.h"

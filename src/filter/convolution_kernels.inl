@@ -1,4 +1,4 @@
-// Compiled once per target, see convolution_kernels.cpp.
+// Compiled once per target, see each_target.h.
 
 struct VectorScale {
     Floats reciprocal;

@@ -1,30 +1,5 @@
 #include "filter/outline_kernels.h"
 
-#include <immintrin.h>
-
-#include "simd/target.h"
-
-namespace qv8 {
-namespace {
-
-namespace baseline {
-#include "simd/lanes_sse2.inl"
-
-#include "filter/outline_kernels.inl"
-} // namespace baseline
-
-#include "simd/avx2_begin.h"
-namespace avx2 {
-#include "simd/lanes_avx2.inl"
-
-#include "filter/outline_kernels.inl"
-} // namespace avx2
-#include "simd/avx2_end.h"
-
-} // namespace
-
-const OutlineKernels& TheOutlineKernels() {
-    return PickKernels(baseline::kKernels, avx2::kKernels);
-}
-
-} // namespace qv8
+#define QV8_KERNELS OutlineKernels
+#define QV8_KERNELS_FILE "filter/outline_kernels.inl"
+#include "simd/each_target.h"

@@ -1,4 +1,4 @@
-// Compiled once per target, see outline_kernels.cpp.
+// Compiled once per target, see each_target.h.
 
 struct Slopes {
     Words first;

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "frame/block_parts.h"
-#include "pixels/luminance.h"
+#include "pixels/luminance_kernels.h"
 #include "qv8com.h"
 
 namespace qv8 {

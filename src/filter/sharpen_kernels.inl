@@ -1,4 +1,6 @@
-// Compiled once per target, see sharpen_kernels.cpp.
+// Compiled once per target, see each_target.h.
+
+#include "pixels/ycc_lanes.inl"
 
 template <std::size_t kRows>
 inline void DifferencesOf(const BYTE* const* rows, const BYTE* centre, int count, short* result) {

@@ -1,4 +1,4 @@
-// Compiled once per target, see smoothing_kernels.cpp.
+// Compiled once per target, see each_target.h.
 
 void Means(const BYTE* samples, int step, int count, BYTE* result) {
     const Words third = SpreadWord(0x5556); // of sums up to 3 * 255, exact

@@ -1,4 +1,4 @@
-// Compiled once per target, see affine_kernels.cpp. All work on whole registers: arrays have room for that.
+// Compiled once per target, see each_target.h. All work on whole registers: arrays have room for that.
 
 // The numbers start, start + step ... in the lanes.
 inline Doubles Sequence(double start, double step) {
@@ -30,7 +30,7 @@ void Find(const Patch& givenPatch, int x, int y, int count, SpreadPlaces& places
     const Doubles one = SpreadDouble(1);
     const Doubles two = SpreadDouble(2);
     const Doubles smallest = SpreadDouble(0.0001);
-    const FewInts lastRow = SpreadInts(static_cast<int>(patch.height) - 1);
+    const FewInts lastRow = FewInts{} + (static_cast<int>(patch.height) - 1);
     for (int i = 0; i < count; i += kDoubleLanes, sNumerators += sStep, tNumerators += tStep) {
         const Doubles s = sNumerators / determinant;
         const Doubles t = tNumerators / determinant;
@@ -50,8 +50,8 @@ void Find(const Patch& givenPatch, int x, int y, int count, SpreadPlaces& places
         }
         // Numbers above -1 become 0 or more when they are cut off.
         hasPlace &= (column > -one) & (column < width) & (rowFromTop > -one) & (rowFromTop < height);
-        StoreInts(places.columns + i, TruncateDoubles(hasPlace ? column : -one));
-        StoreInts(places.rows + i, lastRow - TruncateDoubles(hasPlace ? rowFromTop : zero));
+        StoreFewInts(places.columns + i, TruncateDoubles(hasPlace ? column : -one));
+        StoreFewInts(places.rows + i, lastRow - TruncateDoubles(hasPlace ? rowFromTop : zero));
     }
 }
 

@@ -1,4 +1,13 @@
-// Included once for each target. All arithmetic is in single precision in the order written: it decides the results.
+// Compiled once per target, see each_target.h. All arithmetic is in single precision in the order written: it decides
+// the results.
+
+namespace narrow {
+#include "simd/lanes_16_bytes.inl"
+} // namespace narrow
+
+using Pixel = int __attribute__((vector_size(16)));
+using PixelOfFloats = float __attribute__((vector_size(16)));
+using PixelOfBytes = BYTE __attribute__((vector_size(4)));
 
 void WidenRow(const BYTE* __restrict row, std::uint32_t* __restrict sums, int count) {
     for (int i = 0; i < count; ++i) {
@@ -48,13 +57,6 @@ void AverageGroups(const std::uint32_t* __restrict sums, const PixelGroups& grou
     }
 }
 
-inline __m128i LoadWords(const WORD* sums) {
-    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(sums));
-}
-inline __m128i SpreadWord(WORD value) {
-    return _mm_set1_epi16(static_cast<short>(value));
-}
-
 template <int kStep>
 void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const FixedMean* __restrict means,
                   BYTE* __restrict result) {
@@ -63,19 +65,18 @@ void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const 
     const int count = groups.count;
     for (int i = 0; i < count; ++i) {
         const WORD* const from = sums + std::ptrdiff_t{first[i]} * kStep;
-        __m128i total = LoadWords(from);
+        narrow::Words total = narrow::LoadFourWords(from);
         for (int k = 1; k < columns[i]; ++k) {
-            total = _mm_add_epi16(total, LoadWords(from + std::ptrdiff_t{k} * kStep));
+            total += narrow::LoadFourWords(from + std::ptrdiff_t{k} * kStep);
         }
         const FixedMean& mean = means[columns[i]];
-        const __m128i product = _mm_mulhi_epu16(_mm_add_epi16(total, SpreadWord(mean.half)), SpreadWord(mean.factor));
-        const __m128i words = _mm_srl_epi16(product, _mm_cvtsi32_si128(mean.shift));
-        const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
-        __builtin_memcpy(result + std::ptrdiff_t{i} * kStep, &bytes, sizeof bytes);
+        const narrow::Words product =
+            narrow::HighProduct(total + narrow::SpreadWord(mean.half), narrow::SpreadWord(mean.factor));
+        narrow::StoreFourBytes(result + std::ptrdiff_t{i} * kStep, product >> mean.shift);
     }
 }
 
-void ToFloats(const BYTE* __restrict row, float* __restrict result, int count) {
+void WidenToFloats(const BYTE* __restrict row, float* __restrict result, int count) {
     for (int i = 0; i < count; ++i) {
         result[i] = static_cast<float>(row[i]);
     }
@@ -115,4 +116,4 @@ void BlendRows(const float* __restrict upper, const float* __restrict lower, flo
 
 constexpr ResizeKernels kKernels = {WidenRow,         AddRow<std::uint32_t>, AddRow<WORD>,    Average,
                                     AverageGroups<1>, AverageGroups<3>,      AverageSmall<1>, AverageSmall<3>,
-                                    ToFloats,         BlendColumns,          BlendTriples,    BlendRows};
+                                    WidenToFloats,    BlendColumns,          BlendTriples,    BlendRows};

@@ -1,30 +1,5 @@
 #include "geometry/rotation_kernels.h"
 
-#include <immintrin.h>
-
-#include "simd/target.h"
-
-namespace qv8 {
-namespace {
-
-namespace baseline {
-#include "simd/lanes_sse2.inl"
-
-#include "geometry/rotation_kernels.inl"
-} // namespace baseline
-
-#include "simd/avx2_begin.h"
-namespace avx2 {
-#include "simd/lanes_avx2.inl"
-
-#include "geometry/rotation_kernels.inl"
-} // namespace avx2
-#include "simd/avx2_end.h"
-
-} // namespace
-
-const RotationKernels& TheRotationKernels() {
-    return PickKernels(baseline::kKernels, avx2::kKernels);
-}
-
-} // namespace qv8
+#define QV8_KERNELS RotationKernels
+#define QV8_KERNELS_FILE "geometry/rotation_kernels.inl"
+#include "simd/each_target.h"

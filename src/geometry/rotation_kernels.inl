@@ -1,4 +1,4 @@
-// Compiled once per target, see rotation_kernels.cpp. All work on whole registers: arrays have room for that.
+// Compiled once per target, see each_target.h. All work on whole registers: arrays have room for that.
 
 inline Floats LoadFloats(const float* values) {
     Floats result;

@@ -1,5 +1,7 @@
-// Compiled once per target, see marking_kernels.cpp. Single precision in the written order: only the luminance is
+// Compiled once per target, see each_target.h. Single precision in the written order: only the luminance is
 // truncated on the way, the colour differences keep their fractions.
+
+#include "pixels/ycc_lanes.inl"
 
 void Raise(int strength, const PlanarRow& row, int count) {
     ForEachVector(

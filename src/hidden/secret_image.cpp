@@ -10,7 +10,7 @@
 #include "frame/status.h"
 #include "hidden/marking_kernels.h"
 #include "pixels/indices.h"
-#include "pixels/luminance.h"
+#include "pixels/luminance_kernels.h"
 #include "pixels/pixel_format.h"
 #include "pixels/planar_chunks.h"
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "pixels/pixel_kernels.h"
+
 namespace qv8 {
 namespace {
 
@@ -22,16 +24,6 @@ void CopyIntoByte(const BYTE* source, std::size_t sourceBit, BYTE& byte, std::si
     byte = static_cast<BYTE>((byte & ~mask) | (BitsAt(source, sourceBit, count) >> shift & mask));
 }
 
-void CopyWholeBytes(const BYTE* __restrict source, std::size_t shift, BYTE* __restrict result, std::size_t bytes) {
-    if (shift == 0) {
-        std::memcpy(result, source, bytes);
-        return;
-    }
-    for (std::size_t i = 0; i < bytes; ++i) {
-        result[i] = static_cast<BYTE>(source[i] << shift | source[i + 1] >> (8 - shift));
-    }
-}
-
 } // namespace
 
 void CopyBits(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size_t resultBit, std::size_t count) {
@@ -43,7 +35,11 @@ void CopyBits(const BYTE* source, std::size_t sourceBit, BYTE* result, std::size
     const std::size_t from = sourceBit + head;
     const std::size_t to = resultBit + head;
     if (bytes != 0) {
-        CopyWholeBytes(source + from / 8, from % 8, result + to / 8, bytes);
+        if (from % 8 == 0) {
+            std::memcpy(result + to / 8, source + from / 8, bytes);
+        } else {
+            ThePixelKernels().shiftBits(source + from / 8, static_cast<int>(from % 8), result + to / 8, bytes);
+        }
     }
     const std::size_t tail = (count - head) % 8;
     if (tail != 0) {

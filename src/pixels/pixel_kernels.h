@@ -32,6 +32,8 @@ struct PixelKernels {
     // Packed 24-bit pixels into 32-bit ones with a fourth byte of 0, and back.
     void (*widen24)(const BYTE* source, BYTE* result, int count);
     void (*narrow32)(const BYTE* source, BYTE* result, int count);
+    // Bytes made of the eight bits from bit `shift` (1..7) of a byte on, the most significant one being bit 0.
+    void (*shiftBits)(const BYTE* source, int shift, BYTE* result, std::size_t bytes);
 };
 
 const PixelKernels& ThePixelKernels();

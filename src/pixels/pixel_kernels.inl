@@ -1,7 +1,30 @@
-// Compiled once per target, see pixel_kernels.cpp. Products fit 16 bits, so that eight or sixteen pixels fit a
+// Compiled once per target, see each_target.h. Products fit 16 bits, so that eight or sixteen pixels fit a
 // register.
 
-// The divisions by 31, 63 and 255, as a product and a shift; proved for every value in pixel_kernels.cpp.
+// The divisions by 31, 63 and 255, as a product and a shift, and the proof of it for every value.
+constexpr unsigned kWiden5Factor = 2106;
+constexpr unsigned kWiden5Shift = 8;
+constexpr unsigned kWiden6Factor = 49; // value * 85 / 21 is value * 4 + value / 21
+constexpr unsigned kWiden6Shift = 10;
+constexpr unsigned kNarrow5Factor = 249;
+constexpr unsigned kNarrow5Shift = 11;
+constexpr unsigned kNarrow6Factor = 253;
+constexpr unsigned kNarrow6Shift = 10;
+
+constexpr bool FactorsAreExact() {
+    bool exact = true;
+    for (unsigned v = 0; v != 64; ++v) {
+        exact = exact && (v > 31 || (v * kWiden5Factor <= 0xFFFF && (v * kWiden5Factor >> kWiden5Shift) == Widen5(v)));
+        exact = exact && v * 4 + (v * kWiden6Factor >> kWiden6Shift) == Widen6(v);
+    }
+    for (unsigned v = 0; v != 256; ++v) {
+        exact = exact && v * kNarrow5Factor <= 0xFFFF && (v * kNarrow5Factor >> kNarrow5Shift) == Narrow5(v);
+        exact = exact && v * kNarrow6Factor <= 0xFFFF && (v * kNarrow6Factor >> kNarrow6Shift) == Narrow6(v);
+    }
+    return exact;
+}
+static_assert(FactorsAreExact());
+
 inline WORD FastWiden5(unsigned value) {
     return static_cast<WORD>(static_cast<WORD>(value * kWiden5Factor) >> kWiden5Shift);
 }
@@ -189,10 +212,17 @@ void Narrow32(const BYTE* __restrict source, BYTE* __restrict result, int count)
     }
 }
 
+void ShiftBits(const BYTE* __restrict source, int shift, BYTE* __restrict result, std::size_t bytes) {
+    for (std::size_t i = 0; i < bytes; ++i) {
+        result[i] = static_cast<BYTE>(source[i] << shift | source[i + 1] >> (8 - shift));
+    }
+}
+
 constexpr PixelKernels kKernels = {{Decode555, Encode555},
                                    {Decode565, Encode565},
                                    {DecodeBlack, Encode565},
                                    {DecodeBgr, EncodeBgr},
                                    {DecodeBgrx, EncodeBgrx, ClearFourthBytes},
                                    Widen24,
-                                   Narrow32};
+                                   Narrow32,
+                                   ShiftBits};

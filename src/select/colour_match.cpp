@@ -1,37 +1,10 @@
 #include "select/colour_match.h"
 
-#include <immintrin.h>
-
-#include "pixels/luminance.h"
-#include "simd/target.h"
+#include "pixels/luminance_kernels.h"
+#include "select/colour_match_kernels.h"
 
 namespace qv8 {
 namespace {
-
-struct MatchKernels {
-    // The colour differences, around 128.
-    void (*differences)(const PlanarRow& row, BYTE* cr, BYTE* cb, int count);
-    // Compares one, two or three components.
-    void (*compare[3])(const BYTE* const* components, const BYTE* key, WORD limit, BYTE* matches, int count);
-};
-
-namespace baseline {
-#include "simd/lanes_sse2.inl"
-
-#include "pixels/ycc_lanes.inl"
-
-#include "select/colour_match.inl"
-} // namespace baseline
-
-#include "simd/avx2_begin.h"
-namespace avx2 {
-#include "simd/lanes_avx2.inl"
-
-#include "pixels/ycc_lanes.inl"
-
-#include "select/colour_match.inl"
-} // namespace avx2
-#include "simd/avx2_end.h"
 
 // What a mode compares, as planar components: the channels themselves, or computed ones.
 struct ComparedComponents {
@@ -41,7 +14,7 @@ struct ComparedComponents {
 };
 
 void ComputeComponents(MatchMode mode, PlanarChunk& chunk, int count, ComparedComponents& result) {
-    const MatchKernels& kernels = PickKernels(baseline::kKernels, avx2::kKernels);
+    const ColourMatchKernels& kernels = TheColourMatchKernels();
     switch (mode) {
     case MatchMode::kRgb:
         result.planes[0] = chunk.red;
@@ -80,7 +53,7 @@ ColourMatcher MakeColourMatcher(MatchMode mode, const RGBQUAD& key, BYTE toleran
 }
 
 void MatchColours(const ColourMatcher& matcher, PlanarChunk& chunk, int count, BYTE* matches) {
-    const MatchKernels& kernels = PickKernels(baseline::kKernels, avx2::kKernels);
+    const ColourMatchKernels& kernels = TheColourMatchKernels();
     ComparedComponents components;
     ComputeComponents(matcher.mode, chunk, count, components);
     kernels.compare[components.count - 1](components.planes, matcher.components, matcher.limit, matches, count);

@@ -1,4 +1,4 @@
-// Eight lanes of a vector register, see lanes_sse2.inl.
+// The lanes of a 32-byte register, for an x86 processor with AVX2; lanes_x86.inl says what they are.
 
 constexpr int kLanes = 8;
 using Floats = __m256;
@@ -99,4 +99,44 @@ inline Bytes Larger(Bytes a, Bytes b) {
 }
 inline Bytes Excess(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_subs_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Bytes LoadPixels24(const BYTE* pixels) {
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + 12));
+    return reinterpret_cast<Bytes>(_mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1));
+}
+inline void StorePixels24(BYTE* pixels, Bytes value) {
+    const auto both = reinterpret_cast<__m256i>(value);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), _mm256_castsi256_si128(both));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + 12), _mm256_extracti128_si256(both, 1));
+}
+inline Bytes LoadPlaces(const BYTE (&places)[16]) {
+    const __m128i once = _mm_loadu_si128(reinterpret_cast<const __m128i*>(places));
+    return reinterpret_cast<Bytes>(_mm256_broadcastsi128_si256(once));
+}
+
+constexpr bool kHasByteShuffle = true;
+
+inline Bytes ShuffleBytes(Bytes value, Bytes places) {
+    return reinterpret_cast<Bytes>(
+        _mm256_shuffle_epi8(reinterpret_cast<__m256i>(value), reinterpret_cast<__m256i>(places)));
+}
+
+// --- Doubles: half of kLanes lanes, whose whole numbers take 16 bytes ------------------------------------------------
+
+constexpr int kDoubleLanes = 4;
+using Doubles = __m256d;
+using FewInts = int __attribute__((vector_size(16)));
+
+inline Doubles SpreadDouble(double value) {
+    return _mm256_set1_pd(value);
+}
+inline Doubles SquareRoot(Doubles value) {
+    return _mm256_sqrt_pd(value);
+}
+inline FewInts TruncateDoubles(Doubles value) {
+    return reinterpret_cast<FewInts>(_mm256_cvttpd_epi32(value));
+}
+inline void StoreFewInts(int* ints, FewInts value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(ints), reinterpret_cast<__m128i>(value));
 }

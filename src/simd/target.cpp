@@ -1,7 +1,26 @@
 #include "simd/target.h"
 
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 namespace qv8 {
 namespace {
+
+#define QV8_NAME(target) #target
+#define QV8_TARGET_ROW(target, isSupported) QV8_NAME(target),
+constexpr const char* kNames[] = {
+#include "simd/targets.inl"
+};
+#undef QV8_TARGET_ROW
+
+constexpr auto kTargets = [] {
+    std::array<Target, std::size(kNames)> targets = {};
+    for (std::size_t i = 0; i != targets.size(); ++i) {
+        targets[i] = static_cast<Target>(i);
+    }
+    return targets;
+}();
 
 Target currentTarget = Target::kBaseline;
 
@@ -11,21 +30,27 @@ Target currentTarget = Target::kBaseline;
 #define QV8_REALIGN
 #endif
 
-// Runs while the library is loaded, before any call can come in. Asking for "avx2" covers the system's side, saving the
-// wide registers, too.
+// Runs while the library is loaded, before any call can come in.
 __attribute__((constructor)) QV8_REALIGN void ChooseTarget() {
+#if defined(__x86_64__) || defined(__i386__)
     __builtin_cpu_init();
+#endif
     currentTarget = BestTarget();
 }
 
 } // namespace
 
+// Asking for a feature covers the system's side, saving the wide registers, too.
 Target BestTarget() {
-    return __builtin_cpu_supports("avx2") ? Target::kAvx2 : Target::kBaseline;
+#define QV8_TARGET_ROW(target, isSupported) isSupported,
+    const bool supported[] = {
+#include "simd/targets.inl"
+    };
+#undef QV8_TARGET_ROW
+    return static_cast<Target>(std::find(std::begin(supported), std::end(supported), false) - supported - 1);
 }
 
 std::span<const Target> RunnableTargets() {
-    static constexpr Target kTargets[] = {Target::kBaseline, Target::kAvx2};
     return std::span(kTargets).first(static_cast<std::size_t>(BestTarget()) + 1);
 }
 
@@ -34,7 +59,11 @@ Target CurrentTarget() {
 }
 
 void UseTarget(Target target) {
-    currentTarget = target == Target::kAvx2 ? BestTarget() : Target::kBaseline;
+    currentTarget = std::min(target, BestTarget());
+}
+
+const char* NameOf(Target target) {
+    return kNames[static_cast<int>(target)];
 }
 
 } // namespace qv8

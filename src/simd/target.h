@@ -5,9 +5,10 @@
 
 namespace qv8 {
 
-enum class Target { kBaseline, kAvx2 }; // each can do what those before it can
+// A place in the list of targets.inl.
+enum class Target : int { kBaseline };
 
-// The best target that this processor and system can run.
+// The best target that this processor and system can run; they can run all before it, too.
 Target BestTarget();
 
 // All that can run here, the baseline first. For tests and benchmarks.
@@ -16,13 +17,11 @@ std::span<const Target> RunnableTargets();
 // The target in use: the best one, unless a test or benchmark has chosen another.
 Target CurrentTarget();
 
-// For tests and benchmarks. A target that cannot run here is ignored. Not for use while calls are running.
+// For tests and benchmarks. Of a target that cannot run here the best one that can takes the place. Not for use while
+// calls are running.
 void UseTarget(Target target);
 
-// The table of kernels for the target in use. Families of kernels keep one const table per target.
-template <class Kernels>
-const Kernels& PickKernels(const Kernels& baseline, const Kernels& avx2) {
-    return CurrentTarget() == Target::kAvx2 ? avx2 : baseline;
-}
+// What the target is called, such as "avx2".
+const char* NameOf(Target target);
 
 } // namespace qv8

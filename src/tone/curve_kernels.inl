@@ -1,4 +1,4 @@
-// Compiled once per target, see curve_kernels.cpp.
+// Compiled once per target, see each_target.h.
 
 inline BYTE Shifted(BYTE value, BYTE flip, BYTE add, BYTE subtract) {
     const auto flipped = static_cast<BYTE>(value ^ flip);

@@ -4,7 +4,7 @@
 
 #include "frame/rows.h"
 #include "pixels/indices.h"
-#include "pixels/luminance.h"
+#include "pixels/luminance_kernels.h"
 #include "pixels/palettes.h"
 #include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"

@@ -1,37 +1,10 @@
 #include "tone/ycc_kernels.h"
 
-#include <immintrin.h>
-
-#include <cstring>
-
-#include "simd/target.h"
+#define QV8_KERNELS YccKernels
+#define QV8_KERNELS_FILE "tone/ycc_kernels.inl"
+#include "simd/each_target.h"
 
 namespace qv8 {
-namespace {
-
-namespace baseline {
-#include "simd/lanes_sse2.inl"
-
-#include "pixels/ycc_lanes.inl"
-
-#include "tone/ycc_kernels.inl"
-} // namespace baseline
-
-#include "simd/avx2_begin.h"
-namespace avx2 {
-#include "simd/lanes_avx2.inl"
-
-#include "pixels/ycc_lanes.inl"
-
-#include "tone/ycc_kernels.inl"
-} // namespace avx2
-#include "simd/avx2_end.h"
-
-} // namespace
-
-const YccKernels& TheYccKernels() {
-    return PickKernels(baseline::kKernels, avx2::kKernels);
-}
 
 RGBQUAD FromYcc(float y, float cr, float cb) {
     const baseline::Colours colours = baseline::Back(baseline::Spread(y), baseline::Spread(cr), baseline::Spread(cb));

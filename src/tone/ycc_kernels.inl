@@ -1,5 +1,7 @@
-// Compiled once per target, see ycc_kernels.cpp. Every product and sum is single precision in the written order, and
+// Compiled once per target, see each_target.h. Every product and sum is single precision in the written order, and
 // every component is truncated to an integer in between: that is what the results are made of.
+
+#include "pixels/ycc_lanes.inl"
 
 inline Floats Shift(Ints value, const ComponentShift& shift) {
     using Unsigned = unsigned __attribute__((vector_size(sizeof(Ints))));

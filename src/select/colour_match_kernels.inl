@@ -1,4 +1,6 @@
-// Compiled once per target, see colour_match.cpp.
+// Compiled once per target, see each_target.h.
+
+#include "pixels/ycc_lanes.inl"
 
 // Whole vectors only: the channels and the results have room for them.
 void Differences(const PlanarRow& channels, BYTE* cr, BYTE* cb, int count) {
@@ -33,4 +35,4 @@ void Compare(const BYTE* const* components, const BYTE* key, WORD limit, BYTE* _
     }
 }
 
-constexpr MatchKernels kKernels = {Differences, {Compare<1>, Compare<2>, Compare<3>}};
+constexpr ColourMatchKernels kKernels = {Differences, {Compare<1>, Compare<2>, Compare<3>}};

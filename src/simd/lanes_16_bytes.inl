@@ -1,0 +1,7 @@
+// Lanes of 16 bytes on every target, for what works on one pixel at a time however wide the registers are. Included by
+// kernels inside a namespace of their own, beside the lanes of the target.
+#if defined(__x86_64__) || defined(__i386__)
+#include "simd/lanes_sse2.inl"
+#else
+#include "simd/lanes_portable.inl"
+#endif
