@@ -2,7 +2,6 @@
 #pragma once
 
 #include "frame/progress.h"
-#include "pixels/dib.h"
 
 namespace qv8 {
 

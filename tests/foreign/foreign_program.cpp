@@ -1,5 +1,5 @@
 // A program as others write them: it loads Qv8Effect.dll at run time, next to a companion of its own, and keeps its
-// stack aligned to 4 bytes only. It declares the exports for itself, from their published arguments.
+// stack aligned to 4 bytes only. It calls the exports by their names and the number of their arguments.
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -23,51 +23,18 @@ void Check(bool condition, const std::string& what) {
     }
 }
 
-// Every export of the finished library with its 32-bit argument slots, and whether it has a progress dialog.
+// Every export with its 32-bit arguments. The last four are about progress, unless there is but one.
 struct Export {
     const char* name;
     int slots;
-    bool hasDialog = true;
+
+    bool HasDialog() const {
+        return slots > 1;
+    }
 };
 
 constexpr Export kExports[] = {
-    {"QV8RGBGamma", 16},
-    {"QV8RGBLevel", 13},
-    {"QV8RGBRev", 13},
-    {"QV8YCCGamma", 16},
-    {"QV8YCCLevel", 13},
-    {"QV8YCCRev", 13},
-    {"QV8Chroma", 11},
-    {"QV8SetGray", 5},
-    {"QV8ConvertColor", 9},
-    {"QV8CustomFilter", 16},
-    {"QV8Sharp", 11},
-    {"QV8Emboss", 13},
-    {"QV8Shade", 11},
-    {"QV8RemoveNoise", 12},
-    {"QV8AntiAlias", 10},
-    {"QV8Mosaic", 12},
-    {"QV8Outline", 13},
-    {"QV8SelectImage", 13},
-    {"QV8SelectImageEx", 14},
-    {"QV8AutoSelectImage", 15},
-    {"QV8AutoSelectImageEx", 16},
-    {"QV8Resize", 8},
-    {"QV8ResizeEx", 9},
-    {"QV8Rotation", 13},
-    {"QV8RotationEx", 14},
-    {"QV8Affine", 13},
-    {"QV8Panorama", 18},
-    {"QV8PasteImage", 16},
-    {"QV8Layer", 16},
-    {"QV8CreateImage", 10},
-    {"QV8CopyImage", 5},
-    {"QV8SetToClipBrd", 6},
-    {"QV8GetFromClipBrd", 5},
-    {"QV8IsClipBrdData", 1, false},
-    {"QV8ClearClipBrd", 1, false},
-    {"QV8SetSecretImage", 20},
-    {"QV8CheckSecretImage", 7},
+#include "exports.inl"
 };
 
 HMODULE library = nullptr;
@@ -84,7 +51,7 @@ void CheckStackAndDialog(const Export& row) {
     for (const DWORD owner : {DWORD{0}, DWORD{0x12345678}}) {
         for (int phase = 0; phase != 16; phase += 4) {
             std::vector<DWORD> arguments(static_cast<std::size_t>(row.slots));
-            if (row.hasDialog) {
+            if (row.HasDialog()) {
                 DWORD* const last = &arguments.back();
                 last[-3] = owner;
                 last[-2] = 0xA1;
@@ -98,7 +65,7 @@ void CheckStackAndDialog(const Export& row) {
                 GlobalFree(reinterpret_cast<HGLOBAL>(outcome.eax));
             }
             const std::string context = std::string(row.name) + " at phase " + std::to_string(phase);
-            const int dialogs = row.hasDialog && owner == 0 ? 1 : 0;
+            const int dialogs = row.HasDialog() && owner == 0 ? 1 : 0;
             Check(outcome.bytesRemoved == row.slots * 4, context + ": removed " + std::to_string(outcome.bytesRemoved));
             Check(companionRecord.dialogsOpened == dialogs, context + ": dialogs opened");
             Check(companionRecord.dialogsClosed == dialogs, context + ": dialogs closed");
@@ -112,15 +79,13 @@ void CheckStackAndDialog(const Export& row) {
 }
 
 void CheckAllExports() {
-    int present = 0;
     for (const Export& row : kExports) {
-        if (GetProcAddress(library, row.name) != nullptr) {
-            ++present;
+        const bool isThere = GetProcAddress(library, row.name) != nullptr;
+        Check(isThere, std::string(row.name) + " is missing");
+        if (isThere) {
             CheckStackAndDialog(row);
         }
     }
-    std::printf("%d of %d exports are there\n", present, static_cast<int>(sizeof kExports / sizeof *kExports));
-    Check(present == static_cast<int>(sizeof kExports / sizeof *kExports), "exports are missing");
 }
 
 // A 24-bit picture, large enough for vector code; each pixel holds blue 10, green 20, red 30.
