@@ -22,30 +22,33 @@ extern "C" {
 /* --- What Qv8Effect calls ----------------------------------------------------------------------------------------- */
 
 /* Opens the progress dialog of the calling thread.
-     owner   window that is disabled while the dialog is open (for a control, the window it is in), or 0; what is not
-             a window counts as 0
-     title   caption as an LPCSTR, or 0 for the default caption
-     unused  0
-   Returns non-zero, or 0 when the dialog could not be made. Every successful call is undone by PercentDlgClose; a
-   dialog opened while another is open on the same thread covers it until it is closed.
-   On Windows this is a modeless dialog with a progress bar, the percentage in its caption and a Cancel button (the Esc
-   key works too). Elsewhere it is one line on standard error when that is a terminal, and nothing otherwise. */
+     owner   window that is disabled while the dialog is in sight (for a control, the window it is in), or 0; what is
+   not a window counts as 0 title   caption as an LPCSTR, or 0 for the default caption unused  0 Returns non-zero, or 0
+   when the dialog could not be made. Every successful call is undone by PercentDlgClose; a dialog opened while another
+   is open on the same thread covers it until it is closed. On Windows this is a modeless dialog in the middle of its
+   owner, with a progress bar, the percentage in its caption and a Cancel button (the Esc key works too). It comes into
+   sight with the first report after 200 ms; until then the owner can be used and no message is served, so that short
+   work never takes the focus. Where no window can be made then, the work goes on without. Elsewhere it is one line on
+   standard error when that is a terminal, and nothing otherwise. */
 QV8COM_EXPORT int QV8API PercentDlgOpen(DWORD_PTR owner, DWORD_PTR title, DWORD_PTR unused);
 
 /* Reports that step `current` of `last` (both counted from 0) is done, within the slice `fromPercent`..`toPercent` of
    the whole work; a `last` of 0 counts as finished.
-     progressOwner  0: the dialog of the calling thread is brought up to date, and its messages are served;
+     progressOwner  0: the dialog of the calling thread is brought up to date, and its messages are served, both at
+                    most every 50 ms;
                     a number from AddProgressOwner: its callback is called;
                     on Windows also a window handle: it is sent QV8_PROGRESS_MESSAGE;
                     anything else is ignored and the work goes on.
    Returns 0 when the work is to be cancelled, non-zero otherwise. */
 QV8COM_EXPORT int QV8API PercentProgress(int current, int last, int fromPercent, int toPercent, DWORD progressOwner);
 
-/* Removes the dialog that PercentDlgOpen opened last on the calling thread and enables its owner again. Does nothing
-   when none is open, or when called by a window procedure while PercentProgress serves the messages of the dialog. */
+/* Removes the dialog that PercentDlgOpen opened last on the calling thread and enables its owner again. The status of
+   the thread stays, whatever windows call that hear of it. Does nothing when none is open, or when called by a window
+   procedure while PercentProgress serves the messages of the dialog. */
 QV8COM_EXPORT void QV8API PercentDlgClose(void);
 
-/* Records the outcome of the call that is under way; kept per thread. `code` is one of the QV8_STATUS values. */
+/* Records the outcome of the call that is under way; kept per thread. One that cannot be kept, as the system has no
+   memory for a thread's first, reads as 3, out of memory. `code` is one of the QV8_STATUS values. */
 QV8COM_EXPORT void QV8API SetErrorStatus(int code);
 
 /* Number of entries in the colour table of a locked picture: `biClrUsed` when that is not 0, else 2, 16 or 256 at 1, 4

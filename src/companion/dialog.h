@@ -16,7 +16,7 @@ struct ProgressDialogDeleter {
 // Removes the dialog and enables its owner when it goes out of scope.
 using ProgressDialogPtr = std::unique_ptr<ProgressDialog, ProgressDialogDeleter>;
 
-// Shows a dialog at 0 %, its owner disabled. Null when it could not be made; may throw std::bad_alloc.
+// A dialog at 0 %. Null when memory is short. It may come into sight later only.
 ProgressDialogPtr MakeProgressDialog(HWND owner, LPCSTR title);
 
 // Brings the dialog to `percent` and serves the messages of the thread. Returns false once the user has cancelled.

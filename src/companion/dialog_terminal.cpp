@@ -2,9 +2,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <string>
 
 #include "companion/dialog.h"
+#include "companion/without_throwing.h"
 
 namespace qv8 {
 namespace {
@@ -12,25 +12,23 @@ namespace {
 constexpr int kBarCells = 20;
 constexpr std::size_t kMaxTitleBytes = 40; // the line must not wrap, or it could not be rewritten
 
-// Control characters would move the cursor.
-std::string LineTitle(LPCSTR title) {
-    std::string result;
-    for (const char* letter = title; *letter != '\0' && result.size() < kMaxTitleBytes; ++letter) {
-        const auto code = static_cast<unsigned char>(*letter);
-        result += code < ' ' || code == 0x7F ? ' ' : *letter;
-    }
-    return result;
-}
-
 } // namespace
 
-struct ProgressDialog {
-    std::string title;
-    bool isVisible;
+struct ProgressDialog : NullWhenMemoryIsShort {
+    char title[kMaxTitleBytes + 1] = {};
+    bool isVisible = isatty(STDERR_FILENO) != 0;
     int percent = -1;
 };
 
 namespace {
+
+// Control characters would move the cursor.
+void SetTitle(ProgressDialog& dialog, LPCSTR title) {
+    for (std::size_t place = 0; place != kMaxTitleBytes && title[place] != '\0'; ++place) {
+        const auto code = static_cast<unsigned char>(title[place]);
+        dialog.title[place] = code < ' ' || code == 0x7F ? ' ' : title[place];
+    }
+}
 
 void DrawLine(const ProgressDialog& dialog) {
     const int filled = dialog.percent * kBarCells / 100;
@@ -38,7 +36,7 @@ void DrawLine(const ProgressDialog& dialog) {
     for (int cell = 0; cell < kBarCells; ++cell) {
         bar[cell] = cell < filled ? '#' : '-';
     }
-    std::fprintf(stderr, "\r%s [%s] %d %%\x1B[K", dialog.title.c_str(), bar, dialog.percent);
+    std::fprintf(stderr, "\r%s [%s] %d %%\x1B[K", dialog.title, bar, dialog.percent);
     std::fflush(stderr);
 }
 
@@ -53,9 +51,11 @@ void ProgressDialogDeleter::operator()(ProgressDialog* dialog) const {
 }
 
 ProgressDialogPtr MakeProgressDialog(HWND, LPCSTR title) {
-    ProgressDialogPtr dialog(
-        new ProgressDialog{LineTitle(title != nullptr ? title : "Working"), isatty(STDERR_FILENO) != 0});
-    ShowProgress(*dialog, 0);
+    ProgressDialogPtr dialog(new ProgressDialog);
+    if (dialog) {
+        SetTitle(*dialog, title != nullptr ? title : "Working");
+        ShowProgress(*dialog, 0);
+    }
     return dialog;
 }
 

@@ -1,32 +1,42 @@
 // The progress dialog on Windows: a modeless dialog with a bar and a Cancel button, made without resources.
+//
+// Making a window, drawing it and serving messages cost far more than most effects. So there is none until the work has
+// lasted for a while, and from then on it is seldom brought up to date; until then nothing but the clock is read.
 #include <windows.h>
 
 #include <commctrl.h>
 
-#include <string>
+#include <algorithm>
+#include <atomic>
+#include <cstring>
 
 #include "companion/dialog.h"
 #include "companion/entry.h"
+#include "companion/without_throwing.h"
 
 namespace qv8 {
 
-struct ProgressDialog {
-    HWND window = nullptr; // null again when others have destroyed it
+struct ProgressDialog : NullWhenMemoryIsShort {
+    HWND owner = nullptr;
+    HWND window = nullptr; // null until it is shown, and again when others have destroyed it
     HWND bar = nullptr;
-    HWND disabledOwner = nullptr; // the window to be enabled at the end; null when it was disabled before
-    std::string caption;          // the title and, behind it, the percentage
+    HWND disabledOwner = nullptr;                 // to be enabled at the end; null when it was disabled before
+    std::unique_ptr<char[], FreeDeleter> caption; // the title and, behind it, the percentage
     std::size_t titleLength = 0;
-    int percent = -1;
+    int shownPercent = -1;
+    DWORD openedAt = 0;
     DWORD servedAt = 0;
+    bool wasTried = false; // the window was made, or could not be
     bool cancelled = false;
 };
 
 namespace {
 
-constexpr DWORD kServeEvery = 10; // milliseconds; a row may take a microsecond
+constexpr DWORD kShowAfter = 200; // milliseconds, here and below
+constexpr DWORD kServeEvery = 50;
+constexpr UINT kAnswerWithin = 2000;
 constexpr int kMostMessages = 100;
-constexpr UINT kAnswerWithin = 2000; // milliseconds
-constexpr std::size_t kPercentLength = sizeof " 100 %";
+constexpr std::size_t kPercentSize = sizeof " 100 %";
 
 // A dialog without controls; they are added once its font is known. Sizes are in dialog units.
 struct EmptyDialog {
@@ -107,38 +117,67 @@ void ServeMessages(ProgressDialog& dialog) {
     }
 }
 
-void DrawPercent(ProgressDialog& dialog) {
-    dialog.caption.resize(dialog.titleLength);
-    dialog.caption += ' ';
-    dialog.caption += std::to_string(dialog.percent);
-    dialog.caption += " %";
-    SetWindowTextA(dialog.window, dialog.caption.c_str());
-    SendMessageA(dialog.bar, PBM_SETPOS, static_cast<WPARAM>(dialog.percent), 0);
+void DrawPercent(ProgressDialog& dialog, int percent) {
+    dialog.shownPercent = percent;
+    wsprintfA(dialog.caption.get() + dialog.titleLength, " %d %%", percent);
+    SetWindowTextA(dialog.window, dialog.caption.get());
+    SendMessageA(dialog.bar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
 }
 
-bool MakeWindow(ProgressDialog& dialog, HWND owner) {
+// In the middle of the owner, but on the screen with all of it. Without an owner the system has put it in the middle of
+// the screen.
+void CentreOnOwner(HWND window, HWND owner) {
+    RECT below;
+    RECT own;
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (!IsWindowVisible(owner) || IsIconic(owner) || !GetWindowRect(owner, &below) || !GetWindowRect(window, &own) ||
+        !GetMonitorInfoA(MonitorFromWindow(owner, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        return;
+    }
+    const RECT& screen = monitor.rcWork;
+    const LONG width = own.right - own.left;
+    const LONG height = own.bottom - own.top;
+    const LONG left = below.left + (below.right - below.left - width) / 2;
+    const LONG top = below.top + (below.bottom - below.top - height) / 2;
+    SetWindowPos(window, nullptr, std::max(std::min(left, screen.right - width), screen.left),
+                 std::max(std::min(top, screen.bottom - height), screen.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+bool AddControls(ProgressDialog& dialog) {
+    dialog.bar = AddControl(dialog.window, PROGRESS_CLASSA, "", 0, 0, kBarPlace);
+    const HWND cancel =
+        AddControl(dialog.window, "BUTTON", "Cancel", BS_DEFPUSHBUTTON | WS_TABSTOP, IDCANCEL, kCancelPlace);
+    return dialog.bar != nullptr && cancel != nullptr;
+}
+
+// The work goes on without a window that cannot be made.
+void MakeWindow(ProgressDialog& dialog, int percent) {
+    dialog.wasTried = true;
+    const HWND owner = TopLevelOwner(dialog.owner);
     const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_PROGRESS_CLASS};
     if (!InitCommonControlsEx(&classes)) {
-        return false;
+        return;
     }
     dialog.window =
         CreateDialogIndirectParamA(GetModuleHandleA(nullptr), &kEmptyDialog.dialog, owner, DialogProcedure, 0);
     if (dialog.window == nullptr) {
-        return false;
+        return;
+    }
+    if (!AddControls(dialog)) {
+        DestroyWindow(dialog.window);
+        dialog.window = nullptr;
+        return;
     }
     SetWindowLongPtrA(dialog.window, DWLP_USER, reinterpret_cast<LONG_PTR>(&dialog));
-    dialog.bar = AddControl(dialog.window, PROGRESS_CLASSA, "", 0, 0, kBarPlace);
-    const HWND cancel =
-        AddControl(dialog.window, "BUTTON", "Cancel", BS_DEFPUSHBUTTON | WS_TABSTOP, IDCANCEL, kCancelPlace);
-    if (dialog.bar == nullptr || cancel == nullptr) {
-        return false;
-    }
+    CentreOnOwner(dialog.window, owner);
+    DrawPercent(dialog, percent);
     if (owner != nullptr && !EnableWindow(owner, FALSE)) {
         dialog.disabledOwner = owner;
     }
     ShowWindow(dialog.window, SW_SHOW);
-    SetFocus(cancel);
-    return true;
+    SetFocus(GetDlgItem(dialog.window, IDCANCEL));
 }
 
 } // namespace
@@ -157,24 +196,34 @@ void ProgressDialogDeleter::operator()(ProgressDialog* dialog) const {
 
 ProgressDialogPtr MakeProgressDialog(HWND owner, LPCSTR title) {
     ProgressDialogPtr dialog(new ProgressDialog);
-    dialog->caption = title != nullptr ? title : "Working";
-    dialog->titleLength = dialog->caption.size();
-    dialog->caption.reserve(dialog->titleLength + kPercentLength); // no memory is asked for while the work goes on
-    if (!MakeWindow(*dialog, TopLevelOwner(owner))) {
+    if (!dialog) {
         return nullptr;
     }
-    ShowProgress(*dialog, 0);
+    const char* const shown = title != nullptr ? title : "Working";
+    dialog->titleLength = std::strlen(shown);
+    dialog->caption.reset(static_cast<char*>(std::malloc(dialog->titleLength + kPercentSize)));
+    if (!dialog->caption) {
+        return nullptr;
+    }
+    std::memcpy(dialog->caption.get(), shown, dialog->titleLength);
+    dialog->owner = owner;
+    dialog->openedAt = GetTickCount();
     return dialog;
 }
 
 bool ShowProgress(ProgressDialog& dialog, int percent) {
-    const bool isNews = dialog.percent != percent;
-    if (dialog.cancelled || (!isNews && GetTickCount() - dialog.servedAt < kServeEvery)) {
+    const DWORD now = GetTickCount();
+    if (dialog.cancelled || now - dialog.openedAt < kShowAfter || now - dialog.servedAt < kServeEvery) {
         return !dialog.cancelled;
     }
-    if (isNews) {
-        dialog.percent = percent;
-        DrawPercent(dialog);
+    if (!dialog.wasTried) {
+        MakeWindow(dialog, percent);
+    }
+    if (dialog.window == nullptr) {
+        return !dialog.cancelled;
+    }
+    if (dialog.shownPercent != percent) {
+        DrawPercent(dialog, percent);
     }
     ServeMessages(dialog);
     dialog.servedAt = GetTickCount();
@@ -183,7 +232,12 @@ bool ShowProgress(ProgressDialog& dialog, int percent) {
 
 bool TellWindow(DWORD handle, int percent) {
     const auto window = reinterpret_cast<HWND>(static_cast<UINT_PTR>(handle));
-    static const UINT message = RegisterWindowMessageA(QV8_PROGRESS_MESSAGE);
+    static std::atomic<UINT> known = 0;
+    UINT message = known;
+    if (message == 0) { // two threads at once get the same number
+        message = RegisterWindowMessageA(QV8_PROGRESS_MESSAGE);
+        known = message;
+    }
     if (message == 0 || !IsWindow(window)) {
         return true;
     }

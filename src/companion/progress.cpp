@@ -1,32 +1,21 @@
 // Progress of a call: how far it is, and who is told.
 #include <algorithm>
 #include <cstdint>
-#include <exception>
 #include <memory>
-#include <mutex>
-#include <unordered_map>
 
 #include "companion/dialog.h"
 #include "companion/entry.h"
+#include "companion/loading.h"
+#include "companion/owner_list.h"
 #include "companion/thread_slot.h"
+#include "companion/without_throwing.h"
 
 namespace qv8 {
 namespace {
 
-struct ProgressOwner {
-    Qv8ProgressCallback callback = nullptr;
-    void* context = nullptr;
-};
+OwnerList owners;
 
-struct OwnerRegistry {
-    std::mutex mutex;
-    std::unordered_map<DWORD, ProgressOwner> owners;
-    DWORD nextNumber = 0x80000001; // window handles are small numbers; 0 when all numbers have been given away
-};
-
-OwnerRegistry registry;
-
-struct OpenDialog {
+struct OpenDialog : NullWhenMemoryIsShort {
     ProgressDialogPtr dialog;
     OpenDialog* covered = nullptr; // the dialog below
     int reports = 0;               // reports under way; messages served meanwhile must not close it
@@ -54,62 +43,54 @@ bool ReportToDialog(int percent) {
     return goesOn;
 }
 
-// No callback when the number is not known. Taking a lock may fail for want of memory, here and below.
-ProgressOwner FindOwner(DWORD number) {
-    try {
-        const std::lock_guard guard(registry.mutex);
-        const auto found = registry.owners.find(number);
-        return found == registry.owners.end() ? ProgressOwner{} : found->second;
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
 // The callback runs unlocked, for it may add and remove owners itself.
 bool ReportToOwner(DWORD number, int percent) {
-    const ProgressOwner owner = FindOwner(number);
+    const ProgressOwner owner = owners.Find(number);
     if (owner.callback != nullptr) {
         return owner.callback(percent, owner.context) != 0;
     }
     return TellWindow(number, percent);
 }
 
-DWORD AddOwner(const ProgressOwner& owner) {
-    const std::lock_guard guard(registry.mutex);
-    if (registry.nextNumber == 0) {
-        return 0;
-    }
-    registry.owners.emplace(registry.nextNumber, owner);
-    return registry.nextNumber++;
-}
-
-void RemoveOwner(DWORD number) {
-    const std::lock_guard guard(registry.mutex);
-    registry.owners.erase(number);
-}
-
 bool PushDialog(HWND owner, LPCSTR title) {
-    auto open = std::make_unique<OpenDialog>();
-    open->dialog = MakeProgressDialog(owner, title);
-    if (!open->dialog) {
+    std::unique_ptr<OpenDialog> open(new OpenDialog);
+    if (!open) {
         return false;
     }
+    open->dialog = MakeProgressDialog(owner, title);
     open->covered = topDialog.Get();
-    topDialog.Set(open.release());
+    if (!open->dialog || !topDialog.Set(open.get())) {
+        return false;
+    }
+    static_cast<void>(open.release());
     return true;
 }
 
+// Windows that hear of the end may call the library, whose calls have a status of their own.
+void PopDialog() {
+    OpenDialog* const top = topDialog.Get();
+    if (top == nullptr || top->reports != 0) {
+        return;
+    }
+    const int status = GetErrorStatus();
+    std::unique_ptr<OpenDialog> closed(top);
+    topDialog.Set(closed->covered);
+    closed.reset();
+    SetErrorStatus(status);
+}
+
 } // namespace
+
+bool ProgressIsUsable() {
+    return topDialog.IsUsable() && owners.IsUsable();
+}
+
 } // namespace qv8
 
 extern "C" {
 
 QV8_ENTRY int QV8API PercentDlgOpen(DWORD_PTR owner, DWORD_PTR title, DWORD_PTR) {
-    try {
-        return qv8::PushDialog(reinterpret_cast<HWND>(owner), reinterpret_cast<LPCSTR>(title)) ? 1 : 0;
-    } catch (const std::exception&) {
-        return 0;
-    }
+    return qv8::PushDialog(reinterpret_cast<HWND>(owner), reinterpret_cast<LPCSTR>(title)) ? 1 : 0;
 }
 
 QV8_ENTRY int QV8API PercentProgress(int current, int last, int fromPercent, int toPercent, DWORD progressOwner) {
@@ -119,31 +100,15 @@ QV8_ENTRY int QV8API PercentProgress(int current, int last, int fromPercent, int
 }
 
 QV8_ENTRY void QV8API PercentDlgClose(void) {
-    qv8::OpenDialog* const top = qv8::topDialog.Get();
-    if (top == nullptr || top->reports != 0) {
-        return;
-    }
-    const std::unique_ptr<qv8::OpenDialog> closed(top);
-    qv8::topDialog.Set(closed->covered);
+    qv8::PopDialog();
 }
 
 QV8_ENTRY DWORD QV8API AddProgressOwner(Qv8ProgressCallback callback, void* context) {
-    if (callback == nullptr) {
-        return 0;
-    }
-    try {
-        return qv8::AddOwner({callback, context});
-    } catch (const std::exception&) {
-        return 0;
-    }
+    return callback != nullptr ? qv8::owners.Add({callback, context}) : 0;
 }
 
 QV8_ENTRY void QV8API RemoveProgressOwner(DWORD progressOwner) {
-    try {
-        qv8::RemoveOwner(progressOwner);
-    } catch (const std::exception&) {
-        return;
-    }
+    qv8::owners.Remove(progressOwner);
 }
 
 } // extern "C"

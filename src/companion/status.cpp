@@ -1,27 +1,47 @@
 // The error status that each thread keeps for the application to read.
+#include <atomic>
 #include <cstdint>
 
 #include "companion/entry.h"
+#include "companion/loading.h"
 #include "companion/thread_slot.h"
 #include "qv8com.h"
 #include "qv8effect.h"
 
 namespace {
 
-// The status itself, as if it were an address: success is a null pointer.
+// The status itself, as if it were an address, but with one bit turned: a null pointer is a thread that has none.
 const qv8::ThreadSlot<void> lastStatus;
-static_assert(QV8_STATUS_SUCCESS == 0);
+constexpr std::uint32_t kTurned = 0x80000000;
+
+// Some thread had no memory for its first status. A thread that has none stored may be the one.
+std::atomic<bool> statusWasLost = false;
 
 } // namespace
+
+namespace qv8 {
+
+bool StatusIsUsable() {
+    return lastStatus.IsUsable();
+}
+
+} // namespace qv8
 
 extern "C" {
 
 QV8_ENTRY void QV8API SetErrorStatus(int code) {
-    lastStatus.Set(reinterpret_cast<void*>(static_cast<std::intptr_t>(code)));
+    const std::uintptr_t stored = static_cast<std::uint32_t>(code) ^ kTurned;
+    if (!lastStatus.Set(reinterpret_cast<void*>(stored))) {
+        statusWasLost = true;
+    }
 }
 
 QV8_ENTRY int QV8API GetErrorStatus(void) {
-    return static_cast<int>(reinterpret_cast<std::intptr_t>(lastStatus.Get()));
+    const auto stored = reinterpret_cast<std::uintptr_t>(lastStatus.Get());
+    if (stored == 0) {
+        return statusWasLost ? QV8_STATUS_MEMORY : QV8_STATUS_SUCCESS;
+    }
+    return static_cast<int>(static_cast<std::uint32_t>(stored) ^ kTurned);
 }
 
 QV8_ENTRY LPCSTR QV8API GetErrorStatusText(int code) {

@@ -19,21 +19,29 @@ public:
     ~ThreadSlot() {
         TlsFree(index_);
     }
+    bool IsUsable() const {
+        return index_ != TLS_OUT_OF_INDEXES;
+    }
     Object* Get() const {
         return static_cast<Object*>(TlsGetValue(index_));
     }
-    void Set(Object* value) const {
-        TlsSetValue(index_, value);
+    // False when the system has no memory for the first value of a thread; later ones take none.
+    bool Set(Object* value) const {
+        return TlsSetValue(index_, value) != FALSE;
     }
 
 private:
     DWORD index_;
 #else
+    bool IsUsable() const {
+        return true;
+    }
     Object* Get() const {
         return held;
     }
-    void Set(Object* value) const {
+    bool Set(Object* value) const {
         held = value;
+        return true;
     }
 
 private:

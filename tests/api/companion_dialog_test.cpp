@@ -29,8 +29,9 @@ protected:
         window_ = CreateWindowExA(0, "STATIC", "Application", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
                                   nullptr, nullptr, nullptr, nullptr);
         if (window_ == nullptr) {
-            EXPECT_FALSE(Open());
-            EXPECT_EQ(PercentDlgOpen(0, 0, 0), 0);
+            EXPECT_TRUE(Open()); // the work is done without it
+            EXPECT_NE(Show(1), 0);
+            PercentDlgClose();
             GTEST_SKIP() << "windows cannot be made here";
         }
         previous_ = reinterpret_cast<WNDPROC>(
@@ -49,6 +50,16 @@ protected:
 
     bool Open(const char* title = "Sharpen") {
         return PercentDlgOpen(reinterpret_cast<DWORD_PTR>(window_), Title(title), 0) != 0;
+    }
+
+    // The first report that is late enough for the dialog to be seen.
+    static int Show(int percent = 0) {
+        Sleep(250);
+        return PercentProgress(percent, 100, 0, 100, 0);
+    }
+
+    bool OpenAndShow(const char* title = "Sharpen") {
+        return Open(title) && Show() != 0;
     }
 
     // The dialogs of this thread, the topmost one first.
@@ -70,7 +81,7 @@ protected:
 
     // One report, late enough after the one before for messages to be served.
     static int Report(int percent) {
-        Sleep(40);
+        Sleep(90);
         return PercentProgress(percent, 100, 0, 100, 0);
     }
 
@@ -88,6 +99,10 @@ protected:
         if (message == WM_APP + 1) {
             PercentDlgClose();
         }
+        if (self->callsLibrary_) {
+            GlobalFree(QV8CreateImage(4, 4, 24, 1, 2, 3, 0, 0, 0, 0));
+            self->made_ += GetErrorStatus() == QV8_STATUS_SUCCESS ? 1 : 0;
+        }
         if (message == WM_APP) {
             ++self->served_;
             if (self->floods_) {
@@ -103,20 +118,30 @@ protected:
     LRESULT answer_ = 0;
     int served_ = 0;
     bool floods_ = false;
+    bool callsLibrary_ = false;
+    int made_ = 0; // pictures, by those calls
 };
 
 TEST_F(CompanionDialog, CoversItsOwnerAndShowsThePercentage) {
     SetActiveWindow(window_);
     ASSERT_TRUE(Open());
+    PostMessageA(window_, WM_APP, 0, 0);
+    EXPECT_NE(PercentProgress(1, 50, 0, 100, 0), 0);
+    EXPECT_TRUE(IsWindowEnabled(window_)) << "short work is done without a window";
+    EXPECT_TRUE(Dialogs().empty());
+    EXPECT_EQ(served_, 0);
+    EXPECT_NE(Show(2), 0);
     EXPECT_FALSE(IsWindowEnabled(window_));
     ASSERT_EQ(Dialogs().size(), 1U);
     const HWND dialog = Dialogs()[0];
     EXPECT_TRUE(IsWindowVisible(dialog));
     EXPECT_EQ(GetWindow(dialog, GW_OWNER), window_);
-    EXPECT_EQ(Caption(dialog), "Sharpen 0 %");
+    EXPECT_EQ(Caption(dialog), "Sharpen 2 %");
     const HWND bar = FindWindowExA(dialog, nullptr, "msctls_progress32", nullptr);
     EXPECT_NE(bar, nullptr);
     EXPECT_NE(PercentProgress(21, 50, 0, 100, 0), 0);
+    EXPECT_EQ(Caption(dialog), "Sharpen 2 %") << "not so soon";
+    EXPECT_NE(Report(42), 0);
     EXPECT_EQ(Caption(dialog), "Sharpen 42 %");
     EXPECT_EQ(SendMessageA(bar, 0x408 /* PBM_GETPOS */, 0, 0), 42);
     PercentDlgClose();
@@ -125,11 +150,41 @@ TEST_F(CompanionDialog, CoversItsOwnerAndShowsThePercentage) {
     EXPECT_TRUE(Dialogs().empty());
 }
 
+TEST_F(CompanionDialog, LiesInTheMiddleOfItsOwnerButOnTheScreen) {
+    struct Place {
+        int left, top;
+        bool isInside;
+    };
+    for (const Place place : {Place{330, 250, true}, Place{-600, -400, false}, Place{5000, 5000, false}}) {
+        SetWindowPos(window_, nullptr, place.left, place.top, 400, 300, SWP_NOZORDER);
+        ASSERT_TRUE(OpenAndShow());
+        RECT dialog = {};
+        GetWindowRect(Dialogs().at(0), &dialog);
+        if (place.isInside) {
+            EXPECT_NEAR((dialog.left + dialog.right) / 2, place.left + 200, 1);
+            EXPECT_NEAR((dialog.top + dialog.bottom) / 2, place.top + 150, 1);
+        }
+        EXPECT_TRUE(dialog.left >= 0 && dialog.top >= 0 && dialog.right <= GetSystemMetrics(SM_CXSCREEN) &&
+                    dialog.bottom <= GetSystemMetrics(SM_CYSCREEN));
+        PercentDlgClose();
+    }
+}
+
+// A window hears that it is enabled again while the dialog goes, and calls the library.
+TEST_F(CompanionDialog, KeepsTheStatusOfTheCallThatEnds) {
+    ASSERT_TRUE(OpenAndShow());
+    SetErrorStatus(QV8_STATUS_CANCELLED);
+    callsLibrary_ = true;
+    PercentDlgClose();
+    callsLibrary_ = false;
+    EXPECT_GT(made_, 0);
+    EXPECT_EQ(GetErrorStatus(), QV8_STATUS_CANCELLED);
+}
+
 TEST_F(CompanionDialog, IsCancelledByButtonKeyAndCloseBox) {
     for (const std::string way : {"button", "escape", "close box"}) {
         SCOPED_TRACE(way);
-        ASSERT_TRUE(Open());
-        EXPECT_NE(Report(1), 0);
+        ASSERT_TRUE(OpenAndShow());
         const HWND dialog = Dialogs().at(0);
         const HWND button = GetDlgItem(dialog, IDCANCEL);
         if (way == "button") {
@@ -139,20 +194,20 @@ TEST_F(CompanionDialog, IsCancelledByButtonKeyAndCloseBox) {
         } else {
             PostMessageA(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
         }
-        EXPECT_EQ(Report(1), 0); // the percentage need not change
+        EXPECT_EQ(Report(0), 0); // the percentage need not change
         EXPECT_EQ(Report(2), 0); // and it stays cancelled
         PercentDlgClose();
         EXPECT_TRUE(IsWindowEnabled(window_));
     }
     ASSERT_TRUE(Open());
-    EXPECT_NE(Report(1), 0) << "a new dialog begins anew";
+    EXPECT_NE(Show(1), 0) << "a new dialog begins anew";
     PercentDlgClose();
 }
 
 TEST_F(CompanionDialog, StacksOnOneThread) {
-    ASSERT_TRUE(Open("Outer"));
+    ASSERT_TRUE(OpenAndShow("Outer"));
     const HWND outer = Dialogs().at(0);
-    ASSERT_TRUE(Open("Inner"));
+    ASSERT_TRUE(OpenAndShow("Inner"));
     ASSERT_EQ(Dialogs().size(), 2U);
     const HWND inner = Dialogs()[0] == outer ? Dialogs()[1] : Dialogs()[0];
     EXPECT_NE(Report(70), 0);
@@ -171,7 +226,7 @@ TEST_F(CompanionDialog, StacksOnOneThread) {
 
 TEST_F(CompanionDialog, LeavesADisabledOwnerDisabled) {
     EnableWindow(window_, FALSE);
-    ASSERT_TRUE(Open());
+    ASSERT_TRUE(OpenAndShow());
     PercentDlgClose();
     EXPECT_FALSE(IsWindowEnabled(window_));
 }
@@ -181,12 +236,14 @@ TEST_F(CompanionDialog, TakesAControlOrNothingAsItsOwner) {
         CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_VISIBLE, 0, 0, 50, 20, window_, nullptr, nullptr, nullptr);
     ASSERT_NE(control, nullptr);
     ASSERT_NE(PercentDlgOpen(reinterpret_cast<DWORD_PTR>(control), 0, 0), 0);
+    EXPECT_NE(Show(), 0);
     EXPECT_FALSE(IsWindowEnabled(window_));
     PercentDlgClose();
     EXPECT_TRUE(IsWindowEnabled(window_));
     for (const DWORD_PTR owner :
          {DWORD_PTR{0}, DWORD_PTR{0x12345678}, reinterpret_cast<DWORD_PTR>(GetDesktopWindow())}) {
         ASSERT_NE(PercentDlgOpen(owner, 0, 0), 0);
+        EXPECT_NE(Show(), 0);
         EXPECT_EQ(Dialogs().size(), 1U);
         EXPECT_NE(Report(50), 0);
         PercentDlgClose();
@@ -194,7 +251,7 @@ TEST_F(CompanionDialog, TakesAControlOrNothingAsItsOwner) {
 }
 
 TEST_F(CompanionDialog, SurvivesTheLossOfItsOwner) {
-    ASSERT_TRUE(Open());
+    ASSERT_TRUE(OpenAndShow());
     DestroyWindow(window_);
     EXPECT_TRUE(Dialogs().empty());
     EXPECT_EQ(Report(50), 0);
@@ -202,7 +259,7 @@ TEST_F(CompanionDialog, SurvivesTheLossOfItsOwner) {
 }
 
 TEST_F(CompanionDialog, LeavesTheEndOfTheProgramToItsOwnLoop) {
-    ASSERT_TRUE(Open());
+    ASSERT_TRUE(OpenAndShow());
     PostQuitMessage(17);
     EXPECT_EQ(Report(50), 0);
     PercentDlgClose();
@@ -214,7 +271,7 @@ TEST_F(CompanionDialog, LeavesTheEndOfTheProgramToItsOwnLoop) {
 }
 
 TEST_F(CompanionDialog, ServesTheWindowsOfTheThreadButNotForEver) {
-    ASSERT_TRUE(Open());
+    ASSERT_TRUE(OpenAndShow());
     PostMessageA(window_, WM_APP, 0, 0);
     EXPECT_NE(Report(10), 0);
     EXPECT_EQ(served_, 1);
@@ -227,7 +284,7 @@ TEST_F(CompanionDialog, ServesTheWindowsOfTheThreadButNotForEver) {
 }
 
 TEST_F(CompanionDialog, IsNotClosedByTheMessagesItServes) {
-    ASSERT_TRUE(Open());
+    ASSERT_TRUE(OpenAndShow());
     PostMessageA(window_, WM_APP + 1, 0, 0);
     EXPECT_NE(Report(10), 0);
     EXPECT_EQ(Dialogs().size(), 1U);
