@@ -10,9 +10,11 @@
  * unlocked; the caller frees them with GlobalFree. Pointers are read during the call only.
  *
  * RESULTS. Functions that return HGLOBAL return a new picture, or 0. Functions that return ImageSet return a new
- * picture and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` in every case (a null one is a
- * bad parameter, 5) and return 1, or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion
- * library (qv8com.h), per thread, as one of the QV8_STATUS values. On every failure all that the call made is freed.
+ * picture and its mask, or {0, 0}. Their "Ex" forms store the pair through `result` (a null one is a bad parameter,
+ * 5), {0, 0} on failure, and return 1, or 0 when `hImage` is 0; without a dialog (2) QV8ResizeEx and QV8RotationEx
+ * store nothing, so that a caller who passes one structure as source and result keeps its handles. Why a call failed is
+ * told by GetErrorStatus of the companion library (qv8com.h), per thread, as one of the QV8_STATUS values. On every
+ * failure all that the call made is freed.
  *
  * STATUSES. Every function can leave: 0 success; 1 cancelled; 2 the progress dialog could not be opened; 3 out of
  * memory, or a result above 0x7FFFFFFF bytes; 7 a picture that is a zero handle, is damaged, or has a depth or layout
@@ -21,6 +23,10 @@
  * THREADS. Every function runs to its end on the calling thread. No state is kept between calls, so any number of
  * threads may call at once, on shared source pictures too, and a progress callback may call back into the library. The
  * clipboard is one for all of them; on other systems than Windows it is the process's own and ends with it.
+ *
+ * THE PROCESSOR. Whatever rounding, precision, flushing and exceptions the caller has set for floating-point numbers,
+ * the results are the same and nothing traps. Callbacks and window procedures run in the caller's own state, which is
+ * also there again after the call. The status is set last, whatever those have called in between.
  *
  * THE LAST FOUR ARGUMENTS of every function with progress:
  *   progressOwner  0: the library opens the progress dialog of the companion library for this call. Any other value: no
@@ -136,7 +142,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Chroma(const ImageSet* target, DWORD areaType
                                           const RECT* rect, BOOL inside, LONG chroma, DWORD progressOwner,
                                           DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
-/* Turns the whole picture grey at its own depth. Pictures of 1, 4 and 8 bits get a full grey ramp as their table. */
+/* Turns the whole picture grey at its own depth. Pictures of 1, 4 and 8 bits get a full grey ramp as their table, and
+   `biClrUsed` becomes 0 unless it was the full count. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                            DWORD_PTR dialog3);
 
@@ -149,8 +156,10 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, D
      threshold     0..255, black/white threshold of a 1-bit result: white from a mean of this value on.
    A reduction to 256 colours built from the picture shows stray pixels, of the first colour of the table, where a
    colour falls beside all of its boxes, and with dithering each of them may draw a streak behind it, most of all in
-   soft gradients. The fixed table and 16 colours have none. Statuses: 5 another depth, or the depth the picture has. A
-   zero handle returns 0 and leaves the status alone. */
+   soft gradients. The fixed table and 16 colours have none. Statuses: 3 also when a reduction is wider than about 89
+   million pixels, as its working rows are one block; 5 another depth, or the depth the picture has; 7 also for a
+   picture of a depth that does not exist, and for 16 bits with channel masks other than 5-5-5 and 5-6-5, whatever the
+   wanted depth. A zero handle returns 0 and leaves the status alone. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither,
                                                 DWORD threshold, DWORD progressOwner, DWORD_PTR dialog1,
                                                 DWORD_PTR dialog2, DWORD_PTR dialog3);
@@ -376,7 +385,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner,
      window  owner of the clipboard while it is open, or 0.
    The copy has the picture's header, colour table and rows. The channel masks of a 16- or 32-bit BI_BITFIELDS picture
    with a 40-byte header are left out, though its header still says BI_BITFIELDS: convert such a picture to 24 bits
-   where other programs are to read it. A picture from QV8GetFromClipBrd with a longer header is put back as it came.
+   where other programs are to read it. A picture from QV8GetFromClipBrd with a longer header is put back as it came:
+   here, unlike elsewhere, the header is as long as its `biSize` says.
    The clipboard is open only after the last progress report, of which each counts the rows done before it out of all
    rows. Returns 1, or 0. Statuses: 3 also when the clipboard does not take the copy, as while another program has it
    open; 7 also for a picture that cannot be locked or whose `biSize` is below 40 or beyond the block. */

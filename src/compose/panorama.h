@@ -2,6 +2,7 @@
 #pragma once
 
 #include "compose/paste.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
@@ -15,6 +16,6 @@ struct PanoramaOptions {
 };
 
 // A new 24-bit picture. 0 with status 1, 2, 3, 5 or 7 set when it fails.
-HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, DWORD progressOwner);
+HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, const Caller& caller);
 
 } // namespace qv8

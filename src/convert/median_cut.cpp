@@ -88,8 +88,8 @@ std::pair<CellBox, CellBox> Split(const Histogram& histogram, CellBox box) {
 }
 
 // Splits one box into `boxCount`, level by level. False when cancelled.
-bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, DWORD progressOwner) {
-    const Progress progress{progressOwner, 30, 60};
+bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, const Caller& caller) {
+    const Progress progress{caller, 30, 60};
     constexpr BYTE kLast = kCellPlanes - 1;
     boxes[0] = {{0, 0, 0}, {kLast, kLast, kLast}};
     int split = 0;
@@ -129,12 +129,12 @@ void MarkCells(const CellBox& box, int index, BYTE* inverseMap) {
 
 } // namespace
 
-bool CutMedian(const Histogram& histogram, int boxCount, RGBQUAD* palette, BYTE* inverseMap, DWORD progressOwner) {
+bool CutMedian(const Histogram& histogram, int boxCount, RGBQUAD* palette, BYTE* inverseMap, const Caller& caller) {
     CellBox boxes[kMaxBoxes];
-    if (!SplitAll(histogram, boxCount, boxes, progressOwner)) {
+    if (!SplitAll(histogram, boxCount, boxes, caller)) {
         return false;
     }
-    const Progress progress{progressOwner, 60, 70};
+    const Progress progress{caller, 60, 70};
     for (int i = 0; i != boxCount; ++i) {
         const CellBox& box = boxes[i];
         MarkCells(box, i, inverseMap);

@@ -3,6 +3,7 @@
 
 #include "area/area.h"
 #include "frame/call_frame.h"
+#include "frame/caller.h"
 
 // Callers align the stack to 4 bytes only, our code wants 16.
 #ifdef __i386__

@@ -9,6 +9,7 @@
 #include "filter/sharpen.h"
 
 using qv8::AreaOf;
+using qv8::Caller;
 using qv8::ImagesOf;
 using qv8::RunFramed;
 
@@ -18,74 +19,73 @@ QV8_ENTRY HGLOBAL QV8API QV8CustomFilter(const ImageSet* target, DWORD areaType,
                                          const RECT* rect, BOOL inside, const LONG* kernel, DWORD divisor, DWORD offset,
                                          BOOL red, BOOL green, BOOL blue, DWORD progressOwner, DWORD_PTR dialog1,
                                          DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::CustomFilter(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), kernel,
                                  static_cast<BYTE>(divisor), static_cast<BYTE>(offset), red != 0, green != 0, blue != 0,
-                                 progressOwner);
+                                 caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                   const RECT* rect, BOOL inside, DWORD strength, DWORD progressOwner, DWORD_PTR dialog1,
                                   DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::Sharpen(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
-                            static_cast<BYTE>(strength), progressOwner);
+                            static_cast<BYTE>(strength), caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8Emboss(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                    const RECT* rect, BOOL inside, DWORD direction, DWORD depth, DWORD base,
                                    DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::Emboss(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
-                           static_cast<BYTE>(direction), static_cast<BYTE>(depth), static_cast<BYTE>(base),
-                           progressOwner);
+                           static_cast<BYTE>(direction), static_cast<BYTE>(depth), static_cast<BYTE>(base), caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                   const RECT* rect, BOOL inside, DWORD radius, DWORD progressOwner, DWORD_PTR dialog1,
                                   DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::Shade(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
-                          static_cast<BYTE>(radius), progressOwner);
+                          static_cast<BYTE>(radius), caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8RemoveNoise(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                         const RECT* rect, BOOL inside, DWORD mode, DWORD sensitivity,
                                         DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::RemoveNoise(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
-                                static_cast<BYTE>(mode), static_cast<BYTE>(sensitivity), progressOwner);
+                                static_cast<BYTE>(mode), static_cast<BYTE>(sensitivity), caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8AntiAlias(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                       const RECT* rect, BOOL inside, DWORD progressOwner, DWORD_PTR dialog1,
                                       DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::AntiAlias(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), progressOwner);
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
+        return qv8::AntiAlias(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8Mosaic(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                    const RECT* rect, BOOL inside, int blockWidth, int blockHeight, DWORD progressOwner,
                                    DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::Mosaic(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), blockWidth,
-                           blockHeight, progressOwner);
+                           blockHeight, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8Outline(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                     const RECT* rect, BOOL inside, DWORD channel, DWORD edgeOperator, DWORD gain,
                                     DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::Outline(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside),
                             static_cast<BYTE>(channel), static_cast<BYTE>(edgeOperator), static_cast<BYTE>(gain),
-                            progressOwner);
+                            caller);
     });
 }
 

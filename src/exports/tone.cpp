@@ -5,6 +5,7 @@
 #include "tone/ycc_curves.h"
 
 using qv8::AreaOf;
+using qv8::Caller;
 using qv8::ImagesOf;
 using qv8::RunFramed;
 
@@ -14,68 +15,69 @@ QV8_ENTRY HGLOBAL QV8API QV8RGBGamma(const ImageSet* target, DWORD areaType, con
                                      const RECT* rect, BOOL inside, double gammaRed, double gammaGreen,
                                      double gammaBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                      DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::RgbGamma(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), gammaRed, gammaGreen,
-                             gammaBlue, progressOwner);
+                             gammaBlue, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8RGBLevel(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                      const RECT* rect, BOOL inside, LONG levelRed, LONG levelGreen, LONG levelBlue,
                                      DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::RgbLevel(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), levelRed, levelGreen,
-                             levelBlue, progressOwner);
+                             levelBlue, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8RGBRev(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                    const RECT* rect, BOOL inside, BOOL invertRed, BOOL invertGreen, BOOL invertBlue,
                                    DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::RgbRev(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), invertRed != 0,
-                           invertGreen != 0, invertBlue != 0, progressOwner);
+                           invertGreen != 0, invertBlue != 0, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8YCCGamma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                      const RECT* rect, BOOL inside, double gammaY, double gammaCr, double gammaCb,
                                      DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::YccGamma(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), gammaY, gammaCr,
-                             gammaCb, progressOwner);
+                             gammaCb, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8YCCLevel(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                      const RECT* rect, BOOL inside, LONG levelY, LONG levelCr, LONG levelCb,
                                      DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::YccLevel(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), levelY, levelCr,
-                             levelCb, progressOwner);
+                             levelCb, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8YCCRev(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                    const RECT* rect, BOOL inside, BOOL invertY, BOOL invertCr, BOOL invertCb,
                                    DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
         return qv8::YccRev(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), invertY != 0,
-                           invertCr != 0, invertCb != 0, progressOwner);
+                           invertCr != 0, invertCb != 0, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8Chroma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
                                    const RECT* rect, BOOL inside, LONG chroma, DWORD progressOwner, DWORD_PTR dialog1,
                                    DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] {
-        return qv8::Chroma(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), chroma, progressOwner);
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
+        return qv8::Chroma(ImagesOf(target), AreaOf(areaType, points, pointCount, rect, inside), chroma, caller);
     });
 }
 
 QV8_ENTRY HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                     DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&] { return qv8::SetGray(image, progressOwner); });
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3},
+                     [&](const Caller& caller) { return qv8::SetGray(image, caller); });
 }
 
 } // extern "C"

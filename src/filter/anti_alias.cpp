@@ -22,11 +22,11 @@ void MeansAround(const void* /*context*/, const FilterRow& at, Plane plane, int 
 
 } // namespace
 
-HGLOBAL AntiAlias(const ImageSet& target, const AreaArguments& area, DWORD progressOwner) {
+HGLOBAL AntiAlias(const ImageSet& target, const AreaArguments& area, const Caller& caller) {
     Filter filter;
     filter.reach = 1;
     filter.samples = MeansAround;
-    return ApplyFilter(target, area, filter, progressOwner);
+    return ApplyFilter(target, area, filter, caller);
 }
 
 } // namespace qv8

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "filter/filter_frame.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
 // QV8Shade. Returns a new picture, or 0 with its status set.
-HGLOBAL Shade(const ImageSet& target, const AreaArguments& area, BYTE radius, DWORD progressOwner);
+HGLOBAL Shade(const ImageSet& target, const AreaArguments& area, BYTE radius, const Caller& caller);
 
 } // namespace qv8

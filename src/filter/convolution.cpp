@@ -55,7 +55,7 @@ void Convolve(const void* context, const FilterRow& at, Plane plane, int begin, 
 }
 
 HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset,
-                     bool red, bool green, bool blue, DWORD progressOwner) {
+                     bool red, bool green, bool blue, const Caller& caller) {
     Convolution convolution;
     Filter filter;
     filter.valid = kernel != nullptr && divisor != 0;
@@ -68,11 +68,11 @@ HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LO
     filter.channels[kBlue] = blue;
     filter.channels[kGreen] = green;
     filter.channels[kRed] = red;
-    return ApplyFilter(target, area, filter, progressOwner);
+    return ApplyFilter(target, area, filter, caller);
 }
 
 HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction, BYTE depth, BYTE base,
-               DWORD progressOwner) {
+               const Caller& caller) {
     Convolution convolution;
     Filter filter;
     filter.valid = direction < std::size(kRelief);
@@ -82,7 +82,7 @@ HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction
     filter.reach = 1;
     filter.context = &convolution;
     filter.samples = Convolve;
-    return ApplyFilter(target, area, filter, progressOwner);
+    return ApplyFilter(target, area, filter, caller);
 }
 
 } // namespace qv8

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "filter/filter_frame.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
@@ -32,10 +33,10 @@ void Convolve(const void* context, const FilterRow& at, Plane plane, int begin, 
 
 // QV8CustomFilter. Returns a new picture, or 0 with its status set.
 HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset,
-                     bool red, bool green, bool blue, DWORD progressOwner);
+                     bool red, bool green, bool blue, const Caller& caller);
 
 // QV8Emboss.
 HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction, BYTE depth, BYTE base,
-               DWORD progressOwner);
+               const Caller& caller);
 
 } // namespace qv8

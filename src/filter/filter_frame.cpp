@@ -83,7 +83,7 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
     }
 }
 
-HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter, DWORD progressOwner) {
+HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter, const Caller& caller) {
     NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
@@ -100,13 +100,13 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
         CopyUnused(call.ring.format, sourcePixels, resultPixels, count);
         WriteRun(source, call, row, column, count, resultPixels);
     };
-    return WriteArea(source, area, result, {progressOwner}, write) ? result.Release() : nullptr;
+    return WriteArea(source, area, result, {caller}, write) ? result.Release() : nullptr;
 }
 
 } // namespace
 
 HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, const Filter& filter,
-                    DWORD progressOwner) {
+                    const Caller& caller) {
     Picture source;
     if (!OpenPicture(target.hImage, kAcceptGreyOrTrueColour, source)) {
         return nullptr;
@@ -118,7 +118,7 @@ HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, 
     if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {
         return nullptr;
     }
-    return FilterArea(source.view, area, filter, progressOwner);
+    return FilterArea(source.view, area, filter, caller);
 }
 
 } // namespace qv8

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "area/area.h"
+#include "frame/caller.h"
 #include "pixels/pixel_format.h"
 
 namespace qv8 {
@@ -61,6 +62,6 @@ struct Filter {
 
 // Filters the area of a grey ramp or true-colour picture. Returns a new picture, or 0 with its status set.
 HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, const Filter& filter,
-                    DWORD progressOwner);
+                    const Caller& caller);
 
 } // namespace qv8

@@ -228,7 +228,7 @@ BlockRow LayBlocks(const DibView& source, const WorkRect& rect, int blockWidth) 
     return result;
 }
 
-HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int blockHeight, DWORD progressOwner) {
+HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int blockHeight, const Caller& caller) {
     NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
@@ -239,13 +239,13 @@ HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int 
         (source.IsPaletted() && !MakeNearestColours(source, call.nearest))) {
         return nullptr;
     }
-    return PaintBlocks(call, blockHeight, {progressOwner}) ? result.Release() : nullptr;
+    return PaintBlocks(call, blockHeight, {caller}) ? result.Release() : nullptr;
 }
 
 } // namespace
 
 HGLOBAL Mosaic(const ImageSet& target, const AreaArguments& areaArguments, int blockWidth, int blockHeight,
-               DWORD progressOwner) {
+               const Caller& caller) {
     if (target.hImage != nullptr && blockWidth < 2 && blockHeight < 2) {
         return Fail(QV8_STATUS_PARAMETER);
     }
@@ -255,7 +255,7 @@ HGLOBAL Mosaic(const ImageSet& target, const AreaArguments& areaArguments, int b
         !ResolveArea(source.view, target.hMask, areaArguments, area)) {
         return nullptr;
     }
-    return MosaicArea(source.view, area, std::max(blockWidth, 1), std::max(blockHeight, 1), progressOwner);
+    return MosaicArea(source.view, area, std::max(blockWidth, 1), std::max(blockHeight, 1), caller);
 }
 
 } // namespace qv8

@@ -38,7 +38,7 @@ OutlineKernels::Gradient GradientOf(BYTE edgeOperator) {
 } // namespace
 
 HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain,
-                DWORD progressOwner) {
+                const Caller& caller) {
     Filter filter;
     filter.valid = channel < std::size(kChannels);
     const Edges edges = {filter.valid ? kChannels[channel] : kLuminance, GradientOf(edgeOperator),
@@ -48,7 +48,7 @@ HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel,
     filter.pixels = OutlinePixels;
     filter.result = Filter::Result::kGrey;
     filter.wantsLuminance = edges.plane == kLuminance;
-    return ApplyFilter(target, area, filter, progressOwner);
+    return ApplyFilter(target, area, filter, caller);
 }
 
 } // namespace qv8

@@ -2,11 +2,12 @@
 #pragma once
 
 #include "filter/filter_frame.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
 // QV8Outline. Returns a new picture, or 0 with its status set.
 HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain,
-                DWORD progressOwner);
+                const Caller& caller);
 
 } // namespace qv8

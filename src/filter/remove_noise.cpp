@@ -105,7 +105,7 @@ void MedianPixels(const void* /*context*/, const FilterRow& at, int begin, int e
 
 // --- Neither ---------------------------------------------------------------------------------------------------------
 
-HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments, DWORD progressOwner) {
+HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments, const Caller& caller) {
     Picture source;
     Area area;
     if (!OpenPicture(target.hImage, kAcceptGreyOrTrueColour, source) ||
@@ -113,7 +113,7 @@ HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments
         return nullptr;
     }
     NewPicture result = DuplicateDib(source.view, source.view.width, source.view.height, InitialPixels::kCopied);
-    if (!result || !ForEachRow(area.rect.Height(), {progressOwner}, [](int /*row*/) {})) {
+    if (!result || !ForEachRow(area.rect.Height(), {caller}, [](int /*row*/) {})) {
         return nullptr;
     }
     return result.Release();
@@ -122,9 +122,9 @@ HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments
 } // namespace
 
 HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode, BYTE sensitivity,
-                    DWORD progressOwner) {
+                    const Caller& caller) {
     if (mode != kByLuminance && mode != kByChannel) {
-        return CopyUnchanged(target, area, progressOwner);
+        return CopyUnchanged(target, area, caller);
     }
     const int threshold = 255 - sensitivity;
     Filter filter;
@@ -137,7 +137,7 @@ HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode
         filter.wantsLuminance = true;
         filter.result = Filter::Result::kNeighbour;
     }
-    return ApplyFilter(target, area, filter, progressOwner);
+    return ApplyFilter(target, area, filter, caller);
 }
 
 } // namespace qv8

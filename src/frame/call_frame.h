@@ -1,8 +1,7 @@
-// What every export does around its worker: dialog, worker, dialog, status.
+// What every export does around its worker: dialog, processor state, worker, dialog, status.
 #pragma once
 
-#include "qv8com.h"
-#include "qv8effect.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
@@ -22,16 +21,23 @@ inline bool Succeeded(const ImageSet& result) {
     return result.hImage != nullptr;
 }
 
-// Runs `work` and returns its result, an empty one when the dialog does not open. Sets status 0 on success, 2 without
-// the dialog; any other status is the worker's.
+// Runs `work` in the library's own processor state. Not inlined: its arithmetic must stay between the changes of state.
 template <class Work>
-auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, Work work) -> decltype(work()) {
+[[gnu::noinline]] auto RunInOwnState(DWORD progressOwner, const Work& work) {
+    HostState state;
+    return work(Caller{progressOwner, &state});
+}
+
+// Runs work(caller) and returns its result, an empty one when the dialog does not open. Sets status 0 on success, 2
+// without the dialog; any other status is the worker's.
+template <class Work>
+auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, const Work& work) -> decltype(work(Caller())) {
     const bool ownDialog = progressOwner == 0;
     if (ownDialog && PercentDlgOpen(dialog.first, dialog.second, dialog.third) == 0) {
         SetErrorStatus(QV8_STATUS_DIALOG);
         return {};
     }
-    const auto result = work();
+    const auto result = RunInOwnState(progressOwner, work);
     if (ownDialog) {
         PercentDlgClose();
     }
@@ -41,22 +47,26 @@ auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, Work work) ->
     return result;
 }
 
+// What becomes of the pair when the dialog does not open and no worker runs.
+enum class UnopenedPair { kIsLeft, kIsCleared };
+
 // RunFramed for the forms that store the worker's pair through a pointer while the dialog is still there, {0, 0} on
 // every failure. Nothing is stored before the worker has ended: the caller may keep the target in the same place.
 template <class Work>
-BOOL RunFramedInto(ImageSet* result, DWORD progressOwner, const DialogArguments& dialog, Work work) {
-    ImageSet made = {};
-    const BOOL succeeded = RunFramed(progressOwner, dialog, [&]() -> BOOL {
+BOOL RunFramedInto(ImageSet* result, UnopenedPair unopened, DWORD progressOwner, const DialogArguments& dialog,
+                   const Work& work) {
+    bool hasRun = false;
+    const BOOL succeeded = RunFramed(progressOwner, dialog, [&](const Caller& caller) -> BOOL {
+        hasRun = true;
         if (result == nullptr) {
             SetErrorStatus(QV8_STATUS_PARAMETER);
             return FALSE;
         }
-        made = work();
-        *result = made;
-        return Succeeded(made) ? TRUE : FALSE;
+        *result = work(caller);
+        return Succeeded(*result) ? TRUE : FALSE;
     });
-    if (result != nullptr && succeeded == FALSE) { // the dialog did not open
-        *result = made;
+    if (!hasRun && result != nullptr && unopened == UnopenedPair::kIsCleared) {
+        *result = {};
     }
     return succeeded;
 }

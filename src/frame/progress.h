@@ -1,21 +1,24 @@
 // Progress of a worker and the user's wish to stop.
 #pragma once
 
+#include "frame/caller.h"
 #include "qv8com.h"
 #include "qv8effect.h"
 
 namespace qv8 {
 
-// Reports to one owner within one slice of the whole work.
+// Reports to the caller within one slice of the whole work.
 struct Progress {
-    DWORD owner = 0;
+    Caller caller;
     int fromPercent = 0;
     int toPercent = 100;
 
     // Tells that step `current` of `last` (both from 0) is done. False when the call is to be cancelled; the status is
     // set then, and the worker returns 0.
     bool Report(int current, int last) const {
-        if (PercentProgress(current, last, fromPercent, toPercent, owner) != 0) {
+        const int goesOn =
+            caller.Call([&] { return PercentProgress(current, last, fromPercent, toPercent, caller.progressOwner); });
+        if (goesOn != 0) {
             return true;
         }
         SetErrorStatus(QV8_STATUS_CANCELLED);

@@ -50,7 +50,7 @@ CentredRect ResultBounds(const CentredRect& source, const Turn& turn, const Rota
 
 } // namespace
 
-ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, DWORD progressOwner) {
+ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, const Caller& caller) {
     MaskedPicture target;
     RotationOptions options = wanted;
     options.angle = std::clamp(wanted.angle, -kMaxAngle, kMaxAngle);
@@ -59,7 +59,7 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, D
     }
     const DibView& source = target.image.view;
     options.smooth = options.smooth && CanBlend(source);
-    Progress progress{progressOwner};
+    Progress progress{caller};
     if (!ReportExchanges(source.height, options, progress)) {
         return {};
     }

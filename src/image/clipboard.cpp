@@ -9,7 +9,8 @@
 namespace qv8 {
 namespace {
 
-// The clipboard, closed again at the end. Whether it could be opened is not asked: where it could not, no call in
+// The clipboard, closed again at the end. Windows of the host may be asked for the data or told of the change, and call
+// the library: the status is set after that. Whether it could be opened is not asked: where it could not, no call in
 // between gets anything from it or puts anything on it, and closing it leaves another's alone.
 struct OpenedClipboard {
     explicit OpenedClipboard(HWND window) {
@@ -24,10 +25,10 @@ struct OpenedClipboard {
 
 // Runs use(row) for every row and reports each out of `height`, so that the last report is one short of the end.
 template <class Use>
-bool ForEachRowOutOfHeight(int height, DWORD progressOwner, Use use) {
+bool ForEachRowOutOfHeight(int height, const Caller& caller, Use use) {
     for (int row = 0; row < height; ++row) {
         use(row);
-        if (!Progress{progressOwner}.Report(row, height)) {
+        if (!Progress{caller}.Report(row, height)) {
             return false;
         }
     }
@@ -57,7 +58,7 @@ std::size_t OffsetOfRows(const Picture& picture) {
 }
 
 // The picture without its masks, which the clipboard is not given.
-GlobalBlock CopyForClipboard(const Picture& source, DWORD progressOwner) {
+GlobalBlock CopyForClipboard(const Picture& source, const Caller& caller) {
     const DibView& view = source.view;
     const std::uint64_t headerBytes = HeaderAndTableBytes(*view.header);
     const std::size_t rows = headerBytes != 0 ? OffsetOfRows(source) : 0;
@@ -72,7 +73,7 @@ GlobalBlock CopyForClipboard(const Picture& source, DWORD progressOwner) {
     const auto* const from = static_cast<const BYTE*>(source.lock.get());
     auto* const to = copy.As<BYTE>();
     std::memcpy(to, from, static_cast<std::size_t>(headerBytes));
-    const bool done = ForEachRowOutOfHeight(view.height, progressOwner, [&](int row) {
+    const bool done = ForEachRowOutOfHeight(view.height, caller, [&](int row) {
         const std::size_t offset = static_cast<std::size_t>(row) * view.stride;
         std::memcpy(to + headerBytes + offset, from + rows + offset, view.stride);
     });
@@ -144,66 +145,82 @@ void CopyForeign(const ForeignDib& dib, const BYTE* from, BYTE* to) {
     }
 }
 
-// A copy of what the opened clipboard holds; sets status 7 or 3.
-LockedBlock CopyOfClipboard(int& height) {
+// A copy of what the opened clipboard holds.
+struct ClipboardCopy {
+    LockedBlock picture;
+    int height = 0;
+    int status = QV8_STATUS_PICTURE;
+};
+
+ClipboardCopy CopyOfClipboard() {
+    ClipboardCopy copy;
     HGLOBAL data = GetClipboardData(CF_DIB);
     const GlobalLockScope lock = data != nullptr ? LockBlock(data) : GlobalLockScope();
     ForeignDib dib;
     if (!lock || !Understand(lock.get(), GlobalSize(data), dib)) {
-        return Fail(QV8_STATUS_PICTURE);
+        return copy;
     }
-    LockedBlock result = AllocatePicture(dib.bytes, InitialPixels::kUnwritten);
-    if (result) {
-        CopyForeign(dib, static_cast<const BYTE*>(lock.get()), result.As<BYTE>());
-        height = dib.header.biHeight;
+    copy.picture = AllocatePicture(dib.bytes, InitialPixels::kUnwritten);
+    copy.status = copy.picture ? QV8_STATUS_SUCCESS : QV8_STATUS_MEMORY;
+    if (copy.picture) {
+        CopyForeign(dib, static_cast<const BYTE*>(lock.get()), copy.picture.As<BYTE>());
+        copy.height = dib.header.biHeight;
     }
-    return result;
+    return copy;
 }
 
 } // namespace
 
-BOOL SetToClipboard(HWND window, HGLOBAL image, DWORD progressOwner) {
+BOOL SetToClipboard(HWND window, HGLOBAL image, const Caller& caller) {
     SetErrorStatus(QV8_STATUS_SUCCESS);
     Picture source;
     if (!LockPicture(image, source)) {
         SetErrorStatus(QV8_STATUS_PICTURE); // one that cannot be locked, too
         return FALSE;
     }
-    GlobalBlock copy = CheckPicture(source) ? CopyForClipboard(source, progressOwner) : GlobalBlock();
+    GlobalBlock copy = CheckPicture(source) ? CopyForClipboard(source, caller) : GlobalBlock();
     if (!copy) {
         return FALSE;
     }
     source.lock.reset(); // emptying the clipboard frees the picture if that is where it came from
-    if (!GiveToClipboard(window, std::move(copy))) {
+    if (!caller.Call([&] { return GiveToClipboard(window, std::move(copy)); })) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return FALSE;
     }
     return TRUE;
 }
 
-HGLOBAL GetFromClipboard(HWND window, DWORD progressOwner) {
+HGLOBAL GetFromClipboard(HWND window, const Caller& caller) {
     SetErrorStatus(QV8_STATUS_SUCCESS);
-    const OpenedClipboard opened(window);
     // All of it is copied before the first report: whoever receives that may empty the clipboard, which frees the data.
-    int height = 0;
-    LockedBlock result = CopyOfClipboard(height);
-    if (!result || !ForEachRowOutOfHeight(height, progressOwner, [](int) {})) {
-        return nullptr;
+    ClipboardCopy copy = caller.Call([&] {
+        OpenClipboard(window);
+        return CopyOfClipboard();
+    });
+    if (copy.picture && !ForEachRowOutOfHeight(copy.height, caller, [](int) {})) {
+        copy = {{}, 0, QV8_STATUS_CANCELLED};
     }
-    return result.Release();
+    caller.Call([] { return CloseClipboard(); });
+    SetErrorStatus(copy.status);
+    return copy.picture.Release();
 }
 
 BOOL HasClipboardData(HWND window) {
     SetErrorStatus(QV8_STATUS_SUCCESS);
-    const OpenedClipboard opened(window);
-    return GetClipboardData(CF_DIB) != nullptr ? TRUE : FALSE;
+    OpenClipboard(window);
+    const bool hasData = GetClipboardData(CF_DIB) != nullptr;
+    CloseClipboard();
+    SetErrorStatus(QV8_STATUS_SUCCESS);
+    return hasData ? TRUE : FALSE;
 }
 
 BOOL ClearClipboard(HWND window) {
     SetErrorStatus(QV8_STATUS_SUCCESS);
     OpenClipboard(window);
     EmptyClipboard();
-    return CloseClipboard();
+    const BOOL closed = CloseClipboard();
+    SetErrorStatus(QV8_STATUS_SUCCESS);
+    return closed;
 }
 
 } // namespace qv8

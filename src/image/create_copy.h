@@ -1,14 +1,15 @@
 // Pictures from nothing, and copies.
 #pragma once
 
+#include "frame/caller.h"
 #include "pixels/dib.h"
 
 namespace qv8 {
 
 // A picture of one colour. Sizes below 1 count as 1; another depth leaves status 4.
-HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, BYTE blue, DWORD progressOwner);
+HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, BYTE blue, const Caller& caller);
 
 // An exact copy.
-HGLOBAL CopyImage(HGLOBAL image, DWORD progressOwner);
+HGLOBAL CopyImage(HGLOBAL image, const Caller& caller);
 
 } // namespace qv8

@@ -66,7 +66,7 @@ void MarkRow(const PixelMatcher& matcher, const Area& area, int row, BYTE* maskR
 } // namespace
 
 ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& key, BYTE matchMode,
-                         BYTE tolerance, DWORD progressOwner) {
+                         BYTE tolerance, const Caller& caller) {
     if (matchMode > static_cast<BYTE>(MatchMode::kBrightness)) {
         return Fail(QV8_STATUS_PARAMETER);
     }
@@ -86,7 +86,7 @@ ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, cons
     const PixelMatcher matcher =
         MakePixelMatcher(source.view, MakeColourMatcher(static_cast<MatchMode>(matchMode), key, tolerance));
     const PixelPattern nothing = {};
-    const Progress progress{progressOwner};
+    const Progress progress{caller};
     for (int y = 0; y != area.rect.Height(); ++y) {
         const int row = area.rect.firstRow + y;
         CutRow(source.view, area, nothing, PixelCopy::kThroughChannels, row, result);

@@ -21,7 +21,7 @@ bool ResolveDrawnShape(const DibView& picture, AreaArguments arguments, Area& ar
 } // namespace
 
 ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& background,
-                     DWORD progressOwner) {
+                     const Caller& caller) {
     Picture source;
     Area area;
     if (!OpenPicture(image, kAcceptAll, source) || !ResolveDrawnShape(source.view, areaArguments, area)) {
@@ -32,7 +32,7 @@ ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RG
         return {};
     }
     const PixelPattern pattern = PackedPatternOf(source.view, background);
-    const Progress progress{progressOwner};
+    const Progress progress{caller};
     const int last = area.rect.lastRow - area.rect.firstRow;
     for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {
         CutRow(source.view, area, pattern, PixelCopy::kExact, row, result);

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "area/area.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
 // The area of the given shape over a background, and the shape's mask. {0, 0} with the status set when it fails.
-ImageSet SelectImage(HGLOBAL image, const AreaArguments& area, const RGBQUAD& background, DWORD progressOwner);
+ImageSet SelectImage(HGLOBAL image, const AreaArguments& area, const RGBQUAD& background, const Caller& caller);
 
 } // namespace qv8

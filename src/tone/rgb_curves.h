@@ -2,16 +2,17 @@
 #pragma once
 
 #include "area/area.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
 HGLOBAL RgbGamma(const ImageSet& target, const AreaArguments& area, double gammaRed, double gammaGreen,
-                 double gammaBlue, DWORD progressOwner);
+                 double gammaBlue, const Caller& caller);
 
 HGLOBAL RgbLevel(const ImageSet& target, const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue,
-                 DWORD progressOwner);
+                 const Caller& caller);
 
 HGLOBAL RgbRev(const ImageSet& target, const AreaArguments& area, bool invertRed, bool invertGreen, bool invertBlue,
-               DWORD progressOwner);
+               const Caller& caller);
 
 } // namespace qv8

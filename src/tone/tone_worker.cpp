@@ -7,12 +7,12 @@
 namespace qv8 {
 namespace {
 
-HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD progressOwner) {
+HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, const Caller& caller) {
     NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kCopied);
     if (!result) {
         return nullptr;
     }
-    const Progress progress{progressOwner};
+    const Progress progress{caller};
     RGBQUAD* const palette = result.Palette();
     const auto last = static_cast<int>(source.paletteSize - 1);
     for (int i = 0; i <= last; ++i) {
@@ -27,12 +27,12 @@ HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, DWORD pr
     return result.Release();
 }
 
-HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, DWORD progressOwner) {
+HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, const Caller& caller) {
     NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
-    const Progress progress{progressOwner};
+    const Progress progress{caller};
     const PixelFormat format = PixelFormatOf(source);
     const auto write = [&](int /*row*/, int /*column*/, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
         effect.pixels(effect.context, format, sourcePixels, resultPixels, count);
@@ -59,19 +59,19 @@ void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& fo
 }
 
 HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,
-                  DWORD progressOwner) {
+                  const Caller& caller) {
     Picture source;
     if (!OpenPicture(target.hImage, kAcceptAll, source)) {
         return nullptr;
     }
     if (source.view.IsPaletted()) {
-        return ApplyToPalette(source.view, effect, progressOwner);
+        return ApplyToPalette(source.view, effect, caller);
     }
     Area area;
     if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {
         return nullptr;
     }
-    return ApplyToPixels(source.view, area, effect, progressOwner);
+    return ApplyToPixels(source.view, area, effect, caller);
 }
 
 } // namespace qv8

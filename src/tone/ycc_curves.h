@@ -2,19 +2,20 @@
 #pragma once
 
 #include "area/area.h"
+#include "frame/caller.h"
 
 namespace qv8 {
 
 HGLOBAL YccGamma(const ImageSet& target, const AreaArguments& area, double gammaY, double gammaCr, double gammaCb,
-                 DWORD progressOwner);
+                 const Caller& caller);
 
 HGLOBAL YccLevel(const ImageSet& target, const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb,
-                 DWORD progressOwner);
+                 const Caller& caller);
 
 HGLOBAL YccRev(const ImageSet& target, const AreaArguments& area, bool invertY, bool invertCr, bool invertCb,
-               DWORD progressOwner);
+               const Caller& caller);
 
 // `chroma` is a change in percent, clamped to -100..1000.
-HGLOBAL Chroma(const ImageSet& target, const AreaArguments& area, LONG chroma, DWORD progressOwner);
+HGLOBAL Chroma(const ImageSet& target, const AreaArguments& area, LONG chroma, const Caller& caller);
 
 } // namespace qv8

@@ -156,6 +156,7 @@ enum : unsigned {
     kFromClipboard = 16, // what it works on is put on the clipboard before
     kAlike = 32,         // its two pictures have one size
     kMakesPairs = 64,    // a result always has its mask
+    kLeavesPair = 128,   // without a dialog nothing is stored
 };
 
 struct Export {
