@@ -6,6 +6,7 @@
 
 #include "area/mask_canvas.h"
 #include "frame/status.h"
+#include "platform/characters.h"
 
 namespace qv8 {
 namespace {
@@ -32,12 +33,6 @@ struct Pieces {
         return {items, static_cast<std::size_t>(count)};
     }
 };
-
-// First bytes of two-byte characters in the character set of the font.
-bool IsLeadByte(char byte) {
-    const auto value = static_cast<BYTE>(byte);
-    return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
-}
 
 bool Measure(HDC context, const char* text, Pieces& pieces) {
     for (const char* at = text; *at != '\0';) {

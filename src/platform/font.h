@@ -7,6 +7,7 @@
 
 #include <type_traits>
 
+#include "platform/characters.h"
 #include "platform/surface.h"
 
 struct Qv8Font {
@@ -41,11 +42,6 @@ namespace qv8::drawing {
 
 constexpr int kDotsPerInch = 96;
 constexpr LONG kMaxBitmapSide = 0x7FFF; // what FreeType's rasteriser takes
-
-// Of a character of two bytes.
-inline bool IsLeadByte(BYTE byte) {
-    return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
-}
 
 // Takes the first character of a text off it.
 FT_ULong TakeCharacter(const char*& text, const char* end);

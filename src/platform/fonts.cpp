@@ -109,7 +109,7 @@ FT_ULong TakeCharacter(const char*& text, const char* end) {
     if (byte >= 0xA1 && byte <= 0xDF) {
         return 0xFF61UL + byte - 0xA1;
     }
-    if (!IsLeadByte(byte) || text == end) {
+    if (!IsLeadByte(static_cast<char>(byte)) || text == end) {
         return kUnknown;
     }
     return FromTwoBytes(text++ - 1);

@@ -139,7 +139,7 @@ std::unique_ptr<char[]> WithoutMarks(const char* text, int& bytes) {
         }
         i += isMark ? 1 : 0;
         result[static_cast<std::size_t>(count++)] = text[i];
-        if (!isMark && IsLeadByte(static_cast<BYTE>(text[i])) && i + 1 < bytes) {
+        if (!isMark && qv8::IsLeadByte(text[i]) && i + 1 < bytes) {
             result[static_cast<std::size_t>(count++)] = text[++i];
         }
     }
