@@ -1,67 +1,100 @@
-// Runs the benchmarks and then says how each row compares with its peers.
+// Times the rows and writes one line for each figure: row, size, what, figure, with tabs between them.
 //
-// Rows are named OPERATION/WHO. A last table gives, for each operation, the time of every other row of the operation
-// divided by that of "qv8": above 1 the library is the faster one. Medians over several interleaved repetitions are
-// compared, because the speed of a machine drifts.
-#include <benchmark/benchmark.h>
-#include <opencv2/core/utility.hpp>
-
+//   qv8_bench [--filter TEXT] [--size NAME] [--samples NUMBER]
+//
+// `what` is qv8 or qv8-32 (nanoseconds of a call of this build), ready or fresh (of the peer into such a block) or
+// memory (the most that a call took, by the bytes of the picture). scripts/bench makes a table of the lines.
 #include <cstdio>
-#include <map>
+#include <cstdlib>
 #include <string>
-#include <vector>
 
+#include "blocks.h"
+#include "rows.h"
+#include "timing.h"
+
+namespace bench {
 namespace {
 
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    RatioReporter() : ConsoleReporter(OO_Tabular) {}
+constexpr Size kSizes[] = {{"16x16", 16, 16}, {"640x480", 640, 480}, {"1080p", 1920, 1080}, {"12MP", 4000, 3000}};
+constexpr const char* kOwnName = sizeof(void*) == 4 ? "qv8-32" : "qv8";
 
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
-                const std::string name = run.run_name.function_name;
-                const std::size_t slash = name.find('/');
-                times_[name.substr(0, slash)][name.substr(slash + 1)] = run.counters.at("ns/px").value;
-            }
-        }
-    }
-
-    void Finalize() override {
-        std::printf("\n%-34s %-26s %10s %12s\n", "operation", "who", "ns/px", "time / qv8");
-        for (const auto& [operation, rows] : times_) {
-            const auto own = rows.find("qv8");
-            for (const auto& [who, time] : rows) {
-                std::printf("%-34s %-26s %10.3f", operation.c_str(), who.c_str(), time);
-                if (own != rows.end() && who != "qv8") {
-                    std::printf(" %12.2f", time / own->second);
-                }
-                std::printf("\n");
-            }
-        }
-    }
-
-private:
-    std::map<std::string, std::map<std::string, double>> times_;
+struct Options {
+    std::string filter;
+    std::string size;
+    int samples = 5;
 };
 
+void Print(const Row& row, const Size& size, const char* what, double figure) {
+    std::printf("%s\t%s\t%s\t%.6g\n", row.name, size.name, what, figure);
+    std::fflush(stdout);
+}
+
+void TimeRow(const Row& row, const Size& size, const Scene& scene, int samples) {
+    const auto call = [&] { GlobalFree(row.call(scene)); };
+    call();
+    TakePeak();
+    call();
+    const std::size_t peak = TakePeak();
+    if (peak != 0) {
+        Print(row, size, "memory", static_cast<double>(peak) / (scene.PixelCount() * 3));
+    }
+    Timed own(call);
+    Timed ready(PeerCall(row.name, scene, Block::kReady));
+    Timed fresh(PeerCall(row.name, scene, Block::kFresh));
+    for (int i = 0; i != samples; ++i) {
+        own.TakeSample();
+        ready.TakeSample();
+        fresh.TakeSample();
+    }
+    Print(row, size, kOwnName, own.Nanoseconds());
+    if (ready) {
+        Print(row, size, "ready", ready.Nanoseconds());
+        Print(row, size, "fresh", fresh.Nanoseconds());
+    }
+}
+
+void TimeAll(const Options& options) {
+    for (const Size& size : kSizes) {
+        if (!options.size.empty() && options.size != size.name) {
+            continue;
+        }
+        const Scene scene(size);
+        for (const auto& rows : {ColourRows(), FilterRows(), GeometryRows(), ComposeRows()}) {
+            for (const Row& row : rows) {
+                if (std::string(row.name).find(options.filter) != std::string::npos) {
+                    TimeRow(row, size, scene, options.samples);
+                }
+            }
+        }
+    }
+}
+
+bool ReadOptions(int count, char** arguments, Options& options) {
+    for (int i = 1; i + 1 < count; i += 2) {
+        const std::string name = arguments[i];
+        const char* const value = arguments[i + 1];
+        if (name == "--filter") {
+            options.filter = value;
+        } else if (name == "--size") {
+            options.size = value;
+        } else if (name == "--samples") {
+            options.samples = std::atoi(value);
+        } else {
+            return false;
+        }
+    }
+    return count % 2 == 1 && options.samples > 0;
+}
+
 } // namespace
+} // namespace bench
 
 int main(int argc, char** argv) {
-    cv::setNumThreads(1);
-    std::string repetitions = "--benchmark_repetitions=9";
-    std::string interleave = "--benchmark_enable_random_interleaving=true";
-    std::string brief = "--benchmark_report_aggregates_only=true";
-    std::string time = "--benchmark_min_time=0.05";
-    std::vector<char*> arguments = {argv[0], repetitions.data(), interleave.data(), brief.data(), time.data()};
-    arguments.insert(arguments.end(), argv + 1, argv + argc);
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
-        return 1;
+    bench::Options options;
+    if (!bench::ReadOptions(argc, argv, options)) {
+        std::fprintf(stderr, "usage: qv8_bench [--filter TEXT] [--size 16x16|640x480|1080p|12MP] [--samples NUMBER]\n");
+        return 2;
     }
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    bench::TimeAll(options);
     return 0;
 }

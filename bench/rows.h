@@ -1,53 +1,30 @@
-// Rows of an operation: the library's call, and OpenCV's three ways.
+// What is timed: rows of the library's calls, and for some of them a peer that does the same or something near.
 #pragma once
 
-#include <opencv2/core.hpp>
-
+#include <functional>
+#include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
-#include "pictures.h"
+#include "scene.h"
 
 namespace bench {
 
-inline cv::Mat SourceMat() {
-    return {kHeight, kWidth, CV_8UC3, const_cast<BYTE*>(SourcePixels(24))};
-}
+struct Row {
+    const char* name;                    // the export, without its prefix, then the parameters that matter
+    HGLOBAL (*call)(const Scene& scene); // the result is freed; null where the export gives none
+};
 
-// Times a call of the library that returns a picture: call(const ImageSet* target).
-template <class Call>
-void AddEffect(const std::string& name, Call call) {
-    benchmark::RegisterBenchmark((name + "/qv8").c_str(), [call](benchmark::State& state) {
-        const ImageSet target = {SourcePicture(24), nullptr};
-        TimeCall(state, [&] { return call(&target); });
-    });
-}
+std::span<const Row> ColourRows(); // tone, depth
+std::span<const Row> FilterRows();
+std::span<const Row> GeometryRows(); // and selection
+std::span<const Row> ComposeRows();  // and hidden marks, creation, clipboard
 
-// Times an OpenCV operation from 24 bits to 24 bits: into a matrix of its own allocation, into a block of the library's
-// allocation, and into a block that is there already.
-template <class Operation>
-void AddPeer(const std::string& name, Operation operation) {
-    benchmark::RegisterBenchmark((name + "/opencv, fresh cv::Mat").c_str(), [operation](benchmark::State& state) {
-        const cv::Mat source = SourceMat();
-        TimePixels(state, [&] {
-            cv::Mat result;
-            operation(source, result);
-        });
-    });
-    benchmark::RegisterBenchmark((name + "/opencv, fresh GlobalAlloc").c_str(), [operation](benchmark::State& state) {
-        const cv::Mat source = SourceMat();
-        TimeCall(state, [&] {
-            const HGLOBAL block = GlobalAlloc(GHND, ImageBytes(24));
-            cv::Mat result(kHeight, kWidth, CV_8UC3, GlobalLock(block));
-            operation(source, result);
-            GlobalUnlock(block);
-            return block;
-        });
-    });
-    benchmark::RegisterBenchmark((name + " in place/opencv").c_str(), [operation](benchmark::State& state) {
-        const cv::Mat source = SourceMat();
-        cv::Mat result(kHeight, kWidth, CV_8UC3);
-        TimePixels(state, [&] { operation(source, result); });
-    });
-}
+// Where a result is written: to a block that was there before and has been written to, or to a new one each time.
+enum class Block { kReady, kFresh };
+
+// The same by another library, ready to be repeated. Empty when there is none.
+std::function<void()> PeerCall(const std::string& row, const Scene& scene, Block block);
 
 } // namespace bench
