@@ -39,8 +39,9 @@ Histogram CountColours(const ColourReader& reader, const PlanarRow& rowBuffer, c
 void AccumulateHistogram(const Histogram& histogram) {
     std::uint32_t* const sums = histogram.Counts();
     for (const int step : {CellIndex(0, 0, 1), CellIndex(0, 1, 0), CellIndex(1, 0, 0)}) {
-        for (int i = step; i != kCells; ++i) {
-            if (i / step % kCellPlanes != 0) {
+        const int planes = step * kCellPlanes; // of this axis
+        for (int first = 0; first != kCells; first += planes) {
+            for (int i = first + step; i != first + planes; ++i) {
                 sums[i] += sums[i - step];
             }
         }
