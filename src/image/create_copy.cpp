@@ -24,7 +24,7 @@ NewPicture NewOfDepth(int width, int height, int bitDepth) {
     const int paletteSize = WriteFixedPalette(bitDepth, palette);
     const auto colours = static_cast<std::uint32_t>(paletteSize);
     const bool isFull = paletteSize == 0 || paletteSize == 1 << bitDepth;
-    NewPicture result = CreateDib({bitDepth, width, height, colours, isFull ? 0 : colours}, InitialPixels::kZero);
+    NewPicture result = CreateDib({bitDepth, width, height, colours, isFull ? 0 : colours}, InitialPixels::kUnwritten);
     if (result) {
         std::copy_n(palette, paletteSize, result.Palette());
     }

@@ -48,8 +48,9 @@ PixelPattern PackedPatternOf(const DibView& picture, const RGBQUAD& colour) {
 
 PixelPattern RepeatPixel(const BYTE* pixel, std::size_t pixelBytes) {
     PixelPattern pattern;
-    for (std::size_t i = 0; i != PixelPattern::kBytes; ++i) {
-        pattern.bytes[i] = pixel[i % pixelBytes];
+    std::memcpy(pattern.bytes, pixel, pixelBytes);
+    for (std::size_t filled = pixelBytes; filled < PixelPattern::kBytes; filled *= 2) {
+        std::memcpy(pattern.bytes + filled, pattern.bytes, std::min(filled, PixelPattern::kBytes - filled));
     }
     return pattern;
 }
