@@ -12,7 +12,7 @@ namespace bench {
 namespace {
 
 constexpr SIZE_T kKeptFrom = SIZE_T{64} << 10; // smaller ones the heap keeps itself
-constexpr SIZE_T kKeptLimit = SIZE_T{192} << 20;
+constexpr SIZE_T kKeptLimit = SIZE_T{64} << 20;
 
 struct Kept {
     HGLOBAL block;

@@ -169,12 +169,17 @@ private:
             return;
         }
         BYTE* const mapping = block.address - kLead;
-        if (keptBytes_ + block.capacity <= kKeptLimit) {
-            kept_.push_back({mapping, block.capacity, true});
-            keptBytes_ += block.capacity;
-        } else {
+        if (block.capacity > kKeptLimit) {
             munmap(mapping, block.capacity);
+            return;
         }
+        while (keptBytes_ + block.capacity > kKeptLimit) { // the oldest go: their size is the least likely to be wanted
+            munmap(kept_.front().address, kept_.front().capacity);
+            keptBytes_ -= kept_.front().capacity;
+            kept_.erase(kept_.begin());
+        }
+        kept_.push_back({mapping, block.capacity, true});
+        keptBytes_ += block.capacity;
     }
 
     std::mutex mutex_;
