@@ -1,7 +1,7 @@
-# CLI11 and stb consist of headers alone and suit any compiler, so a cross build uses the ones of the building system.
-# Their parent folder holds that system's own C library headers as well, which a cross compiler must not see: a folder
-# of links offers the two and nothing else.
-foreach(package CLI/CLI.hpp nlohmann/json.hpp stb/stb_image.h)
+# CLI11 and the JSON library consist of headers alone and suit any compiler, so a cross build uses the ones of the
+# building system. Their parent folder holds that system's own C library headers as well, which a cross compiler must not
+# see: a folder of links offers them and nothing else.
+foreach(package CLI/CLI.hpp nlohmann/json.hpp)
   get_filename_component(folder ${package} DIRECTORY)
   find_path(QV8_${folder}_PARENT ${package} NO_CMAKE_FIND_ROOT_PATH PATHS /usr/include /usr/local/include REQUIRED)
   file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/headers)

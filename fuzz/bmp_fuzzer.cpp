@@ -9,26 +9,32 @@ namespace {
 
 constexpr std::uint64_t kMaxPixels = 1U << 16U;
 
-std::vector<unsigned char> FileOf(const Picture& picture) {
-    const LockedPicture locked(picture);
-    const auto header = BmpFileHeader(locked);
-    std::vector<unsigned char> file(header.begin(), header.end());
-    file.insert(file.end(), locked.Bytes(), locked.Bytes() + locked.Size());
+LoadedPicture Read(ByteView file) {
+    ReadOptions options;
+    options.maxPixels = kMaxPixels;
+    return ReadBmp(file, options);
+}
+
+std::vector<unsigned char> FileOf(const LoadedPicture& loaded) {
+    std::vector<unsigned char> file;
+    kBmpCodec.write(loaded.picture, loaded.metadata, {}, [&file](const void* from, std::size_t size) {
+        const auto* const bytes = static_cast<const unsigned char*>(from);
+        file.insert(file.end(), bytes, bytes + size);
+    });
     return file;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size) {
-    const BmpReading reading = ReadBmp(bytes, size, kMaxPixels);
-    EXPECT_EQ(static_cast<bool>(reading.picture), reading.error.empty());
-    if (!reading.picture) {
+    LoadedPicture loaded;
+    try {
+        loaded = Read({bytes, size});
+    } catch (const Refusal&) {
         return 0;
     }
-    EXPECT_TRUE(test::IsSound(reading.picture.Handle()));
-    const std::vector<unsigned char> file = FileOf(reading.picture);
-    const BmpReading again = ReadBmp(file.data(), file.size(), kMaxPixels);
-    EXPECT_TRUE(again.picture) << again.error;
-    EXPECT_TRUE(test::ReadBlock(again.picture.Handle()) == test::ReadBlock(reading.picture.Handle()));
+    EXPECT_TRUE(test::IsSound(loaded.picture.Handle()));
+    const LoadedPicture again = Read(FileOf(loaded));
+    EXPECT_TRUE(test::ReadBlock(again.picture.Handle()) == test::ReadBlock(loaded.picture.Handle()));
     return 0;
 }

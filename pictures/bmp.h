@@ -3,29 +3,18 @@
 #ifndef QV8_PICTURES_BMP_H
 #define QV8_PICTURES_BMP_H
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <string>
-
-#include "pictures/picture.h"
+#include "pictures/codec.h"
 
 inline constexpr std::size_t kBmpFileHeaderBytes = 14;
 
-struct BmpReading {
-    Picture picture;
-    std::string error; // empty when there is a picture
-};
+bool IsBmp(ByteView file);
 
-// Whether the bytes begin like a BMP file.
-bool LooksLikeBmp(const BYTE* bytes, std::size_t size);
+// Whatever the bytes, this ends with a sound picture or with a Refusal. The picture has a 40-byte header and its rows
+// stand bottom-up, whatever form the file has.
+LoadedPicture ReadBmp(ByteView file, const ReadOptions& options);
 
-// Reads a whole file in memory; whatever the bytes, this ends with a sound picture or with the reason why there is
-// none. The picture has a 40-byte header and its rows stand bottom-up, whatever form the file has. Pictures of more
-// than `maxPixels` pixels are refused.
-BmpReading ReadBmp(const BYTE* bytes, std::size_t size, std::uint64_t maxPixels);
-
-// What stands in a file before the picture block; behind it the block is written as it is.
-std::array<BYTE, kBmpFileHeaderBytes> BmpFileHeader(const LockedPicture& picture);
+// Puts what run-length compression (RLE4, RLE8) makes of `packed` into pixels that are 0 before. Pixels that it leaves
+// out stay 0. Throws a Refusal when it goes beyond the picture or ends early.
+void DecodeRunLengths(ByteView packed, const BITMAPINFOHEADER& header, BYTE* pixels, std::size_t stride);
 
 #endif

@@ -7,6 +7,11 @@
 #include <filesystem>
 #include <memory>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 #include "pictures/output_file.h"
 
 namespace {
@@ -15,7 +20,14 @@ constexpr std::size_t kChunk = std::size_t{1} << 20;
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
+// Standard input is not closed.
 File OpenForReading(const std::string& name) {
+    if (name == kStandardStream) {
+#ifdef _WIN32
+        _setmode(_fileno(stdin), _O_BINARY);
+#endif
+        return File(stdin, [](std::FILE*) { return 0; });
+    }
 #ifdef _WIN32
     File file(_wfopen(PathOf(name).c_str(), L"rb"), std::fclose);
 #else

@@ -9,6 +9,7 @@
 #endif
 
 #include "pictures/failure.h"
+#include "pictures/temporary_file.h"
 
 namespace {
 
@@ -19,11 +20,20 @@ static_assert(std::atomic<bool>::is_always_lock_free);
 // The system calls this with a stack that is aligned to 4 bytes only.
 QV8_REALIGN BOOL WINAPI OnConsoleEvent(DWORD event) {
     const bool first = !interruptNoted.exchange(true);
-    return first && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT);
+    if (first && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT)) {
+        return TRUE;
+    }
+    RemoveTemporaryFiles();
+    return FALSE;
 }
 #else
-void OnSignal(int) {
-    interruptNoted = true;
+// The second one does what it would have done by itself, once this function has returned.
+void OnSignal(int number) {
+    if (interruptNoted.exchange(true)) {
+        RemoveTemporaryFiles();
+        signal(number, SIG_DFL);
+        raise(number);
+    }
 }
 #endif
 
@@ -40,7 +50,7 @@ void WatchForInterrupt() {
         }
         struct sigaction action {};
         action.sa_handler = OnSignal;
-        action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+        action.sa_flags = SA_RESTART;
         sigaction(number, &action, nullptr);
     }
     signal(SIGXFSZ, SIG_IGN); // a file that becomes too large is an error of writing then

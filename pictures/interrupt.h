@@ -1,5 +1,5 @@
 // The wish to stop: Ctrl-C, or a signal that asks to end. The first one is noted, so that work can end in good order; a
-// second one ends the program at once.
+// second one ends the program at once, and only temporary files go.
 #ifndef QV8_PICTURES_INTERRUPT_H
 #define QV8_PICTURES_INTERRUPT_H
 

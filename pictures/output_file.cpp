@@ -1,14 +1,14 @@
 #include "pictures/output_file.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <system_error>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
-#include <process.h>
-#include <sys/stat.h>
 #else
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -18,48 +18,66 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int kNameTries = 100;
+std::string Words(int error) {
+    return std::generic_category().message(error);
+}
 
-// The file that is really meant: a link is followed, so that it stays a link.
-fs::path Target(const fs::path& path) {
-    std::error_code ignored;
-    if (!fs::is_symlink(path, ignored)) {
-        return path;
+// The file that is really meant: links are followed, so that they stay links. A chain of links that is too long, or has
+// no end, is left to whoever opens it.
+fs::path Target(fs::path path) {
+    constexpr int kLongestChain = 40;
+    for (int i = 0; i < kLongestChain; ++i) {
+        std::error_code failed;
+        if (!fs::is_symlink(fs::symlink_status(path, failed))) {
+            break;
+        }
+        const fs::path next = fs::read_symlink(path, failed);
+        if (failed) {
+            break;
+        }
+        path = next.is_absolute() ? next : path.parent_path() / next;
     }
-    std::error_code failed;
-    fs::path resolved = fs::weakly_canonical(path, failed);
-    return failed ? path : resolved;
+    return path;
 }
 
-// Makes a file that was not there. Returns null and leaves errno when that fails.
-std::FILE* CreateNew(const fs::path& path) {
-#ifdef _WIN32
-    const int descriptor = _wopen(path.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
-    return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
-#else
-    const int descriptor = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-    return descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
-#endif
-}
-
-int ProcessNumber() {
-#ifdef _WIN32
-    return _getpid();
-#else
-    return getpid();
-#endif
-}
-
-// A file that replaces another keeps the other's permissions.
-void TakePermissions([[maybe_unused]] const fs::path& from, [[maybe_unused]] const fs::path& to) {
 #ifndef _WIN32
-    std::error_code ignored;
-    const fs::file_status status = fs::status(from, ignored);
-    if (fs::is_regular_file(status)) {
-        fs::permissions(to, status.permissions(), ignored);
-    }
-#endif
+// What the process takes away from the permissions of new files. Asking for it sets it for a moment: to less, not more.
+mode_t ProcessMask() {
+    static const mode_t mask = [] {
+        const mode_t current = umask(077);
+        umask(current);
+        return current;
+    }();
+    return mask;
 }
+
+// Gives a file, as far as the system lets it, what the file that it replaces has. Rights of a group or an owner that
+// cannot be kept do not go to another one.
+void TakeOwnerAndPermissions(int descriptor, const fs::path& replaced) {
+    struct stat status {};
+    if (stat(replaced.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        fchmod(descriptor, 0666 & ~ProcessMask());
+        return;
+    }
+    mode_t mode = status.st_mode & 07777;
+    if (fchown(descriptor, status.st_uid, status.st_gid) != 0) {
+        mode &= ~static_cast<mode_t>(S_ISUID);
+        if (fchown(descriptor, static_cast<uid_t>(-1), status.st_gid) != 0) {
+            mode = (mode & ~static_cast<mode_t>(S_ISGID | S_IRWXG)) | (mode & S_IRWXO) << 3;
+        }
+    }
+    fchmod(descriptor, mode);
+}
+
+// Whether the permissions let this process write the file.
+bool MayWrite(const fs::path& path) {
+    return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+#else
+bool MayWrite(const fs::path&) {
+    return true; // nothing but the attribute that is looked at anyway
+}
+#endif
 
 } // namespace
 
@@ -67,7 +85,18 @@ fs::path PathOf(const std::string& name) {
     return fs::path(std::u8string(name.begin(), name.end()));
 }
 
-OutputFile::OutputFile(const std::string& name) : name_(name), target_(Target(PathOf(name))) {
+OutputFile::OutputFile(const std::string& name, Sync sync) : name_(name), sync_(sync == Sync::kYes) {
+    if (name_ == kStandardStream) {
+        return;
+    }
+    target_ = Target(PathOf(name));
+    CheckTarget();
+    if (const std::string error = file_.Create(target_.parent_path()); !error.empty()) {
+        Fail(error);
+    }
+}
+
+void OutputFile::CheckTarget() const {
     std::error_code failed;
     const fs::file_status status = fs::status(target_, failed);
     if (!fs::status_known(status)) { // such as a link to itself, or a name that is too long
@@ -76,64 +105,55 @@ OutputFile::OutputFile(const std::string& name) : name_(name), target_(Target(Pa
     if (fs::is_directory(status)) {
         Fail("it is a folder");
     }
-    if (fs::exists(status) && !fs::is_regular_file(status)) {
+    if (!fs::exists(status)) {
+        return;
+    }
+    if (!fs::is_regular_file(status)) {
         Fail("it is not an ordinary file");
     }
     constexpr auto kAnyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    if (fs::exists(status) && (status.permissions() & kAnyWrite) == fs::perms::none) {
+    if ((status.permissions() & kAnyWrite) == fs::perms::none || !MayWrite(target_)) {
         Fail("it is write-protected");
-    }
-    OpenTemporary();
-}
-
-OutputFile::~OutputFile() {
-    if (file_ != nullptr) {
-        std::fclose(file_);
-    }
-    if (!temporary_.empty()) {
-        std::error_code ignored;
-        fs::remove(temporary_, ignored);
-    }
-}
-
-void OutputFile::OpenTemporary() {
-    for (int attempt = 0; file_ == nullptr && attempt < kNameTries; ++attempt) {
-        const std::string suffix = "." + std::to_string(ProcessNumber()) + "-" + std::to_string(attempt) + ".tmp";
-        const fs::path path = target_.parent_path() / ("qv8" + suffix);
-        file_ = CreateNew(path);
-        if (file_ != nullptr) {
-            temporary_ = path;
-        } else if (errno != EEXIST) {
-            break;
-        }
-    }
-    if (file_ == nullptr) {
-        Fail(std::generic_category().message(errno));
     }
 }
 
 void OutputFile::Write(const void* bytes, std::size_t size) {
-    if (std::fwrite(bytes, 1, size, file_) != size) {
-        Fail(std::generic_category().message(errno));
+    if (file_.File() == nullptr) {
+        const char* const from = static_cast<const char*>(bytes);
+        forStandardOutput_.insert(forStandardOutput_.end(), from, from + size);
+    } else if (std::fwrite(bytes, 1, size, file_.File()) != size) {
+        Fail(Words(errno));
     }
 }
 
 void OutputFile::Complete() {
-    std::FILE* const file = file_;
-    file_ = nullptr;
-    if (std::fclose(file) != 0) {
-        Fail(std::generic_category().message(errno));
+    if (file_.File() == nullptr) {
+        return;
     }
-    TakePermissions(target_, temporary_);
+#ifndef _WIN32
+    TakeOwnerAndPermissions(fileno(file_.File()), target_);
+#endif
+    if (const int error = file_.Close(sync_); error != 0) {
+        Fail(Words(error));
+    }
 }
 
 void OutputFile::Commit() {
-    std::error_code failed;
-    fs::rename(temporary_, target_, failed);
-    if (failed) {
-        Fail(failed.message());
+    if (name_ == kStandardStream) {
+        WriteStandardOutput();
+    } else if (const std::string error = file_.Rename(target_, sync_); !error.empty()) {
+        Fail(error);
     }
-    temporary_.clear();
+}
+
+void OutputFile::WriteStandardOutput() {
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
+    const std::size_t size = forStandardOutput_.size();
+    if (std::fwrite(forStandardOutput_.data(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
+        Fail(Words(errno));
+    }
 }
 
 void OutputFile::Fail(const std::string& reason) const {

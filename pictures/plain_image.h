@@ -1,4 +1,4 @@
-// Pictures as plain samples, the form that PNG and JPEG codecs know: top row first, no padding.
+// Pictures as plain samples: top row first, no padding.
 #ifndef QV8_PICTURES_PLAIN_IMAGE_H
 #define QV8_PICTURES_PLAIN_IMAGE_H
 
@@ -21,8 +21,7 @@ struct PlainImage {
 // front of its words when the picture has channel masks that the library does not know.
 PlainImage PlainFromPicture(const Picture& picture, ExitCode code, const std::string& subject);
 
-// Makes a picture of 8 bits with a grey ramp from one channel, of 24 bits from three, and of 32 bits from two (grey and
-// alpha) or four. Returns an empty picture when memory is short.
+// Makes a picture of 8 bits with a grey ramp from one channel, of 24 bits from three, and of 32 bits from four.
 Picture PictureFromSamples(const BYTE* samples, std::size_t width, std::size_t height, std::size_t channels);
 
 #endif

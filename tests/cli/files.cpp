@@ -13,29 +13,6 @@ void Append(Bytes& bytes, std::uint32_t value, int count) {
     }
 }
 
-void AppendBigEndian(Bytes& bytes, std::size_t value, int count) {
-    while (count-- > 0) {
-        bytes.push_back(static_cast<unsigned char>(value >> (8 * count)));
-    }
-}
-
-void AppendText(Bytes& bytes, const std::string& text) {
-    bytes.insert(bytes.end(), text.begin(), text.end());
-}
-
-void AppendChunk(Bytes& file, const char* name, const Bytes& data) {
-    AppendBigEndian(file, data.size(), 4);
-    AppendText(file, name);
-    file.insert(file.end(), data.begin(), data.end());
-    AppendBigEndian(file, 0, 4);
-}
-
-void AppendSegment(Bytes& file, unsigned marker, const Bytes& data) {
-    AppendBigEndian(file, 0xFF00 | marker, 2);
-    AppendBigEndian(file, data.size() + 2, 2);
-    file.insert(file.end(), data.begin(), data.end());
-}
-
 std::string Utf8(const fs::path& path) {
     const std::u8string text = path.u8string();
     return std::string(text.begin(), text.end());
@@ -91,78 +68,6 @@ Bytes BuildBmp(const BmpForm& form, const std::vector<Bytes>& rowsFromBottom) {
         file.insert(file.end(), row.begin(), row.end());
     }
     Put32(file, 2, static_cast<std::uint32_t>(file.size()));
-    return file;
-}
-
-Bytes Stored(const Bytes& data) {
-    Bytes packed{0x78, 0x01, 1};
-    Append(packed, static_cast<std::uint32_t>(data.size() | ~data.size() << 16), 4);
-    packed.insert(packed.end(), data.begin(), data.end());
-    return packed;
-}
-
-Bytes PackedZeroes(int count) {
-    std::string bits = "1"
-                       "10"
-                       "00110000"; // the last block, with the fixed codes; a zero
-    for (; count > 0; count -= 258) {
-        bits += "11000101"
-                "00000"; // 258 bytes as the one before
-    }
-    bits += "0000000"; // the end
-    Bytes packed{0x78, 0x01};
-    for (std::size_t i = 0; i < bits.size(); ++i) {
-        if (i % 8 == 0) {
-            packed.push_back(0);
-        }
-        packed.back() = static_cast<unsigned char>(packed.back() | (bits[i] - '0') << i % 8);
-    }
-    return packed;
-}
-
-Bytes BuildPng(const PngForm& form, const Bytes& packed) {
-    Bytes header;
-    AppendBigEndian(header, form.width, 4);
-    AppendBigEndian(header, form.height, 4);
-    for (const unsigned value : {form.depth, form.colour, 0U, 0U, form.interlaced ? 1U : 0U}) {
-        AppendBigEndian(header, value, 1);
-    }
-    Bytes file;
-    AppendText(file, "\x89PNG\r\n\x1A\n");
-    AppendChunk(file, "IHDR", header);
-    for (const auto& [name, chunk] : {std::pair{"PLTE", &form.table}, {"tRNS", &form.transparency}}) {
-        if (!chunk->empty()) {
-            AppendChunk(file, name, *chunk);
-        }
-    }
-    AppendChunk(file, "IDAT", packed);
-    AppendChunk(file, "IEND", {});
-    return file;
-}
-
-Bytes BuildJpeg(unsigned width, unsigned height, unsigned scans) {
-    const bool progressive = scans > 1;
-    Bytes file{0xFF, 0xD8};
-    Bytes quantization(65, 1);
-    quantization[0] = 0;
-    AppendSegment(file, 0xDB, quantization);
-    Bytes frame{8};
-    AppendBigEndian(frame, height, 2);
-    AppendBigEndian(frame, width, 2);
-    frame.insert(frame.end(), {1, 1, 0x11, 0});
-    AppendSegment(file, progressive ? 0xC2 : 0xC0, frame);
-    Bytes codes(18, 0);
-    codes[1] = 1;
-    AppendSegment(file, 0xC4, codes); // for the means
-    codes[0] = 0x10;
-    AppendSegment(file, 0xC4, codes); // for the rest
-    for (unsigned scan = 0; scan < scans; ++scan) {
-        const unsigned char first = scan > 0 ? 1 : 0; // the means, then all the rest
-        const unsigned char last = progressive && scan == 0 ? 0 : 63;
-        AppendSegment(file, 0xDA, {1, 1, 0, first, last, 0});
-        file.insert(file.end(), 4, 0);
-    }
-    file.insert(file.end(), {0xFF, 0xD9});
     return file;
 }
 

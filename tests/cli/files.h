@@ -29,25 +29,6 @@ inline Bytes BuildBmp(const BmpForm& form) {
     return BuildBmp(form, RowsFor(form));
 }
 
-// A PNG file, as the format's description has it. Check sums are left zero.
-struct PngForm {
-    std::uint32_t width = 2;
-    std::uint32_t height = 2;
-    unsigned depth = 8;
-    unsigned colour = 2; // 0 grey, 2 colour, 3 colour table, 4 grey with alpha, 6 colour with alpha
-    bool interlaced = false;
-    Bytes table{};
-    Bytes transparency{};
-};
-Bytes BuildPng(const PngForm& form, const Bytes& packed);
-
-// The data of a PNG file: as it is, up to 65535 bytes, or some zeroes in a thousandth of their number of bytes.
-Bytes Stored(const Bytes& data);
-Bytes PackedZeroes(int count);
-
-// A grey JPEG file of a scan or several: all tables have one code, and it means 0. Progressive with more than one scan.
-Bytes BuildJpeg(unsigned width, unsigned height, unsigned scans);
-
 void Put32(Bytes& bytes, std::size_t at, std::uint32_t value);
 
 Bytes Slice(const Bytes& bytes, std::size_t from, std::size_t count = ~std::size_t{0});

@@ -2,12 +2,12 @@
 // every run. Usage: make_sample OUTPUT.png
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <vector>
 
-#include <stb/stb_image_write.h>
-
 #include "noise.h"
+#include "pictures/failure.h"
+#include "pictures/image_file.h"
+#include "pictures/plain_image.h"
 #include "scene.h"
 
 namespace {
@@ -55,22 +55,23 @@ std::vector<unsigned char> Develop(Canvas& canvas) {
     return samples;
 }
 
-void Append(void* context, void* data, int size) {
-    std::fwrite(data, 1, static_cast<std::size_t>(size), static_cast<std::FILE*>(context));
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    std::FILE* const file = argc == 2 ? std::fopen(argv[1], "wb") : nullptr;
-    if (file == nullptr) {
+    if (argc != 2) {
         std::fprintf(stderr, "usage: make_sample OUTPUT.png\n");
         return 2;
     }
     Canvas canvas = DrawScene();
     const std::vector<unsigned char> samples = Develop(canvas);
-    stbi_write_png_compression_level = 64;
-    stbi_write_force_png_filter = 3; // gives the smallest file here
-    const bool done = stbi_write_png_to_func(Append, file, kWidth, kHeight, 3, samples.data(), 0) != 0;
-    return std::fclose(file) == 0 && done ? 0 : 1;
+    try {
+        WriteOptions options;
+        options.format = ImageFormat::kPng;
+        options.compression = 9;
+        PreparePicture(PictureFromSamples(samples.data(), kWidth, kHeight, 3), {}, argv[1], options)->Commit();
+        return 0;
+    } catch (const Failure& failure) {
+        std::fprintf(stderr, "make_sample: %s\n", failure.what());
+        return 1;
+    }
 }
