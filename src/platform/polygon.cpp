@@ -5,6 +5,9 @@
 // third and the fourth, and so on, is inside. A line takes in each column (if it is flat) or row (if it is steep) the
 // pixel nearest to it, and of two equally near ones the upper or left one, whichever way it is drawn. All of it is
 // exact: fractions are kept as whole numbers over the length of the line.
+//
+// Crossings are kept as bits of a bitmap of their own, where two in one place cancel out. Their order does not matter
+// then, so the time goes with the number of edges and the rows each has, however tangled the polygon is.
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -51,77 +54,92 @@ private:
     std::int64_t rest_ = 0;
 };
 
-struct Edge {
-    std::int64_t top = 0; // the first row inside the bitmap
-    std::int64_t end = 0; // the row after the last
-    std::int64_t x = 0;
-    FloorWalk offset; // of the crossing from `x`, in the current row
+// The crossings of the rows between two, 64 columns a word, the leftmost in its highest bit.
+struct Crossings {
+    std::int64_t firstRow = 0;
+    std::int64_t endRow = 0;
+    std::int64_t width = 0;
+    std::size_t rowWords = 0;
+    std::unique_ptr<std::uint64_t[]> words;
 
-    std::int64_t Crossing() const {
-        return x + offset.Value();
+    std::uint64_t* Row(std::int64_t y) const {
+        return words.get() + static_cast<std::size_t>(y - firstRow) * rowWords;
+    }
+    // One left of the bitmap counts from the first column on, one right of it not at all.
+    void Turn(std::int64_t y, std::int64_t x) const {
+        if (x < width) {
+            const auto column = static_cast<std::size_t>(std::max<std::int64_t>(x, 0));
+            Row(y)[column / 64] ^= std::uint64_t{1} << (63 - column % 64);
+        }
     }
 };
 
-Edge MakeEdge(POINT upper, POINT lower, std::int64_t height) {
+// Room for the rows of the bitmap that the polygon reaches. No words when memory is short or there are no such rows.
+Crossings MakeCrossings(const Pixels& target, const POINT* points, std::size_t count) {
+    const auto [top, bottom] =
+        std::minmax_element(points, points + count, [](const POINT& a, const POINT& b) { return a.y < b.y; });
+    Crossings crossings;
+    crossings.firstRow = std::max<std::int64_t>(top->y, 0);
+    crossings.endRow = std::min<std::int64_t>(bottom->y, target.height);
+    crossings.width = target.width;
+    crossings.rowWords = (static_cast<std::size_t>(target.width) + 63) / 64;
+    if (crossings.firstRow < crossings.endRow) {
+        const auto rows = static_cast<std::size_t>(crossings.endRow - crossings.firstRow);
+        crossings.words.reset(new (std::nothrow) std::uint64_t[rows * crossings.rowWords]());
+    }
+    return crossings;
+}
+
+void AddEdge(const Crossings& crossings, POINT upper, POINT lower) {
     const std::int64_t first = std::max<std::int64_t>(-std::int64_t{upper.y}, 0);
     const std::int64_t rise = std::int64_t{lower.y} - upper.y;
-    Edge edge;
-    edge.top = upper.y + first;
-    edge.end = std::min<std::int64_t>(lower.y, height);
-    edge.x = upper.x;
-    edge.offset = FloorWalk(std::int64_t{lower.x} - upper.x, rise - 1, rise, first);
-    return edge;
+    const std::int64_t end = std::min<std::int64_t>(lower.y, crossings.endRow);
+    FloorWalk offset(std::int64_t{lower.x} - upper.x, rise - 1, rise, first);
+    for (std::int64_t y = upper.y + first; y < end; ++y, offset.Next()) {
+        crossings.Turn(y, upper.x + offset.Value());
+    }
 }
 
-// The edges that touch rows of the bitmap, by their first row. Returns their number.
-std::size_t CollectEdges(const POINT* points, std::size_t count, std::int64_t height, Edge* edges) {
-    std::size_t edgeCount = 0;
-    POINT from = points[count - 1];
-    for (std::size_t i = 0; i < count; ++i) {
-        const POINT to = points[i];
-        if (from.y != to.y) {
-            const Edge edge = from.y < to.y ? MakeEdge(from, to, height) : MakeEdge(to, from, height);
-            if (edge.top < edge.end) {
-                edges[edgeCount++] = edge;
-            }
-        }
-        from = to;
+// Makes of each crossing all columns from it up to the next one. Returns whether the last one goes on behind the word.
+bool FillBetween(std::uint64_t& word, bool goesOn) {
+    for (unsigned distance = 1; distance != 64; distance *= 2) {
+        word ^= word >> distance;
     }
-    std::sort(edges, edges + edgeCount, [](const Edge& a, const Edge& b) { return a.top < b.top; });
-    return edgeCount;
+    word = goesOn ? ~word : word;
+    return (word & 1) != 0;
 }
 
-// Fills the spans of one row and moves the edges on to the next.
-void FillRow(const Pixels& target, std::int64_t y, Edge** active, std::size_t activeCount, Ink ink) {
-    const auto isLeft = [](const Edge* a, const Edge* b) { return a->Crossing() < b->Crossing(); };
-    if (!std::is_sorted(active, active + activeCount, isLeft)) {
-        std::sort(active, active + activeCount, isLeft);
+void FillRow(const Crossings& crossings, const Pixels& target, std::int64_t y, Ink ink) {
+    std::uint64_t* const words = crossings.Row(y);
+    bool goesOn = false;
+    for (std::size_t i = 0; i != crossings.rowWords; ++i) {
+        goesOn = FillBetween(words[i], goesOn);
     }
-    for (std::size_t i = 0; i + 1 < activeCount; i += 2) {
-        target.FillSpan(y, active[i]->Crossing(), active[i + 1]->Crossing(), ink);
+    if (crossings.width % 64 != 0) { // padding stays
+        words[crossings.rowWords - 1] &= ~std::uint64_t{0} << (64 - crossings.width % 64);
     }
-    for (std::size_t i = 0; i < activeCount; ++i) {
-        active[i]->offset.Next();
+    std::uint8_t* const row = target.Row(static_cast<std::int32_t>(y));
+    for (std::size_t byte = 0; byte != target.stride; ++byte) {
+        const auto filled = static_cast<std::uint8_t>(words[byte / 8] >> (56 - byte % 8 * 8));
+        row[byte] = static_cast<std::uint8_t>((row[byte] & ~filled) | (filled & static_cast<std::uint8_t>(ink)));
     }
 }
 
 bool FillInside(const Pixels& target, const POINT* points, std::size_t count, Ink ink) {
-    const std::unique_ptr<Edge[]> edges(new (std::nothrow) Edge[count]);
-    const std::unique_ptr<Edge*[]> active(new (std::nothrow) Edge*[count]);
-    if (!edges || !active) {
-        return false;
+    const Crossings crossings = MakeCrossings(target, points, count);
+    if (!crossings.words) {
+        return crossings.firstRow >= crossings.endRow;
     }
-    const std::size_t edgeCount = CollectEdges(points, count, target.height, edges.get());
-    std::size_t next = 0;
-    std::size_t activeCount = 0;
-    for (std::int64_t y = 0; next < edgeCount || activeCount != 0; ++y) {
-        const auto isOver = [y](const Edge* edge) { return edge->end <= y; };
-        activeCount =
-            static_cast<std::size_t>(std::remove_if(active.get(), active.get() + activeCount, isOver) - active.get());
-        while (next < edgeCount && edges[next].top == y) {
-            active[activeCount++] = &edges[next++];
+    POINT from = points[count - 1];
+    for (std::size_t i = 0; i < count; ++i) {
+        const POINT to = points[i];
+        if (from.y != to.y) {
+            from.y < to.y ? AddEdge(crossings, from, to) : AddEdge(crossings, to, from);
         }
-        FillRow(target, y, active.get(), activeCount, ink);
+        from = to;
+    }
+    for (std::int64_t y = crossings.firstRow; y < crossings.endRow; ++y) {
+        FillRow(crossings, target, y, ink);
     }
     return true;
 }
