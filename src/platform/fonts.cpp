@@ -7,6 +7,7 @@
 #include FT_OUTLINE_H
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -30,8 +31,41 @@ bool IsAscii(const char* text) {
     return std::all_of(text, text + std::char_traits<char>::length(text), [](char c) { return c > 0; });
 }
 
+// What fonts there are, found out once. The library's own way to do that tries for ever when memory is short, and the
+// configuration that it keeps is the host's to change.
+class FontConfiguration {
+public:
+    constexpr FontConfiguration() = default;
+    FontConfiguration(const FontConfiguration&) = delete;
+    FontConfiguration& operator=(const FontConfiguration&) = delete;
+    ~FontConfiguration() {
+        if (FcConfig* const loaded = loaded_) {
+            FcConfigDestroy(loaded);
+        }
+    }
+    // Null when memory is short.
+    FcConfig* Get() {
+        FcConfig* known = loaded_;
+        if (known != nullptr) {
+            return known;
+        }
+        FcConfig* const loaded = FcInitLoadConfigAndFonts();
+        if (loaded == nullptr || loaded_.compare_exchange_strong(known, loaded)) {
+            return loaded;
+        }
+        FcConfigDestroy(loaded); // another thread was faster
+        return known;
+    }
+
+private:
+    std::atomic<FcConfig*> loaded_ = nullptr;
+};
+
+constinit FontConfiguration configuration;
+
 Pattern FindFont(const LOGFONTA& description) {
-    Pattern wanted(FcPatternCreate());
+    FcConfig* const config = configuration.Get();
+    Pattern wanted(config != nullptr ? FcPatternCreate() : nullptr);
     if (!wanted) {
         return nullptr;
     }
@@ -43,10 +77,10 @@ Pattern FindFont(const LOGFONTA& description) {
     FcPatternAddInteger(wanted.get(), FC_WEIGHT, description.lfWeight >= FW_BOLD ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
     FcPatternAddInteger(wanted.get(), FC_SLANT, description.lfItalic != 0 ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
     FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+    FcConfigSubstitute(config, wanted.get(), FcMatchPattern);
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultMatch;
-    return Pattern(FcFontMatch(nullptr, wanted.get(), &result));
+    return Pattern(FcFontMatch(config, wanted.get(), &result));
 }
 
 // Opens the font and takes over what is to be done to its outlines for a weight or slant that it does not have.
