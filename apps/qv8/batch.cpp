@@ -11,12 +11,16 @@
 #include <thread>
 
 #include "batch_report.h"
+#include "memory_budget.h"
 #include "pictures/image_file.h"
 #include "pictures/interrupt.h"
 
 namespace fs = std::filesystem;
 
 namespace {
+
+// The picture, the result and what reading and writing need besides, where both are of one size.
+constexpr std::uint64_t kBytesForAPixel = 12;
 
 struct Job {
     std::string input;
@@ -63,7 +67,8 @@ std::vector<Job> PlanJobs(const ReadyChain& chain, const BatchOptions& options) 
 class Workers {
 public:
     Workers(const ReadyChain& chain, const BatchOptions& options, const std::vector<Job>& jobs, BatchReport& report)
-        : chain_(chain), options_(options), jobs_(jobs), report_(report) {}
+        : chain_(chain), options_(options), jobs_(jobs), report_(report),
+          budget_(options.memory != 0 ? options.memory : UsualMemory()) {}
 
     void Run(unsigned count) {
         std::vector<std::thread> threads;
@@ -94,25 +99,31 @@ private:
             outOfMemory_ = true;
         }
     }
-    FileOutcome Do(const Job& job) const;
-    FileReport Apply(const Job& job) const;
+    FileOutcome Do(const Job& job);
+    FileReport Apply(const Job& job);
 
     const ReadyChain& chain_;
     const BatchOptions& options_;
     const std::vector<Job>& jobs_;
     BatchReport& report_;
+    MemoryBudget budget_;
     std::atomic<std::size_t> next_{0};
     std::atomic<bool> outOfMemory_{false};
 };
 
-FileReport Workers::Apply(const Job& job) const {
+FileReport Workers::Apply(const Job& job) {
     std::error_code failed;
     fs::create_directories(PathOf(job.output).parent_path(), failed); // what fails shows when the file is written
-    return RunOnFile(chain_, {job.input, job.output, {}}, options_.files,
+    MemoryBudget::Share share(budget_);
+    FileOptions files = options_.files;
+    files.sizeKnown = [&share](std::uint64_t width, std::uint64_t height) {
+        share.Take(width * height * kBytesForAPixel);
+    };
+    return RunOnFile(chain_, {job.input, job.output, {}}, files,
                      {.bar = !options_.quiet && jobs_.size() == 1, .lenient = true});
 }
 
-FileOutcome Workers::Do(const Job& job) const {
+FileOutcome Workers::Do(const Job& job) {
     FileOutcome outcome;
     outcome.input = job.input;
     outcome.output = job.output;
@@ -128,7 +139,9 @@ FileOutcome Workers::Do(const Job& job) const {
     };
     const auto begin = std::chrono::steady_clock::now();
     try {
-        outcome.pixels = Apply(job).pixels;
+        const FileReport report = Apply(job);
+        outcome.pixels = report.pixels;
+        outcome.notes = report.notes;
     } catch (const Failure& failure) {
         fail(failure.Code(), failure.what());
     } catch (const std::bad_alloc&) {

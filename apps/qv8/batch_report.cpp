@@ -34,6 +34,9 @@ std::string JsonOf(const FileOutcome& outcome) {
     if (!outcome.error.empty()) {
         members.emplace_back("error", outcome.error);
     }
+    for (const std::string& note : outcome.notes) {
+        members.emplace_back("note", note);
+    }
     members.emplace_back("pixels", static_cast<std::int64_t>(outcome.pixels));
     members.emplace_back("seconds", outcome.seconds);
     return JsonLine(members);
@@ -96,6 +99,11 @@ void BatchReport::Add(const FileOutcome& outcome) {
         ClearBar();
         err_ << OneLine(outcome.input) + " -> " + OneLine(outcome.output) + ": " + StateName(outcome.state) + ", " +
                     Fixed(outcome.seconds, 3) + " s\n";
+    }
+    for (const std::string& note : outcome.notes) {
+        if (voice_ == Voice::kVerbose) {
+            err_ << "qv8: " + OneLine(outcome.input + ": " + note) + "\n";
+        }
     }
     if (json_) {
         out_ << JsonOf(outcome) << std::flush;

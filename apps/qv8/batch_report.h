@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "pictures/failure.h"
 
@@ -18,6 +19,7 @@ struct FileOutcome {
     State state = State::kDone;
     ExitCode code = kExitOk;
     std::string error;
+    std::vector<std::string> notes; // what of the input is not in the output
     std::uint64_t pixels = 0;
     double seconds = 0;
 };

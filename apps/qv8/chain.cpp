@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "catalogue/text.h"
+#include "alpha.h"
 #include "kernel_file.h"
 #include "mask.h"
 #include "pictures/failure.h"
@@ -75,14 +75,15 @@ ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPix
 }
 
 ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ApplyMode mode) {
+    HGLOBAL const image = subject.image != nullptr ? subject.image->Handle() : nullptr;
     if (step.mask != nullptr) {
-        CheckMaskSize(step.mask, step.maskName, subject.image, subject.name);
+        CheckMaskSize(step.mask, step.maskName, image, subject.name);
     }
     catalogue::Request request = step.request;
-    request.image = subject.image;
+    request.image = image;
     request.progressOwner = progressOwner;
     const catalogue::Outcome outcome = catalogue::Run(*step.effect, request);
-    ChainResult result{Picture(outcome.result.pictures.hImage), Picture(outcome.result.pictures.hMask)};
+    ChainResult result{Picture(outcome.result.pictures.hImage), Picture(outcome.result.pictures.hMask), false, {}};
     const bool unneeded = mode.lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
     if (outcome.failed == catalogue::Failed::kNot || unneeded) {
         return result;
@@ -94,17 +95,45 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
                   subject.name + ": " + step.effect->name + ": " + outcome.words);
 }
 
+// Effects that move pixels clear the fourth bytes: alpha goes the same way as a picture of its own then.
+void ReadyChain::KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ChainResult& result) {
+    if (!subject.alpha || !HasAlpha(*subject.image) || HasAlpha(result.image)) {
+        return;
+    }
+    if (LockedPicture(result.image).Header().biBitCount != 32) {
+        result.alpha = false;
+        if (step.effect->family != catalogue::Family::kDepth) { // which was asked for
+            result.notes.push_back(std::string(step.effect->name) + ": transparency is lost");
+        }
+        return;
+    }
+    const Picture alpha = AlphaOf(*subject.image);
+    if (step.effect->family != catalogue::Family::kGeometry && AreOfOneSize(alpha, result.image)) {
+        return SetAlpha(result.image, alpha);
+    }
+    Subject plane{&alpha, subject.name, false};
+    const ChainResult moved = ApplyStep(step, plane, progressOwner, {.lenient = true});
+    if (moved.image && AreOfOneSize(moved.image, result.image)) {
+        SetAlpha(result.image, moved.image);
+    }
+}
+
 ChainResult ReadyChain::Apply(const Subject& subject, ApplyMode mode) const {
     Progress progress(mode.bar ? Progress::Bar::kWhenTerminal : Progress::Bar::kHidden);
     ChainResult result;
+    result.alpha = subject.alpha;
     Subject current = subject;
     for (std::size_t i = 0; i != steps_.size(); ++i) {
         progress.BeginStep(i, steps_.size());
         ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), mode);
-        if (next.image) {
-            result = std::move(next);
-            current.image = result.image.Handle();
+        if (!next.image) {
+            continue;
         }
+        next.alpha = current.alpha;
+        next.notes = std::move(result.notes);
+        KeepAlpha(steps_[i], current, progress.Owner(), next);
+        result = std::move(next);
+        current = {&result.image, subject.name, result.alpha};
     }
     return result;
 }

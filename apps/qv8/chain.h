@@ -12,8 +12,9 @@
 
 // Where a chain starts.
 struct Subject {
-    HGLOBAL image = nullptr; // 0 for an effect without a source
-    std::string name;        // in the words of failures
+    const Picture* image = nullptr; // null for an effect without a source
+    std::string name;               // in the words of failures
+    bool alpha = false;             // the fourth bytes of a 32-bit picture are alpha
 };
 
 struct ApplyMode {
@@ -24,6 +25,8 @@ struct ApplyMode {
 struct ChainResult {
     Picture image;
     Picture mask;
+    bool alpha = false;
+    std::vector<std::string> notes; // what was lost on the way, a sentence each
 };
 
 // A chain with all that its steps need besides their picture: further pictures, masks and kernels, read once for any
@@ -51,6 +54,7 @@ private:
     };
     static ReadyStep Prepare(const Step& step, std::uint64_t maxPixels);
     static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ApplyMode mode);
+    static void KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ChainResult& result);
 
     std::vector<ReadyStep> steps_;
 };

@@ -17,12 +17,14 @@
 #include "commands.h"
 #include "message.h"
 #include "pictures/failure.h"
+#include "pictures/image_file.h"
 #include "words.h"
 
 namespace {
 
 constexpr const char* kFooter = "Run \"qv8 help EFFECT\" for the options of an effect.\n"
-                                "Files are BMP, PNG or JPEG; input by content, output by the ending of its name.\n"
+                                "Files are BMP, PNG, JPEG, TIFF or WebP, or - for standard input and output; input by\n"
+                                "content, output by the ending of its name or --format.\n"
                                 "\n"
                                 "Exit codes: 0 done; 1 the effect failed; 2 wrong usage; 3 an input cannot be read;\n"
                                 "4 the output cannot be written; 5 some of many files failed; 130 cancelled.";
@@ -59,13 +61,15 @@ CLI::Option* AddPositional(CLI::App& command, const std::string& name, std::stri
 // How a result is written.
 void AddOutputOptions(CLI::App& command, FileOptions& files) {
     AddMaxPixels(command, files);
-    command.add_option("--format", files.format, "of the output, whatever its name: bmp, png, jpg")
+    command.add_option("--format", files.format, "of the output, whatever its name: bmp, png, jpg, tif, webp")
         ->type_name("NAME")
         ->group("Files");
-    command.add_option("--quality", files.quality, "of a JPEG output, 1..100; 90 unless given")
+    command.add_option("--quality", files.quality, "of a JPEG or WebP output, 1..100; 90 unless given")
         ->type_name("N")
         ->transform(Between(1, 100))
         ->group("Files");
+    command.add_flag("--strip", files.strip, "leave profile, EXIF and resolution out")->group("Files");
+    command.add_flag("!--no-sync", files.sync, "do not wait until the disk has the output")->group("Files");
     command.add_flag("--force", files.mayReplace, "replace an output that is there already")->group("Files");
 }
 
@@ -132,7 +136,7 @@ void AddEffectOptions(CLI::App& command, EffectCommand& effect) {
     if (const Setting* const picture = SecondPicture(step); picture != nullptr) {
         AddPositional(command, Capitals(picture->parameter->name), effect.second, picture->parameter->help);
     }
-    AddPositional(command, "OUTPUT", effect.last, "picture to write: .bmp, .png, .jpg, .jpeg");
+    AddPositional(command, "OUTPUT", effect.last, "picture to write: " + KnownEndings());
     AddParameters(command, step);
     command.add_option("-o", effect.named, "picture to write, over one that is there")
         ->type_name("FILE")
@@ -159,7 +163,7 @@ void AddEffectCommands(CLI::App& app, Action& action) {
         AddEffectOptions(*command, *state);
         command->callback([&action, command, state] {
             RefuseExtras(*command);
-            action = [state](std::ostream&, std::ostream&) { return state->Run(); };
+            action = [state](std::ostream&, std::ostream& err) { return state->Run(err); };
         });
     }
 }
@@ -242,7 +246,7 @@ void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Actio
     AddOutputOptions(*paste, target->files);
     paste->callback([&action, target] {
         action = [target](std::ostream&, std::ostream&) {
-            SaveResult({PictureFromClipboard(target->files.maxPixels), {}}, target->names, target->files);
+            SaveAlone(PictureFromClipboard(target->files.maxPixels), target->names, target->files);
             return kExitOk;
         };
     });
@@ -265,7 +269,7 @@ ExitCode Obey(const Words& given, std::ostream& out, std::ostream& err) {
     CLI::App app("Applies effects to pictures.", "qv8");
     app.allow_windows_style_options(false); // a word that begins with a slash is a file on every system
     app.require_subcommand(1);
-    app.set_version_flag("--version", "qv8 " QV8_VERSION);
+    app.set_version_flag("--version", "qv8 " QV8_VERSION "\n" + CodecVersions());
     app.footer(kFooter);
     Action action;
     AddEffectCommands(app, action);

@@ -31,7 +31,7 @@ void CheckChain(const Chain& chain) {
 
 } // namespace
 
-ExitCode EffectCommand::Run() {
+ExitCode EffectCommand::Run(std::ostream& err) {
     Words words{second, last};
     std::erase(words, "");
     const auto take = [&](const std::string& name) {
@@ -53,7 +53,12 @@ ExitCode EffectCommand::Run() {
     if (const std::string mistake = CheckStep(step); !mistake.empty()) {
         throw Failure(kExitUsage, std::string(step.effect->name) + ": " + mistake);
     }
-    RunOnFile(ReadyChain({step}, files.maxPixels), names, files, {.bar = !quiet});
+    const FileReport report = RunOnFile(ReadyChain({step}, files.maxPixels), names, files, {.bar = !quiet});
+    for (const std::string& note : report.notes) {
+        if (!quiet) {
+            err << "qv8: " + OneLine(names.input + ": " + note) + "\n";
+        }
+    }
     return kExitOk;
 }
 

@@ -16,7 +16,7 @@ struct EffectCommand {
     explicit EffectCommand(const catalogue::Effect& effect) : step(effect) {}
 
     // Takes the words for what no option gave, checks everything and does it.
-    ExitCode Run();
+    ExitCode Run(std::ostream& err);
 
     Step step;
     FileNames names;

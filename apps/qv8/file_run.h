@@ -3,6 +3,7 @@
 #define QV8_APP_FILE_RUN_H
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -18,19 +19,24 @@ struct FileNames {
 struct FileOptions {
     std::uint64_t maxPixels = std::uint64_t{256} << 20;
     std::string format;         // empty: what the ending of the output's name asks for
-    std::optional<int> quality; // of JPEG; 90 unless given
-    bool mayReplace = false;    // an output that is there already
+    std::optional<int> quality; // of JPEG and WebP; 90 unless given
+    bool strip = false;         // leave profile, EXIF and resolution out
+    bool sync = true;           // the file is on the disk before it takes its place
+    // Told the size of the input before memory is taken for it.
+    std::function<void(std::uint64_t width, std::uint64_t height)> sizeKnown;
+    bool mayReplace = false; // an output that is there already
 };
 
 struct FileReport {
-    std::uint64_t pixels = 0; // of the input, or else of the output
+    std::uint64_t pixels = 0;       // of the input, or else of the output
+    std::vector<std::string> notes; // what of the input is not in the output, a sentence each
 };
 
 // All that can be wrong with the names is found before the work. Throws a Failure.
 FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const FileOptions& options, ApplyMode mode);
 
-// Writes a result as it is. Throws a Failure.
-void SaveResult(const ChainResult& result, const FileNames& names, const FileOptions& options);
+// Writes a picture that comes from no file. Throws a Failure.
+void SaveAlone(Picture picture, const FileNames& names, const FileOptions& options);
 
 // Throws a Failure when the file is there and may not be replaced.
 void RefuseToReplace(const std::string& output, bool mayReplace);

@@ -1,12 +1,12 @@
 #include "inputs.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <iostream>
 #include <iterator>
 
 #include "pictures/failure.h"
+#include "pictures/image_file.h"
 #include "pictures/input_file.h"
 #include "pictures/output_file.h"
 
@@ -45,11 +45,12 @@ bool Fits(std::string_view name, std::string_view pattern) {
 }
 
 bool HasKnownEnding(const fs::path& path) {
-    std::string ending = Utf8(path.extension());
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    constexpr std::array kEndings{".bmp", ".png", ".jpg", ".jpeg", ".tif", ".tiff", ".webp"};
-    return std::find(kEndings.begin(), kEndings.end(), ending) != kEndings.end();
+    try {
+        FormatForName(Utf8(path.filename()));
+        return true;
+    } catch (const Failure&) {
+        return false;
+    }
 }
 
 void AddFolder(const std::string& name, std::vector<InputFile>& inputs) {
