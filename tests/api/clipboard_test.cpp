@@ -39,24 +39,6 @@ Bytes WithLongHeader(const Picture& picture, std::size_t headerBytes, Random& ra
     return bytes;
 }
 
-TEST(SetToClipBrd, PutsHeaderTableAndRowsThereWithoutMasks) {
-    Random random(80);
-    for (const Layout& layout : Layouts()) {
-        SCOPED_TRACE(layout.name);
-        const Source source(RandomPicture(layout, RandomSide(random), random.Between(1, 20), random));
-        Bytes expected = source.Content().bytes;
-        if (layout.compression == BI_BITFIELDS) {
-            Cut(expected, 40, 12);
-        }
-        for (int times = 0; times != 2; ++times) {
-            EXPECT_EQ(Put(source.Handle()), 1);
-            EXPECT_EQ(GetErrorStatus(), QV8_STATUS_SUCCESS);
-            EXPECT_EQ(ClipboardContent(), expected);
-        }
-        EXPECT_TRUE(source.Untouched());
-    }
-}
-
 TEST(GetFromClipBrd, TakesWhatOtherProgramsPutThere) {
     Random random(81);
     for (const Layout& layout : Layouts()) {
@@ -159,6 +141,21 @@ TEST(GetFromClipBrd, RefusesWhatCannotBeAPicture) {
     }
 }
 
+#ifndef _WIN32
+// A block that goes to the clipboard is the clipboard's, which frees it for the next one.
+TEST(Clipboard, FreesWhatItHeld) {
+    HGLOBAL held = nullptr;
+    for (const bool isEmptied : {false, true}) {
+        ASSERT_TRUE(OpenClipboard(nullptr) && EmptyClipboard());
+        held = SetClipboardData(CF_DIB, MakeBlock({1, 2, 3}).release());
+        EXPECT_EQ(GlobalSize(held), 3U);
+        EXPECT_TRUE(isEmptied ? EmptyClipboard() != 0 : SetClipboardData(CF_DIB, MakeBlock({4}).release()) != nullptr);
+        EXPECT_EQ(GlobalSize(held), 0U);
+        EXPECT_TRUE(CloseClipboard());
+    }
+}
+#endif
+
 TEST(Clipboard, IsTestedAndCleared) {
     Random random(84);
     const Source source(RandomPicture(LayoutNamed("24"), 4, 4, random));
@@ -200,25 +197,6 @@ TEST(Clipboard, IsLeftAloneWhileAnotherHasIt) {
     EXPECT_FALSE(taken);
 #endif
     EXPECT_EQ(ClipboardContent(), taken ? source.Content().bytes : before.bytes);
-}
-
-TEST(Clipboard, IsClosedAgainWhateverFailsInCallsWithoutAFrame) {
-    using hooks::Kind;
-    struct Case {
-        Kind fails;
-        bool hasData;
-        bool cleared;
-    };
-    for (const Case& c : {Case{Kind::kOpenClipboard, false, false}, Case{Kind::kGetClipboard, false, true},
-                          Case{Kind::kEmptyClipboard, true, true}, Case{Kind::kCloseClipboard, true, false}}) {
-        SCOPED_TRACE(static_cast<int>(c.fails));
-        PutOnClipboard(BlankPicture(24, 2, 2).bytes);
-        hooks::Watch({c.fails, 1}, [&] { EXPECT_EQ(QV8IsClipBrdData(nullptr) != 0, c.hasData); });
-        EXPECT_TRUE(ClipboardIsClosed());
-        hooks::Watch({c.fails, 1}, [&] { EXPECT_EQ(QV8ClearClipBrd(nullptr) != 0, c.cleared); });
-        EXPECT_TRUE(ClipboardIsClosed());
-        EXPECT_EQ(GetErrorStatus(), QV8_STATUS_SUCCESS);
-    }
 }
 
 // The row below would be read from freed memory if rows were copied between reports.

@@ -1,5 +1,8 @@
-// What every effect does, worked out by hand: small pictures, a call, and the pixels that come of it.
+// What every effect does and refuses, worked out by hand: data/examples.txt tells how it is written.
 #include <cstring>
+#include <fstream>
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -8,421 +11,245 @@
 namespace test {
 namespace {
 
-// Rows as they are seen, the upper one first. True colours are 0xRRGGBB, with the fourth byte above them at 32 bits;
-// others are words or indices.
-struct Pixels {
-    int bits = 0; // 565 for 16 bits of that layout
-    int width = 0;
-    std::vector<unsigned> pixels;
-    std::vector<unsigned> table = {}; // black and white, or steps of grey unless given
-};
+using Words = std::vector<std::string>;
 
-struct Example {
-    const char* what;
-    const char* name;
-    std::vector<double> own; // the effect's own numbers, in order
-    Pixels before;
-    Pixels after;
-    std::vector<unsigned> mask = {};                        // of the area
-    std::vector<POINT> corners = {};                        // of a polygon that is the area
-    std::vector<std::pair<std::size_t, LONG>> weights = {}; // of the custom filter, by place
-    Pixels second = {1, 1, {0}};
-    std::vector<unsigned> clear = {}; // the transparent colour
-    std::vector<unsigned> maskAfter = {};
-    BOOL inside = 1;
-};
+// The parts of a row between its bars, by their first word; a picture has none.
+using Parts = std::map<std::string, Words>;
 
-unsigned Reversed(unsigned level) {
-    return (255 - level) * 0x10101;
+Words WordsOf(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
-std::vector<unsigned> ReversedRamp() {
+std::vector<std::string> Split(const std::string& text, const std::string& separator) {
+    std::vector<std::string> parts;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; end != std::string::npos; begin = end + separator.size()) {
+        end = text.find(separator, begin);
+        parts.push_back(text.substr(begin, end == std::string::npos ? end : end - begin));
+    }
+    return parts;
+}
+
+Parts PartsOf(const std::string& text, const std::string& first) {
+    static const Words kNames = {"second", "mask", "polygon", "around", "weight", "clear", "area", "along", "status"};
+    Parts parts;
+    std::string name = first;
+    for (const std::string& part : Split(text, " | ")) {
+        Words words = WordsOf(part);
+        if (std::find(kNames.begin(), kNames.end(), words[0]) != kNames.end()) {
+            name = words[0];
+            words.erase(words.begin());
+        }
+        parts[name] = words;
+        name = "picture";
+    }
+    return parts;
+}
+
+unsigned Pixel(const std::string& word, int bits) {
+    return static_cast<unsigned>(std::stoul(word, nullptr, bits <= 8 ? 10 : 16));
+}
+
+Picture Blank(const Words& words) {
+    Picture picture = BlankPicture(std::stoi(words[0]), std::stoi(words[2]), std::stoi(words[3]));
+    if (words.size() == 6) {
+        BITMAPINFOHEADER header = picture.Header();
+        header.biBitCount = static_cast<WORD>(std::stoi(words[5]));
+        picture.SetHeader(header);
+    }
+    return picture;
+}
+
+std::vector<unsigned> DefaultTable(int bits, bool reversed) {
     std::vector<unsigned> table;
-    for (unsigned i = 0; i != 256; ++i) {
-        table.push_back(Reversed(i));
+    const unsigned last = (1U << bits) - 1;
+    for (unsigned i = 0; bits <= 8 && i <= last; ++i) {
+        table.push_back((reversed ? last - i : i) * 255 / last * 0x10101);
     }
     return table;
 }
 
-// 0xRRGGBB of an entry that is not given.
-unsigned DefaultEntry(int bits, std::size_t i) {
-    const std::size_t last = (std::size_t{1} << bits) - 1;
-    return static_cast<unsigned>(i * 255 / last) * 0x10101;
-}
+// A picture as it is written, row by row.
+struct Written {
+    int bits = 0;
+    std::vector<std::vector<unsigned>> rows = {{}};
+    std::vector<unsigned> table;
+    bool hasTable = false;
 
-Picture MakePicture(const Pixels& given) {
-    const int bits = given.bits == 565 ? 16 : given.bits;
-    const int height = static_cast<int>(given.pixels.size()) / given.width;
+    explicit Written(const Words& words) : bits(std::stoi(words[0])) {
+        bits = bits == 565 ? 16 : bits;
+        table = DefaultTable(bits, words.back() == "reversed");
+        for (std::size_t i = 1; i != words.size() && words[i] != "reversed"; ++i) {
+            if (words[i] == "table") {
+                hasTable = words[i + 1] != "reversed";
+                table = hasTable ? std::vector<unsigned>() : table;
+            } else if (hasTable) {
+                table.push_back(Pixel(words[i], 24));
+            } else if (words[i] == "/") {
+                rows.emplace_back();
+            } else {
+                rows.back().push_back(Pixel(words[i], bits));
+            }
+        }
+    }
+};
+
+Picture MakePicture(const Words& words) {
+    if (words.size() > 1 && words[1] == "of") {
+        return Blank(words);
+    }
+    const Written written(words);
+    const auto width = static_cast<int>(written.rows[0].size());
+    const auto height = static_cast<int>(written.rows.size());
     Random random(1);
-    Picture picture = given.bits == 565 ? RandomPicture(LayoutNamed("16-565"), given.width, height, random)
-                                        : BlankPicture(bits, given.width, height);
-    if (bits <= 8 && !given.table.empty() && given.table.size() != picture.ColourCount()) {
+    Picture picture = words[0] == "565" ? RandomPicture(LayoutNamed("16-565"), width, height, random)
+                                        : BlankPicture(written.bits, width, height);
+    if (written.table.size() != picture.ColourCount()) {
         BITMAPINFOHEADER header = picture.Header();
-        header.biClrUsed = static_cast<DWORD>(given.table.size());
+        header.biClrUsed = static_cast<DWORD>(written.table.size());
         picture.SetHeader(header);
-        picture.bytes.resize(picture.PixelOffset() + picture.RowBytes() * static_cast<std::size_t>(height));
+        picture.bytes.resize(picture.PixelOffset() + picture.RowBytes() * written.rows.size());
     }
-    for (std::size_t i = 0; bits <= 8 && i != picture.ColourCount(); ++i) {
-        const unsigned colour = given.table.empty() ? DefaultEntry(bits, i) : given.table[i];
-        std::memcpy(picture.TableEntry(i), &colour, 3); // blue first
+    for (std::size_t i = 0; i != written.table.size(); ++i) {
+        std::memcpy(picture.TableEntry(i), &written.table[i], 3); // blue first
     }
-    for (std::size_t i = 0; i != given.pixels.size(); ++i) {
-        const int x = static_cast<int>(i) % given.width;
-        const int row = height - 1 - static_cast<int>(i) / given.width;
-        if (bits <= 8) {
-            picture.SetIndex(x, row, given.pixels[i]);
-        } else {
-            std::memcpy(&picture.bytes[picture.PixelAddress(x, row)], &given.pixels[i],
-                        static_cast<unsigned>(bits) / 8);
+    for (int y = 0; y != height; ++y) {
+        for (int x = 0; x != width; ++x) {
+            const unsigned pixel = written.rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
+            if (written.bits <= 8) {
+                picture.SetIndex(x, height - 1 - y, pixel);
+            } else {
+                std::memcpy(&picture.bytes[picture.PixelAddress(x, height - 1 - y)], &pixel,
+                            static_cast<unsigned>(written.bits) / 8);
+            }
         }
     }
     return picture;
 }
 
-std::vector<unsigned> PixelsOf(const Picture& picture) {
-    std::vector<unsigned> pixels;
+// A result as it would be written.
+std::string Write(const Picture& picture, bool withTable) {
+    std::ostringstream text;
+    const int bits = picture.Bits();
+    text << bits << std::hex << std::uppercase;
     for (int row = picture.Height() - 1; row >= 0; --row) {
         for (int x = 0; x != picture.Width(); ++x) {
             unsigned pixel = 0;
-            if (picture.Bits() <= 8) {
-                pixel = picture.Index(x, row);
-            } else {
-                std::memcpy(&pixel, &picture.bytes[picture.PixelAddress(x, row)],
-                            static_cast<unsigned>(picture.Bits()) / 8);
+            if (bits <= 8) {
+                text << ' ' << std::dec << picture.Index(x, row) << std::hex;
+                continue;
             }
-            pixels.push_back(pixel);
+            std::memcpy(&pixel, &picture.bytes[picture.PixelAddress(x, row)], static_cast<unsigned>(bits) / 8);
+            text << ' ';
+            text.width(bits == 16 ? 4 : bits / 4);
+            text.fill('0');
+            text << pixel;
         }
+        text << (row != 0 ? " /" : "");
     }
-    return pixels;
-}
-
-std::vector<unsigned> TableOf(const Picture& picture) {
-    std::vector<unsigned> table;
-    for (std::size_t i = 0; i != picture.ColourCount(); ++i) {
+    text << (withTable ? " table" : "");
+    for (std::size_t i = 0; withTable && i != picture.ColourCount(); ++i) {
         unsigned entry = 0;
         std::memcpy(&entry, picture.TableEntry(i), 4);
-        table.push_back(entry);
+        text << ' ';
+        text.width(6);
+        text.fill('0');
+        text << entry;
     }
-    return table;
+    return text.str();
 }
 
-std::string Hex(const std::vector<unsigned>& numbers) {
+std::string Joined(const Words& words) {
     std::string text;
-    char number[12];
-    for (const unsigned value : numbers) {
-        std::snprintf(number, sizeof number, "%X ", value);
-        text += number;
+    for (const std::string& word : words) {
+        text += (text.empty() ? "" : " ") + word;
     }
     return text;
 }
 
-// Puts the example's numbers, weights and clear colour in place of the typical ones.
-void SetOwn(const Export& row, const Example& example, Arguments& arguments) {
-    SetOwnNumbers(row, example.own, arguments);
-    std::fill(std::begin(arguments.weights), std::end(arguments.weights), 0);
-    for (const auto& [place, weight] : example.weights) {
-        arguments.weights[place] = weight;
+Area AreaOf(Parts& given) {
+    Area area;
+    area.type = given.count("polygon") + given.count("around") != 0 ? DWORD{QV8_AREA_POLYGON}
+                : given.count("mask") != 0                          ? DWORD{QV8_AREA_MASK}
+                : given.count("area") != 0                          ? static_cast<DWORD>(std::stoul(given["area"][0]))
+                                                                    : DWORD{QV8_AREA_WHOLE};
+    area.inside = given.count("around") != 0 ? 0 : 1;
+    const Words& corners = given[area.inside != 0 ? "polygon" : "around"];
+    for (std::size_t i = 0; i != corners.size(); i += 2) {
+        area.points.push_back({std::stoi(corners[i]), std::stoi(corners[i + 1])});
     }
-    for (std::size_t i = 0; i != 3 && !example.clear.empty(); ++i) {
-        arguments.clear[i] = static_cast<BYTE>(example.clear[0] >> (16 - 8 * i));
+    return area;
+}
+
+void SetOwn(const Export& row, Parts& given, Arguments& arguments) {
+    std::vector<double> own;
+    for (std::size_t i = 1; i < given["call"].size(); ++i) {
+        own.push_back(std::stod(given["call"][i]));
+    }
+    SetOwnNumbers(row, own, arguments);
+    std::fill(std::begin(arguments.weights), std::end(arguments.weights), 0);
+    if (given.count("weight") != 0) {
+        arguments.weights[std::stoul(given["weight"][0])] = std::stoi(given["weight"][1]);
+    }
+    for (std::size_t i = 0; i != 3 && given.count("clear") != 0; ++i) {
+        arguments.clear[i] = static_cast<BYTE>(Pixel(given["clear"][0], 24) >> (16 - 8 * i));
         arguments.values[6 + i].pointer = &arguments.clear[i]; // behind angle, mirror, flip and opacity of a paste
     }
 }
 
-// Rows of the examples: greys of 24 bits are easily written as G * level.
-constexpr unsigned G = 0x10101;
-
-const Example kExamples[] = {
-    // --- Tone ---
-    {"beyond the range", "QV8RGBLevel", {300, -300, 0}, {24, 2, {0x102030, 0xFFFEFD}}, {24, 2, {0xFF0030, 0xFF00FD}}},
-    {"within", "QV8RGBLevel", {10, 20, -30}, {24, 1, {0x102030}}, {24, 1, {0x1A3412}}},
-    {"two channels", "QV8RGBRev", {1, 0, 1}, {24, 1, {0x102030}}, {24, 1, {0xEF20CF}}},
-    {"the fourth byte", "QV8RGBRev", {1, 1, 1}, {32, 1, {0xAA102030}}, {32, 1, {0xAAEFDFCF}}},
-    {"a table", "QV8RGBRev", {1, 1, 0}, {1, 2, {0, 1}, {0x000080, 0xFF4080}}, {1, 2, {0, 1}, {0xFFFF80, 0x00BF80}}},
-    {"only where the mask is", "QV8RGBRev", {1, 1, 1}, {24, 2, {0, 0}}, {24, 2, {0xFFFFFF, 0}}, {1, 0}},
-    {"a polygon with its outline",
-     "QV8RGBRev",
-     {1, 1, 1},
-     {24, 3, {0, 0, 0, 0, 0, 0}},
-     {24, 3, {0xFFFFFF, 0xFFFFFF, 0, 0xFFFFFF, 0xFFFFFF, 0}},
-     {},
-     {{0, 0}, {1, 0}, {1, 1}, {0, 1}}},
-    {.what = "around a polygon",
-     .name = "QV8RGBRev",
-     .own = {1, 1, 1},
-     .before = {24, 3, {0, 0, 0, 0, 0, 0}},
-     .after = {24, 3, {0, 0, 0xFFFFFF, 0, 0, 0xFFFFFF}},
-     .corners = {{0, 0}, {1, 0}, {1, 1}, {0, 1}},
-     .inside = 0},
-    // 255 * sqrt(64 / 255) = 127.75; twice 128 less 180.67 is 75.33
-    {"lighter and darker", "QV8RGBGamma", {-1, 1, 0}, {24, 1, {0x408040}}, {24, 1, {0x804B40}}},
-    {"5 bits lose a level", "QV8RGBLevel", {0, 0, 0}, {16, 3, {0x0421, 0x8000, 0xFFFF}}, {16, 3, {0, 0, 0x7FFF}}},
-    {"6 bits", "QV8RGBLevel", {0, 0, 0}, {565, 2, {21 << 5, 20 << 5}}, {16, 2, {21 << 5, 19 << 5}}},
-    {"luminance from black", "QV8YCCRev", {1, 0, 0}, {24, 1, {0}}, {24, 1, {0xFFFFFF}}},
-    {"to red", "QV8YCCLevel", {0, 100, 0}, {24, 1, {0}}, {24, 1, {140 << 16}}},
-    {"to blue", "QV8YCCLevel", {0, 0, 100}, {24, 1, {0}}, {24, 1, {177}}},
-    {"to white", "QV8YCCLevel", {1000, 0, 0}, {24, 1, {0x808080}}, {24, 1, {0xFFFFFF}}},
-    // Red 64: luminance 19.136, differences 32 and -10.799, which become 32 and -11 around 128
-    {"there and back", "QV8YCCLevel", {0, 0, 0}, {24, 1, {0x400000}}, {24, 1, {0x3F0000}}},
-    {"lighter", "QV8YCCGamma", {-1, 0, 0}, {24, 1, {0x400000}}, {24, 1, {0x713131}}},
-    {"grey", "QV8Chroma", {-100}, {24, 1, {0x400000}}, {24, 1, {19 * G}}},
-    {"twice the colour", "QV8Chroma", {100}, {24, 1, {0x400000}}, {24, 1, {108 << 16}}},
-    {"no more", "QV8Chroma", {0}, {16, 1, {0x0421}}, {16, 1, {0x0421}}},
-    {"true colours", "QV8SetGray", {}, {24, 3, {0x400000, 0x00FF00, 0x0000FF}}, {24, 3, {19 * G, 149 * G, 29 * G}}},
-    {"127 is black", "QV8SetGray", {}, {1, 2, {0, 1}, {0x81807F, 0x807F7F}}, {1, 2, {1, 0}, {0, 0xFFFFFF}}},
-    {"one of 16", "QV8SetGray", {}, {4, 1, {3}, {0, 0, 0, 0x00FF00}}, {4, 1, {8}}},
-    {"the level is the index", "QV8SetGray", {}, {8, 1, {1}, {0, 0x00FF00}}, {8, 1, {149}}},
-
-    // --- Depth ---
-    {"to 16 bits", "QV8ConvertColor", {16, 0, 0, 0}, {24, 1, {0x09FF08}}, {16, 1, {0x07E0}}},
-    {"from 5-6-5", "QV8ConvertColor", {24, 0, 0, 0}, {565, 2, {0x07E0, 0x0400}}, {24, 2, {0x00FF00, 0x008100}}},
-    {"a short table stays short",
-     "QV8ConvertColor",
-     {8, 0, 0, 0},
-     {4, 2, {2, 1}, {1, 2, 3}},
-     {8, 2, {2, 1}, {1, 2, 3}}},
-    {"a table to grey", "QV8ConvertColor", {80, 0, 0, 0}, {8, 1, {1}, {0, 0x00FF00}}, {8, 1, {149}}},
-    {"white from the threshold on",
-     "QV8ConvertColor",
-     {1, 0, 0, 254},
-     {24, 3, {0, 0xFEFFFF, 0xFFFFFF}},
-     {1, 3, {0, 1, 1}, {0, 0xFFFFFF}}},
-    {"only white", "QV8ConvertColor", {1, 0, 0, 255}, {24, 3, {0, 0xFEFFFF, 0xFFFFFF}}, {1, 3, {0, 0, 1}}},
-    // 7/16 of 100 makes the next one 143, of -112 the last one 51
-    {"an error goes on", "QV8ConvertColor", {1, 0, 1, 128}, {24, 3, {100 * G, 100 * G, 100 * G}}, {1, 3, {0, 1, 0}}},
-    {"six levels",
-     "QV8ConvertColor",
-     {8, 1, 0, 0},
-     {24, 4, {0x010101, 0x1A1A1A, 0xFF0000, 0x0000FF}},
-     {8, 4, {0, 43, 5, 180}}},
-    {"the nearest of 16",
-     "QV8ConvertColor",
-     {4, 1, 0, 0},
-     {24, 4, {0xC8BEB4, 0x400000, 0x7F7F7F, 0x0000FF}},
-     {4, 4, {8, 1, 7, 12}}},
-    {"the most used first",
-     "QV8ConvertColor",
-     {4, 0, 0, 0},
-     {8, 6, {0, 1, 1, 1, 2, 2}, {0x1E140A, 0xFAC864, 0x4600FF}},
-     {4, 6, {2, 0, 0, 0, 1, 1}, {0xFAC864, 0x4600FF, 0x1E140A, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}}},
-
-    // --- Filters ---
-    {.what = "the pixel itself",
-     .name = "QV8CustomFilter",
-     .own = {3, 0, 1, 1, 1},
-     .before = {24, 2, {0x102030, 0xFFFEFD}},
-     .after = {24, 2, {0x102030, 0xFFFEFD}},
-     .weights = {{40, 3}}},
-    {.what = "no weights, without green",
-     .name = "QV8CustomFilter",
-     .own = {1, 7, 1, 0, 1},
-     .before = {24, 1, {0x102030}},
-     .after = {24, 1, {0x072007}}},
-    {.what = "the right neighbour, repeated at the border",
-     .name = "QV8CustomFilter",
-     .own = {1, 0, 1, 1, 1},
-     .before = {24, 3, {1, 2, 3}},
-     .after = {24, 3, {2, 3, 3}},
-     .weights = {{41, 1}}},
-    {.what = "the upper neighbour",
-     .name = "QV8CustomFilter",
-     .own = {1, 0, 1, 1, 1},
-     .before = {24, 1, {1, 2, 3}},
-     .after = {24, 1, {1, 1, 2}},
-     .weights = {{31, 1}}},
-    {.what = "truncated toward zero before the offset",
-     .name = "QV8CustomFilter",
-     .own = {9, 5, 1, 1, 1},
-     .before = {24, 2, {8, 18}},
-     .after = {24, 2, {0x050505, 0x050503}},
-     .weights = {{40, -1}}},
-    {.what = "sums beyond 16 bits",
-     .name = "QV8CustomFilter",
-     .own = {255, 0, 1, 1, 1},
-     .before = {24, 2, {255, 128}},
-     .after = {24, 2, {255, 130}},
-     .weights = {{40, 260}}},
-    {"lit from the right", "QV8Emboss", {0, 5, 128}, {24, 3, {10, 20, 30}}, {24, 3, {0x8080BC, 0x8080F8, 0x8080BC}}},
-    {"flat", "QV8Emboss", {0, 0, 128}, {24, 3, {10, 20, 30}}, {24, 3, {0x80808C, 0x808098, 0x80808C}}},
-    {"lit from below", "QV8Emboss", {2, 5, 0}, {24, 1, {10, 20, 30}}, {24, 1, {60, 120, 60}}},
-    {"boxes are cut at the border", "QV8Shade", {1}, {24, 3, {10, 20, 40}}, {24, 3, {15, 23, 30}}},
-    {"away from the box", "QV8Sharp", {200}, {8, 3, {10, 20, 40}}, {8, 3, {0, 0, 100}}},
-    {"one pixel stands out",
-     "QV8RemoveNoise",
-     {0, 0},
-     {24, 3, {G, G, G, G, 0xFFFFFF, G, G, G, G}},
-     {24, 3, {G, G, G, G, G, G, G, G, G}}},
-    {"more than 100", "QV8RemoveNoise", {1, 155}, {24, 3, {0, 50, 200}}, {24, 3, {0, 200, 50}}},
-    {"a level is stored as an index", "QV8RemoveNoise", {0, 0}, {8, 1, {10}, ReversedRamp()}, {8, 1, {245}}},
-    {"neither", "QV8RemoveNoise", {2, 255}, {16, 2, {0x0421, 0xFFFF}}, {16, 2, {0x0421, 0xFFFF}}},
-    {"three in a row", "QV8AntiAlias", {}, {24, 3, {10, 20, 40}}, {24, 3, {15, 23, 30}}},
-    {"blocks of four",
-     "QV8Mosaic",
-     {4, 1},
-     {24, 10, {0, 10, 20, 30, 40, 50, 60, 70, 80, 90}},
-     {24, 10, {15, 15, 15, 15, 55, 55, 55, 55, 85, 85}}},
-    {"from the bottom", "QV8Mosaic", {0, 2}, {24, 1, {30, 20, 10}}, {24, 1, {30, 15, 15}}},
-    {"mostly white, or half", "QV8Mosaic", {3, 1}, {1, 5, {1, 0, 1, 1, 0}}, {1, 5, {1, 1, 1, 0, 0}}},
-    {"simple difference", "QV8Outline", {1, 0, 1}, {24, 2, {0x100000, 0x400000}}, {24, 2, {48 * G, 0}}},
-    {"Roberts", "QV8Outline", {3, 7, 1}, {24, 2, {10, 20, 40, 80}}, {24, 2, {72 * G, 84 * G, 56 * G, 0}}},
-    {"Sobel twice", "QV8Outline", {3, 2, 2}, {24, 3, {0, 10, 20}}, {24, 3, {80 * G, 160 * G, 80 * G}}},
-
-    // --- Selection ---
-    {.what = "the box of a polygon",
-     .name = "QV8SelectImage",
-     .own = {255, 0, 255},
-     .before = {24, 4, {1, 2, 3, 4, 5, 6, 7, 8}},
-     .after = {24, 2, {2, 3, 6, 7}},
-     .corners = {{1, 0}, {2, 0}, {2, 1}, {1, 1}},
-     .maskAfter = {1, 1, 1, 1}},
-    {.what = "near in all channels together",
-     .name = "QV8AutoSelectImage",
-     .own = {16, 16, 16, 0, 10},
-     .before = {24, 3, {0x101010, 0x1A1A1A, 0x1B1A1A}},
-     .after = {24, 3, {0x101010, 0x1A1A1A, 0x1B1A1A}},
-     .maskAfter = {1, 1, 0}},
-    {.what = "as bright as blue",
-     .name = "QV8AutoSelectImage",
-     .own = {0, 0, 255, 2, 0},
-     .before = {24, 3, {0x610000, 0x640000, 0x650000}},
-     .after = {24, 3, {0x610000, 0x640000, 0x650000}},
-     .maskAfter = {1, 1, 0}},
-
-    // --- Geometry ---
-    {"each pixel twice", "QV8Resize", {4, 1, 0}, {24, 2, {10, 20}}, {24, 4, {10, 10, 20, 20}}},
-    {"halfway between", "QV8Resize", {4, 1, 1}, {24, 2, {10, 20}}, {24, 4, {10, 15, 20, 20}}},
-    // The second group is two pixels wide.
-    {"one of a group", "QV8Resize", {2, 1, 0}, {24, 4, {10, 20, 30, 40}}, {24, 2, {10, 20}}},
-    {"the mean of a group", "QV8Resize", {2, 1, 1}, {24, 4, {10, 20, 30, 40}}, {24, 2, {10, 25}}},
-    {"mirrored", "QV8Rotation", {0, 1, 0, 0, 0, 0, 0, 0}, {24, 3, {4, 5, 6, 1, 2, 3}}, {24, 3, {6, 5, 4, 3, 2, 1}}},
-    {"flipped", "QV8Rotation", {0, 0, 1, 0, 0, 0, 0, 0}, {24, 3, {4, 5, 6, 1, 2, 3}}, {24, 3, {1, 2, 3, 4, 5, 6}}},
-    {"to the left",
-     "QV8Rotation",
-     {9000, 0, 0, 1, 0, 0, 9, 0},
-     {24, 3, {4, 5, 6, 1, 2, 3}},
-     {24, 2, {6, 3, 5, 2, 4, 1}}},
-    {"half a turn",
-     "QV8Rotation",
-     {-18000, 0, 0, 1, 0, 0, 9, 0},
-     {24, 3, {4, 5, 6, 1, 2, 3}},
-     {24, 3, {3, 2, 1, 6, 5, 4}}},
-    {"to the right",
-     "QV8Rotation",
-     {-9000, 0, 0, 1, 0, 0, 9, 0},
-     {24, 3, {4, 5, 6, 1, 2, 3}},
-     {24, 2, {1, 4, 2, 5, 3, 6}}},
-    // One column less than needed.
-    {"size kept", "QV8Rotation", {9000, 0, 0, 1, 0, 0, 9, 1}, {24, 3, {4, 5, 6, 1, 2, 3}}, {24, 3, {6, 3, 9, 5, 2, 9}}},
-    {"size kept, to the right",
-     "QV8Rotation",
-     {27000, 0, 0, 1, 0, 0, 9, 1},
-     {24, 3, {4, 5, 6, 1, 2, 3}},
-     {24, 3, {9, 2, 5, 9, 3, 6}}},
-    // Each row is read from the one above.
-    {"an upright area",
-     "QV8Affine",
-     {1, 3, 1, 1, 3, 1, 3, 3},
-     {8, 4, {1, 2, 3, 4, 11, 12, 13, 14, 21, 22, 23, 24, 31, 32, 33, 34}},
-     {8, 2, {2, 3, 12, 13}}},
-    {"above the picture there is nothing",
-     "QV8Affine",
-     {1, 2, 1, 0, 3, 0, 3, 2},
-     {8, 4, {1, 2, 3, 4, 11, 12, 13, 14, 21, 22, 23, 24}},
-     {8, 2, {0, 0, 2, 3}}},
-
-    // --- Composition ---
-    {.what = "half white",
-     .name = "QV8Layer",
-     .own = {128, 1, 1, 1, 0, 0, 0, 0, 0, 1},
-     .before = {24, 2, {0, 0}},
-     .after = {24, 2, {0x808080, 0}},
-     .second = {24, 1, {0xFFFFFF}}},
-    {.what = "around both",
-     .name = "QV8Layer",
-     .own = {255, 1, 2, 3, 7, 8, 9, 1, 1, 0},
-     .before = {24, 1, {0xAA}},
-     .after = {24, 2, {0xAA, 0x070809, 0x070809, 0xBB}},
-     .second = {24, 1, {0xBB}}},
-    {.what = "a transparent colour",
-     .name = "QV8Layer",
-     .own = {255, 1, 2, 3, 0, 0, 0, 0, 0, 1},
-     .before = {24, 3, {5, 6, 7}},
-     .after = {24, 3, {5, 0x010204, 7}},
-     .second = {24, 2, {0x010203, 0x010204}}},
-    {.what = "its middle at the place",
-     .name = "QV8PasteImage",
-     .own = {0, 0, 0, 255, 1, 1, 1},
-     .before = {24, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0}},
-     .after = {24, 3, {0, 0, 0, 4, 5, 6, 1, 2, 3}},
-     .second = {24, 3, {4, 5, 6, 1, 2, 3}}},
-    {.what = "turned, but for a clear colour",
-     .name = "QV8PasteImage",
-     .own = {9000, 0, 0, 255, 1, 1, 1},
-     .before = {24, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0}},
-     .after = {24, 3, {0, 6, 3, 0, 0, 2, 0, 4, 1}},
-     .second = {24, 3, {4, 5, 6, 1, 2, 3}},
-     .clear = {5}},
-    // Places are cut off toward the middle.
-    {.what = "by an eighth",
-     .name = "QV8PasteImage",
-     .own = {4500, 0, 0, 255, 1, 1, 1},
-     .before = {24, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0}},
-     .after = {24, 3, {0, 5, 6, 5, 5, 5, 4, 5, 2}},
-     .second = {24, 3, {4, 5, 6, 1, 2, 3}}},
-
-    // --- Creation and marks ---
-    {"black of two", "QV8CreateImage", {2, 1, 127, 127, 127}, {1, 1, {0}}, {1, 2, {0, 0}, {0, 0xFFFFFF}}},
-    {"white of two", "QV8CreateImage", {2, 1, 0, 129, 255}, {1, 1, {0}}, {1, 2, {1, 1}}},
-    {"dark red of 16", "QV8CreateImage", {0, -5, 64, 0, 0}, {4, 1, {0}}, {4, 1, {1}}},
-    {"of 216", "QV8CreateImage", {1, 1, 60, 120, 250}, {8, 1, {0}}, {8, 1, {193}}},
-    {"of 16 bits", "QV8CreateImage", {1, 1, 200, 128, 8}, {16, 1, {0}}, {16, 1, {24 << 10 | 15 << 5}}},
-    // Luminance 19 and 30; the colour differences stay.
-    {.what = "raised where the pattern is",
-     .name = "QV8SetSecretImage",
-     .own = {0, 0, 0, 0, 0, 0, 0, 30, 0, 0, 0, 0},
-     .before = {24, 2, {0x400000, 0x400000}},
-     .after = {24, 2, {0x5D1D1D, 0x400000}},
-     .mask = {1, 0}},
-    {.what = "risen by ten",
-     .name = "QV8CheckSecretImage",
-     .own = {10},
-     .before = {24, 2, {0x400000, 0x400000}},
-     .after = {1, 2, {0, 1}, {0, 0xFFFFFF}},
-     .second = {24, 2, {0x600000, 0x640000}}},
-};
+void Check(Parts given, Parts expected) {
+    const auto picture = [&given](const char* part, const Words& otherwise) {
+        return Source(MakePicture(given.count(part) == 0 || given[part][0] == "none" ? otherwise : given[part]));
+    };
+    const Words kBlank = {"1", "of", "1", "1"};
+    Words mask = given.count("mask") != 0 ? given["mask"] : Words();
+    mask.insert(mask.begin(), "1");
+    const Scene scene = {picture("picture", kBlank), Source(MakePicture(mask.size() == 1 ? kBlank : mask)),
+                         picture("second", kBlank), AreaOf(given)};
+    const Source along = picture("along", kBlank);
+    Call call = scene.AsCall();
+    call.target.hImage = given["picture"][0] == "none" ? nullptr : call.target.hImage;
+    call.target.hMask = given.count("along") != 0  ? along.Handle()
+                        : given.count("mask") == 0 ? nullptr
+                                                   : call.target.hMask;
+    call.second = given.count("second") != 0 && given["second"][0] == "none" ? nullptr : call.second;
+    const Export& row = ExportNamed(given["call"][0]);
+    Arguments arguments;
+    DrawArguments(row, call, {}, arguments);
+    SetOwn(row, given, arguments);
+    const Outcome outcome = WatchExport(row, call, {}, arguments);
+    EXPECT_TRUE(scene.Untouched());
+    if (expected.count("status") != 0) {
+        EXPECT_EQ(outcome.status == kUntouched ? "untouched" : std::to_string(outcome.status), expected["status"][0]);
+        return;
+    }
+    EXPECT_EQ(outcome.status, QV8_STATUS_SUCCESS);
+    ASSERT_NE(outcome.image, nullptr);
+    const Words& after = expected["picture"];
+    const bool withTable = std::find(after.begin(), after.end(), "table") != after.end();
+    EXPECT_EQ(Write(Picture{ReadBlock(outcome.image.get())}, withTable), Joined(after));
+    if (expected.count("mask") != 0) {
+        EXPECT_EQ(Write(Picture{ReadBlock(outcome.mask.get())}, false), "1 " + Joined(expected["mask"]));
+    }
+}
 
 TEST(Examples, ComeOutAsByHand) {
-    for (const Example& example : kExamples) {
-        SCOPED_TRACE(std::string(example.name) + ": " + example.what);
-        const Export& row = ExportNamed(example.name);
-        const Pixels masked = {1, example.before.width, example.mask};
-        Area area;
-        area.type = !example.corners.empty() ? DWORD{QV8_AREA_POLYGON}
-                    : example.mask.empty()   ? DWORD{QV8_AREA_WHOLE}
-                                             : DWORD{QV8_AREA_MASK};
-        area.points = example.corners;
-        area.inside = example.inside;
-        const Scene scene = {Source(MakePicture(example.before)),
-                             Source(example.mask.empty() ? BlankPicture(1, 1, 1) : MakePicture(masked)),
-                             Source(MakePicture(example.second)), area};
-        const Call call = scene.AsCall();
-        Arguments arguments;
-        DrawArguments(row, call, {}, arguments);
-        SetOwn(row, example, arguments);
-        const Outcome outcome = WatchExport(row, call, {}, arguments);
-        EXPECT_EQ(outcome.status, QV8_STATUS_SUCCESS);
-        ASSERT_NE(outcome.image, nullptr);
-        const Picture result{ReadBlock(outcome.image.get())};
-        EXPECT_EQ(result.Width(), example.after.width);
-        EXPECT_EQ(Hex(PixelsOf(result)), Hex(example.after.pixels));
-        if (!example.after.table.empty()) {
-            EXPECT_EQ(Hex(TableOf(result)), Hex(example.after.table));
+    std::ifstream file(QV8_TEST_DATA "/examples.txt");
+    std::string line;
+    int examples = 0;
+    while (std::getline(file, line)) {
+        const std::string row = line.substr(0, line.find('#'));
+        if (row.empty()) {
+            continue;
         }
-        if (!example.maskAfter.empty()) {
-            EXPECT_EQ(Hex(PixelsOf(Picture{ReadBlock(outcome.mask.get())})), Hex(example.maskAfter));
-        }
-        EXPECT_TRUE(scene.Untouched());
+        SCOPED_TRACE(line);
+        const std::vector<std::string> sides = Split(row, " -> ");
+        ASSERT_EQ(sides.size(), 2U);
+        Check(PartsOf(sides[0], "call"), PartsOf(sides[1], "picture"));
+        ++examples;
     }
+    EXPECT_GT(examples, 60);
 }
 
 } // namespace

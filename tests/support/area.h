@@ -1,9 +1,7 @@
-// Areas of effect: random ones of every form, and which pixels they hold.
+// Areas of effect, random ones of every form.
 #pragma once
 
-#include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "qv8effect.h"
@@ -35,19 +33,11 @@ struct Area {
 enum class AreaForm { kWhole, kMask, kPolygonInside, kPolygonOutside, kEllipseInside, kEllipseOutside };
 
 std::span<const AreaForm> AreaForms();
-std::string Describe(const Area& area);
 const char* NameOf(AreaForm form); // inside and outside share a name
 
 // Shapes reach beyond the picture now and then, and their sides come in any order.
 Area RandomArea(AreaForm form, int width, int height, Random& random);
 // A mask with random bits, in clusters, under random colours.
 Picture RandomMask(int width, int height, Random& random);
-
-// Draws a white line into a 1-bit picture, as the platform does. Rows count from the top.
-bool DrawLine(Picture& canvas, POINT from, POINT to);
-
-// Which pixels of a picture the area holds, rows from the bottom, as the platform draws the shape on a canvas of the
-// picture's size; nothing when the platform refuses to draw it.
-std::optional<std::vector<bool>> PixelsOf(const Area& area, const Picture& mask, int width, int height);
 
 } // namespace test

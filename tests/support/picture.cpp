@@ -58,6 +58,14 @@ void FillTable(Picture& picture, const Layout& layout, Random& random) {
     }
 }
 
+Colour Unpack16(unsigned word, bool is565) {
+    const unsigned blue = word & 31U;
+    const unsigned green = is565 ? word >> 5U & 63U : word >> 5U & 31U;
+    const unsigned red = is565 ? word >> 11U & 31U : word >> 10U & 31U;
+    return {static_cast<BYTE>(blue * 255 / 31), static_cast<BYTE>(green * 255 / (is565 ? 63 : 31)),
+            static_cast<BYTE>(red * 255 / 31)};
+}
+
 } // namespace
 
 std::span<const Layout> Layouts() {
@@ -73,21 +81,6 @@ const Layout& LayoutNamed(const std::string& name) {
 
 std::size_t RowBytesOf(int bits, int width) {
     return (static_cast<std::size_t>(bits) * static_cast<std::size_t>(width) + 31) / 32 * 4;
-}
-
-Colour Unpack16(unsigned word, bool is565) {
-    const unsigned blue = word & 31U;
-    const unsigned green = is565 ? word >> 5U & 63U : word >> 5U & 31U;
-    const unsigned red = is565 ? word >> 11U & 31U : word >> 10U & 31U;
-    return {static_cast<BYTE>(blue * 255 / 31), static_cast<BYTE>(green * 255 / (is565 ? 63 : 31)),
-            static_cast<BYTE>(red * 255 / 31)};
-}
-
-WORD Pack16(Colour colour, bool is565) {
-    const unsigned blue = colour.blue * 31U / 255;
-    const unsigned green = colour.green * (is565 ? 63U : 31U) / 255;
-    const unsigned red = colour.red * 31U / 255;
-    return static_cast<WORD>(red << (is565 ? 11U : 10U) | green << 5U | blue);
 }
 
 BITMAPINFOHEADER Picture::Header() const {
@@ -136,22 +129,6 @@ void Picture::SetIndex(int x, int row, unsigned index) {
     byte = static_cast<BYTE>((byte & ~(((1U << bits) - 1) << shift)) | index << shift);
 }
 
-unsigned Picture::NearestIndex(Colour colour) const {
-    unsigned best = 0;
-    int least = 200000;
-    for (unsigned i = 0; i != ColourCount(); ++i) {
-        const BYTE* const entry = TableEntry(i);
-        const int blue = colour.blue - entry[0];
-        const int green = colour.green - entry[1];
-        const int red = colour.red - entry[2];
-        if (red * red + green * green + blue * blue < least) {
-            least = red * red + green * green + blue * blue;
-            best = i;
-        }
-    }
-    return best;
-}
-
 bool Picture::Is565() const {
     DWORD redMask = 0;
     if (Header().biCompression == BI_BITFIELDS) {
@@ -178,12 +155,6 @@ Colour Picture::ColourAt(int x, int row) const {
 
 void Picture::SetColour(int x, int row, Colour colour) {
     BYTE* const pixel = &bytes[PixelAddress(x, row)];
-    if (Bits() == 16) {
-        const WORD word = Pack16(colour, Is565());
-        pixel[0] = static_cast<BYTE>(word);
-        pixel[1] = static_cast<BYTE>(word >> 8U);
-        return;
-    }
     pixel[0] = colour.blue;
     pixel[1] = colour.green;
     pixel[2] = colour.red;

@@ -81,15 +81,12 @@ struct Picture {
 
     unsigned Index(int x, int row) const; // 1, 4 and 8 bits
     void SetIndex(int x, int row, unsigned index);
-    unsigned NearestIndex(Colour colour) const; // the first of equally near entries
     bool Is565() const;
     Colour ColourAt(int x, int row) const;         // any depth; an index beyond the table is black
-    void SetColour(int x, int row, Colour colour); // 16, 24 and 32 bits; other bytes stay
+    void SetColour(int x, int row, Colour colour); // 24 and 32 bits; other bytes stay
 };
 
 std::size_t RowBytesOf(int bits, int width);
-Colour Unpack16(unsigned word, bool is565);
-WORD Pack16(Colour colour, bool is565);
 
 // A picture whose every byte that may be anything is random: pixels, padding, fourth bytes, colours, resolutions.
 Picture RandomPicture(const Layout& layout, int width, int height, Random& random);

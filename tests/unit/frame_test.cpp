@@ -1,12 +1,9 @@
-// The parts of the frame that other parts lean on: sizes, runs of a mask, packed indices, memory.
+// Sizes of pictures, and memory.
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <vector>
 
-#include "area/area.h"
 #include "pixels/dib.h"
-#include "pixels/indices.h"
 
 namespace {
 
@@ -32,52 +29,6 @@ TEST(DibBytes, SizesBeyondTheLimitAreNoSizes) {
         EXPECT_EQ(0U, DibBytes(40, 24, bad, 5));
         EXPECT_EQ(0U, DibBytes(40, 24, 5, bad));
     }
-}
-
-// Every 12-bit pattern at every width, and long runs over several bytes: runs cover exactly the set bits.
-TEST(MaskRuns, CoverExactlyTheSetBits) {
-    std::vector<std::vector<BYTE>> masks;
-    for (unsigned bits = 0; bits != 4096; ++bits) {
-        masks.push_back({static_cast<BYTE>(bits >> 4U), static_cast<BYTE>(bits << 4U)});
-    }
-    masks.push_back({0xFF, 0xFF, 0xFF, 0xFE, 0, 0, 0, 1, 0xFF, 0x80});
-    for (const std::vector<BYTE>& mask : masks) {
-        const int bits = static_cast<int>(mask.size()) * 8;
-        for (int width = 1; width <= bits; ++width) {
-            std::vector<int> seen(static_cast<std::size_t>(bits));
-            int begin = 0;
-            int end = 0;
-            int previousEnd = -1;
-            while (NextRun(mask.data(), width, begin, end)) {
-                ASSERT_LT(previousEnd, begin) << "runs that touch are one run";
-                ASSERT_LT(begin, end);
-                for (int i = begin; i != end; ++i) {
-                    seen[static_cast<std::size_t>(i)] = 1;
-                }
-                previousEnd = begin = end;
-            }
-            for (int i = 0; i != bits; ++i) {
-                const bool isSet = (mask[static_cast<std::size_t>(i / 8)] >> (7 - i % 8) & 1) != 0;
-                ASSERT_EQ(isSet && i < width ? 1 : 0, seen[static_cast<std::size_t>(i)])
-                    << "bit " << i << " of " << width;
-            }
-        }
-    }
-}
-
-TEST(Indices, UnpackAndPackMostSignificantFirst) {
-    const BYTE row[] = {0xA3, 0x5C, 0x01, 0xF0};
-    BYTE indices[32] = {};
-    UnpackIndices(1, row, 8, 12, indices);
-    const std::vector<BYTE> bits = {0, 1, 0, 1, 1, 1, 0, 0, 0, 0, 0, 0};
-    EXPECT_EQ(bits, std::vector<BYTE>(indices, indices + 12));
-    UnpackIndices(4, row, 0, 5, indices);
-    const std::vector<BYTE> nibbles = {0xA, 3, 5, 0xC, 0};
-    EXPECT_EQ(nibbles, std::vector<BYTE>(indices, indices + 5));
-    BYTE packed[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-    PackIndices(1, bits.data(), 12, packed, 8);
-    PackIndices(4, nibbles.data(), 5, packed, 8);
-    EXPECT_EQ((std::vector<BYTE>{1, 0x5C, 0, 4, 0xA3, 0x5C, 0x00, 8}), std::vector<BYTE>(packed, packed + 8));
 }
 
 #ifndef _WIN32 // on Windows the system's own memory
