@@ -1,8 +1,6 @@
 // Every export stands whatever it is called with.
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -84,39 +82,6 @@ TEST(EveryExport, RefusesWhatIsNoHandle) {
     }
 }
 #endif
-
-// Takes minutes and much memory: run by hand, --gtest_also_run_disabled_tests.
-TEST(EveryExport, DISABLED_StandsPicturesAsLongAsTheyCome) {
-    struct Form {
-        const char* layout;
-        int width, height;
-    };
-    constexpr Form kForms[] = {{"1", 0x7FFFFFFF, 1}, {"1", 1, 0x4000000},  {"8-grey", 0x10000000, 1},
-                               {"24", 0x5000000, 1}, {"24", 1, 0x4000000}, {"16-565", 0x8000000, 1},
-                               {"32", 0x3FFFFFF, 1}, {"8", 0x7FFFF, 0x1FF}};
-    for (const Form& form : kForms) {
-        const Layout& layout = LayoutNamed(form.layout);
-        Picture blank = BlankPicture(layout.bits, form.width, form.height);
-        for (unsigned i = 0; (layout.acceptedBy & kAccept8Grey) != 0 && i != 256; ++i) {
-            std::fill_n(blank.TableEntry(i), 3, static_cast<BYTE>(i));
-        }
-        const Source picture(std::move(blank));
-        for (const Export& row : Exports()) {
-            SCOPED_TRACE(std::string(row.name) + " at " + layout.name);
-            Call call;
-            call.target = {picture.Handle(), nullptr};
-            call.second = picture.Handle();
-            call.bits = layout.bits;
-            const auto begin = std::chrono::steady_clock::now();
-            const Outcome outcome = CallExport(row, call);
-            const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-            EXPECT_LT(seconds.count(), 60) << "so long without an end";
-            EXPECT_NE(outcome.succeeded, outcome.status != QV8_STATUS_SUCCESS);
-            std::printf("%s %s %d x %d: status %d, %.1f s\n", row.name, layout.name, form.width, form.height,
-                        outcome.status, seconds.count());
-        }
-    }
-}
 
 // Between the ends every level goes below or above all bytes; at the ends, where nothing times infinity stands, and for
 // what is no number, it is enough that there is a byte.
