@@ -5,6 +5,7 @@
 
 #include "convert/grey_dither.h"
 #include "convert/mapping_kernels.h"
+#include "convert/threshold_kernels.h"
 #include "frame/block_parts.h"
 #include "frame/rows.h"
 #include "pixels/indices.h"
@@ -44,6 +45,21 @@ PaletteTwice PaletteTwiceOf(const DibView& result) {
     return palette;
 }
 
+// Black and white without errors, straight from packed pixels to bits.
+bool Threshold(const ColourReader& reader, BYTE threshold, MappingRows& rows, const NewPicture& result,
+               const Progress& progress) {
+    const DibView& source = reader.picture;
+    const bool isPacked = !source.IsPaletted() && source.layout->codec == &PixelKernels::bgr;
+    return ForEachRow(source.height, progress, [&](int row) {
+        const BYTE* pixels = source.Row(row);
+        if (!isPacked) {
+            ReadPixels24(reader, row, 0, source.width, rows.packed);
+            pixels = rows.packed;
+        }
+        TheThresholdKernels().threshold24(pixels, threshold * 3, source.width, result.Row(row));
+    });
+}
+
 } // namespace
 
 MappingRows AllocateMappingRows(int width) {
@@ -70,7 +86,10 @@ MappingRows AllocateMappingRows(int width) {
 
 bool MapColours(const ColourReader& reader, const Mapping& mapping, MappingRows& rows, const NewPicture& result,
                 const Progress& progress) {
-    if (mapping.chooseBy == ChooseBy::kThreshold && mapping.dither && IsGreyReader(reader)) {
+    if (mapping.chooseBy == ChooseBy::kThreshold && !mapping.dither) {
+        return Threshold(reader, mapping.threshold, rows, result, progress);
+    }
+    if (mapping.chooseBy == ChooseBy::kThreshold && IsGreyReader(reader)) {
         return DitherGreys(reader, mapping.threshold, rows, result, progress);
     }
     const DibView& view = result.view;

@@ -19,6 +19,9 @@ inline Ints Truncate(Floats value) {
 inline Floats ToFloats(Ints value) {
     return _mm256_cvtepi32_ps(reinterpret_cast<__m256i>(value));
 }
+inline unsigned HighestBits(Ints value) {
+    return static_cast<unsigned>(_mm256_movemask_ps(reinterpret_cast<__m256>(value)));
+}
 inline void StoreBytes(BYTE* bytes, Floats value) {
     const __m256i ints = _mm256_cvttps_epi32(_mm256_min_ps(value, _mm256_set1_ps(255.0F)));
     const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
@@ -96,6 +99,12 @@ inline Bytes Smaller(Bytes a, Bytes b) {
 }
 inline Bytes Larger(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_max_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Bytes SaturatedSum(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm256_adds_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+inline Bytes Mean(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm256_avg_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
 inline Bytes Excess(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_subs_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));

@@ -41,6 +41,13 @@ inline Floats SquareRoot(Floats value) {
     return Floats{__builtin_sqrtf(value[0]), __builtin_sqrtf(value[1]), __builtin_sqrtf(value[2]),
                   __builtin_sqrtf(value[3])};
 }
+inline unsigned HighestBits(Ints value) {
+    unsigned bits = 0;
+    for (int lane = 0; lane != kLanes; ++lane) {
+        bits |= static_cast<unsigned>(value[lane]) >> 31U << lane;
+    }
+    return bits;
+}
 inline void StoreBytes(BYTE* bytes, Floats value) {
     const Ints ints = Truncate(Larger(Smaller(value, Spread(255.0F)), Spread(0.0F)));
     for (int lane = 0; lane != kLanes; ++lane) {
@@ -125,6 +132,13 @@ inline Bytes Smaller(Bytes a, Bytes b) {
 }
 inline Bytes Larger(Bytes a, Bytes b) {
     return a > b ? a : b;
+}
+inline Bytes SaturatedSum(Bytes a, Bytes b) {
+    const Bytes sum = a + b;
+    return sum < a ? SpreadByte(255) : sum;
+}
+inline Bytes Mean(Bytes a, Bytes b) {
+    return (a | b) - ((a ^ b) >> 1);
 }
 inline Bytes Excess(Bytes a, Bytes b) {
     return a > b ? a - b : Bytes{};

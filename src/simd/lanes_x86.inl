@@ -26,6 +26,10 @@ inline Ints Truncate(Floats value) {
 inline Floats ToFloats(Ints value) {
     return _mm_cvtepi32_ps(reinterpret_cast<__m128i>(value));
 }
+// The highest bit of each lane, that of the first one lowest.
+inline unsigned HighestBits(Ints value) {
+    return static_cast<unsigned>(_mm_movemask_ps(reinterpret_cast<__m128>(value)));
+}
 // Truncates toward zero, clamps to 0..255 and stores kLanes bytes. Packing saturates, so only values beyond 32 bits
 // have to be kept off; far negative ones become the most negative number.
 inline void StoreBytes(BYTE* bytes, Floats value) {
@@ -112,6 +116,14 @@ inline Bytes Smaller(Bytes a, Bytes b) {
 }
 inline Bytes Larger(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm_max_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+// a + b, at most 255.
+inline Bytes SaturatedSum(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm_adds_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+// The mean, halves up.
+inline Bytes Mean(Bytes a, Bytes b) {
+    return reinterpret_cast<Bytes>(_mm_avg_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 // a - b, or 0 where b is larger.
 inline Bytes Excess(Bytes a, Bytes b) {
