@@ -1,6 +1,7 @@
 #include "compose/paste.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "area/masked_picture.h"
 #include "frame/status.h"
@@ -49,6 +50,7 @@ bool MakePasting(const DibView& base, const DibView& pasted, const DibView* mask
     // Indices mean something in their own table only, and unused bytes are the base's.
     const bool isCopyable = base.layout == pasted.layout && !base.IsPaletted() && base.layout->unusedBytes == 0;
     pasting.copies = isCopyable && !pasting.smooth && options.opacity == 255;
+    pasting.packs = isCopyable && base.layout->Bytes() == 3 && mask == nullptr && !options.transparent.isGiven;
     return !base.IsPaletted() || MakeNearestColours(base, pasting.nearest);
 }
 
@@ -56,6 +58,7 @@ bool PasteRows(Pasting& pasting, const NewPicture& result, const Progress& progr
     const int height = result.view.height;
     PasteGuesses guesses;
     for (int row = 0; row < height; ++row) {
+        std::memcpy(result.Row(row), pasting.base.picture.Row(row), result.view.stride);
         const Span columns = pasting.opacity != 0 ? CoveredColumns(pasting.placement, row, guesses) : Span{};
         if (!PastePixels(pasting, row, columns, result.Row(row)) || !progress.Report(row, height - 1)) {
             return false;
@@ -95,7 +98,7 @@ HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteO
     if (!MakePasting(base.view, image, mask, options, pasting)) {
         return nullptr;
     }
-    NewPicture result = DuplicateDib(base.view, base.view.width, base.view.height, InitialPixels::kCopied);
+    NewPicture result = DuplicateDib(base.view, base.view.width, base.view.height, InitialPixels::kUnwritten);
     return result && PasteRows(pasting, result, progress) ? result.Release() : nullptr;
 }
 

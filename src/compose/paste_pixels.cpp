@@ -6,6 +6,7 @@
 #include "area/area.h"
 #include "compose/layer_kernels.h"
 #include "frame/parts.h"
+#include "geometry/blending.h"
 #include "pixels/bit_copy.h"
 #include "pixels/indices.h"
 #include "pixels/planar_chunks.h"
@@ -188,12 +189,56 @@ bool PastePart(Pasting& pasting, const Part& part, BYTE* resultRow) {
     return true;
 }
 
+// Lays packed pixels of 24 bits over those of the base.
+void LayPacked(const Pasting& pasting, const BYTE* pixels, int count, BYTE* result) {
+    if (pasting.opacity == 255) {
+        std::memcpy(result, pixels, static_cast<std::size_t>(count) * 3);
+    } else {
+        TheLayerKernels().blendLevels(pasting.opacity, pixels, result, count * 3);
+    }
+}
+
+// As PastePart, for pictures whose pixels lie on the base's as rows of bytes.
+void PasteLine(const Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
+    Places places;
+    FindPastePlaces(pasting.placement, row, columns.begin, 1, false, places);
+    LayPacked(pasting, pasting.pasted.picture.Row(places.rows[0]) + std::ptrdiff_t{places.columns[0]} * 3,
+              columns.end - columns.begin, resultRow + std::ptrdiff_t{columns.begin} * 3);
+}
+
+// As PastePart, where pixels are blended from the bytes of the picture. Those at its edges go the other way.
+bool PasteBlended(Pasting& pasting, const Part& part, BYTE* resultRow) {
+    Places places;
+    FindPastePlaces(pasting.placement, part.row, part.column, part.count, true, places);
+    const DibView& picture = pasting.pasted.picture;
+    const Span within = PlacesWithin(picture, places, part.count);
+    const int count = within.end - within.begin;
+    if (count < part.count && count != 0) {
+        FindPastePlaces(pasting.placement, part.row, part.column + within.begin, count, true, places);
+    }
+    if (count != 0) {
+        BYTE pixels[kPlaces * 3];
+        PackedBlendOf(picture)(picture, places, count, pixels);
+        LayPacked(pasting, pixels, count, resultRow + std::ptrdiff_t{part.column + within.begin} * 3);
+    }
+    return (within.begin == 0 || PastePart(pasting, {part.row, part.column, within.begin}, resultRow)) &&
+           (within.end == part.count ||
+            PastePart(pasting, {part.row, part.column + within.end, part.count - within.end}, resultRow));
+}
+
 } // namespace
 
 bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
+    if (pasting.packs && pasting.placement.isExact && pasting.placement.columnStep == 1) {
+        if (columns.begin < columns.end) {
+            PasteLine(pasting, row, columns, resultRow);
+        }
+        return true;
+    }
+    const auto paste = pasting.packs && pasting.smooth ? PasteBlended : PastePart;
     bool isDone = true;
     ForEachPart(columns.end - columns.begin, kPlaces, [&](int start, int count) {
-        isDone = isDone && PastePart(pasting, {row, columns.begin + start, count}, resultRow);
+        isDone = isDone && paste(pasting, {row, columns.begin + start, count}, resultRow);
     });
     return isDone;
 }

@@ -27,6 +27,7 @@ struct Pasting {
     BYTE opacity;
     bool smooth;
     bool copies; // pixels become the base's as they are
+    bool packs;  // all bytes of a pixel are laid over the base's alike, and none are hidden
 };
 
 // Lays columns of a row, all of them covered, over the base's in the row of the result. False when memory is short; the

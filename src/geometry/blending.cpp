@@ -87,4 +87,23 @@ void BlendPixels(const Blending& blending, const TurnedPicture& picture, const P
     blending.format.Encode(pixel.Row(), result, count);
 }
 
+Span PlacesWithin(const DibView& picture, const Places& places, int count) {
+    const auto isWithin = [&](int i) {
+        const auto width = static_cast<unsigned>(picture.width);
+        const auto rows = static_cast<unsigned>(picture.height - 1);
+        return static_cast<unsigned>(places.columns[i]) < width &&
+               static_cast<unsigned>(places.nextColumns[i]) < width && static_cast<unsigned>(places.rows[i]) < rows &&
+               static_cast<unsigned>(places.nextRows[i]) < rows;
+    };
+    // Neither coordinate turns back along the line, so those within follow one another.
+    Span within = {0, count};
+    while (within.begin < within.end && !isWithin(within.begin)) {
+        ++within.begin;
+    }
+    while (within.begin < within.end && !isWithin(within.end - 1)) {
+        --within.end;
+    }
+    return within;
+}
+
 } // namespace qv8

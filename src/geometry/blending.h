@@ -17,4 +17,18 @@ Blending BlendingOf(const TurnedPicture& picture, const RGBQUAD& background);
 // Blends `count` pixels of a picture into packed ones.
 void BlendPixels(const Blending& blending, const TurnedPicture& picture, const Places& places, int count, BYTE* result);
 
+// The kernel that blends the packed pixels of a picture; null where it has to be done channel by channel.
+inline auto PackedBlendOf(const DibView& picture) {
+    const RotationKernels& kernels = TheRotationKernels();
+    const auto codec = picture.layout->codec;
+    return picture.IsPaletted()           ? nullptr
+           : codec == &PixelKernels::bgr  ? kernels.blendPacked24
+           : codec == &PixelKernels::bgrx ? kernels.blendPacked32
+                                          : nullptr;
+}
+
+// The places, of those from 0 to before `count` along a line, that have all their neighbours in the picture, and
+// behind those a byte more to read: so not in the last row of memory.
+Span PlacesWithin(const DibView& picture, const Places& places, int count);
+
 } // namespace qv8

@@ -19,6 +19,35 @@ struct PictureMapping {
     const Blending* blending; // null to copy the nearest pixel
 };
 
+// Blends `count` pixels of the result from x on, whose places are given: straight from packed pixels but at the edges
+// of the source.
+void BlendLine(const PictureMapping& work, const SourceLines& lines, int x, const Places& places, int count,
+               BYTE* result) {
+    const DibView& source = work.image.source;
+    const auto blendPacked = PackedBlendOf(source);
+    const Span within = blendPacked != nullptr ? PlacesWithin(source, places, count) : Span{count, count};
+    if (within.begin == 0 && within.end == count) {
+        blendPacked(source, places, count, result);
+        return;
+    }
+    const auto blendPart = [&](int begin, int end, bool isPacked) {
+        if (begin == end) {
+            return;
+        }
+        Places own;
+        TheRotationKernels().findNeighbours(lines, work.directions, x + begin, end - begin, own);
+        BYTE* const pixels = result + work.blending->format.BytesOf(begin);
+        if (isPacked) {
+            blendPacked(source, own, end - begin, pixels);
+        } else {
+            BlendPixels(*work.blending, work.image, own, end - begin, pixels);
+        }
+    };
+    blendPart(0, within.begin, false);
+    blendPart(within.begin, within.end, true);
+    blendPart(within.end, count, false);
+}
+
 // One part of a row of the result, of whose pixels those from `begin` to before `end` lie in the source.
 void WriteTurned(const PictureMapping& work, const SourceLines& lines, int row, int start, int count, int begin,
                  int end) {
@@ -33,7 +62,7 @@ void WriteTurned(const PictureMapping& work, const SourceLines& lines, int row, 
     }
     WritePart(work.image, row, start, count, begin, end, [&](int pixels, BYTE* result) {
         if (work.blending != nullptr) {
-            BlendPixels(*work.blending, work.image, places, pixels, result);
+            BlendLine(work, lines, x, places, pixels, result);
         } else {
             work.image.unit.copyPlaces(work.image.source, places.columns, places.rows, pixels, result);
         }

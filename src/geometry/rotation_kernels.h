@@ -39,6 +39,10 @@ struct RotationKernels {
     void (*findPlaces)(const SourceLines& lines, const Directions& directions, int x, int count, Places& places);
     // The same with neighbours, which may lie outside.
     void (*findNeighbours)(const SourceLines& lines, const Directions& directions, int x, int count, Places& places);
+    // Blends packed pixels of 24 or 32 bits straight from the picture, of places that PlacesWithin (blending.h) has
+    // found. The fourth bytes of results are worth nothing.
+    void (*blendPacked24)(const DibView& picture, const Places& places, int count, BYTE* result);
+    void (*blendPacked32)(const DibView& picture, const Places& places, int count, BYTE* result);
     // Blends one channel of the pixels, of those beside them, of those above or below and of the diagonal ones.
     void (*blend)(const Places& places, const BYTE* pixel, const BYTE* beside, const BYTE* above, const BYTE* diagonal,
                   int count, BYTE* result);
