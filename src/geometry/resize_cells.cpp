@@ -60,6 +60,10 @@ bool PrepareFixedMeans(CellReader& reader, int rows) {
     }
     for (int columns = reader.fewestColumns; columns <= reader.mostColumns; ++columns) {
         const int pixels = columns * rows;
+        if (pixels == 1) { // (v + 1) * 65535 / 65536 is v again
+            reader.fixedMeans[columns] = {1, 0xFFFF, 0};
+            continue;
+        }
         const FixedReciprocal reciprocal = MakeFixedReciprocal(pixels, 255 * pixels + pixels / 2);
         if (!reciprocal.exact) {
             return false;
@@ -108,6 +112,51 @@ void ReadLargeMeans(CellReader& reader, const PixelGroup& rows, const CellRow& c
     }
 }
 
+// Finds the longest run of cells of two columns each: nearly all of them at half the size.
+void FindPairs(CellReader& reader) {
+    for (int begin = 0, end = 0; begin != reader.cellCount; begin = std::max(end, begin + 1)) {
+        end = begin;
+        while (end != reader.cellCount && reader.groupCount[end] == 2) {
+            ++end;
+        }
+        if (end - begin > reader.pairsEnd - reader.pairsBegin) {
+            reader.pairsBegin = begin;
+            reader.pairsEnd = end;
+        }
+    }
+}
+
+// Means of cells from two rows of packed pixels, one by one.
+void AverageFewPairs(const CellReader& reader, const BYTE* lower, const BYTE* upper, int begin, int end) {
+    for (int i = begin; i < end; ++i) {
+        const int pixels = 2 * reader.groupCount[i];
+        for (std::size_t k = 0; k != 3; ++k) {
+            int sum = pixels / 2;
+            for (int column = reader.groupFirst[i]; column != reader.groupFirst[i] + reader.groupCount[i]; ++column) {
+                sum += lower[reader.Samples(column) + k] + upper[reader.Samples(column) + k];
+            }
+            reader.means[0][reader.Samples(i) + k] = static_cast<BYTE>(sum / pixels);
+        }
+    }
+}
+
+// Means of groups of two rows where most groups of columns are of two. False where they are not.
+bool ReadMeansOfFour(CellReader& reader, const PixelGroup& rows) {
+    constexpr int kWorthIt = 8;
+    const int pairs = reader.pairsEnd - reader.pairsBegin;
+    if (!reader.IsPacked() || rows.count != 2 || pairs < kWorthIt || reader.cellCount - pairs > pairs) {
+        return false;
+    }
+    const BYTE* const lower = reader.task.source->Row(rows.first);
+    const BYTE* const upper = reader.task.source->Row(rows.first + 1);
+    const std::size_t first = reader.Samples(reader.groupFirst[reader.pairsBegin]);
+    AverageFewPairs(reader, lower, upper, 0, reader.pairsBegin);
+    reader.kernels.averageFourTriples(lower + first, upper + first, pairs,
+                                      reader.means[0] + reader.Samples(reader.pairsBegin));
+    AverageFewPairs(reader, lower, upper, reader.pairsEnd, reader.cellCount);
+    return true;
+}
+
 } // namespace
 
 bool MakeCellReader(CellReader& reader) {
@@ -134,6 +183,7 @@ bool MakeCellReader(CellReader& reader) {
         reader.groupFirst[index] = group.first;
         reader.groupCount[index++] = group.count;
     });
+    FindPairs(reader);
     return true;
 }
 
@@ -149,6 +199,9 @@ void ReadLine(CellReader& reader, int row) {
 }
 
 void ReadMeans(CellReader& reader, const PixelGroup& rows) {
+    if (ReadMeansOfFour(reader, rows)) {
+        return;
+    }
     const PixelGroups groups = {reader.groupFirst, reader.groupCount, reader.cellCount};
     if (PrepareFixedMeans(reader, rows.count)) {
         SumSmallRows(reader, rows);

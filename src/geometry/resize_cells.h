@@ -28,6 +28,8 @@ struct CellReader {
     int cellCount = 0;
     int fewestColumns = 0; // of a cell
     int mostColumns = 0;
+    int pairsBegin = 0; // a run of cells of two columns each
+    int pairsEnd = 0;
     LockedBlock block = {};
 
     // All in the block.

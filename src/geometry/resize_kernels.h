@@ -44,6 +44,8 @@ struct ResizeKernels {
     // The same of 16-bit sums, by the number of columns.
     void (*averageSmallGroups)(const WORD* sums, const PixelGroups& groups, const FixedMean* means, BYTE* result);
     void (*averageSmallTriples)(const WORD* sums, const PixelGroups& groups, const FixedMean* means, BYTE* result);
+    // Means of two by two packed pixels of 24 bits, rounded; `result` has room for one byte more.
+    void (*averageFourTriples)(const BYTE* lower, const BYTE* upper, int count, BYTE* result);
     void (*toFloats)(const BYTE* row, float* result, int count);
     // Weighs the cells and their right neighbours; of single channels, and of three side by side.
     void (*blendColumns)(const float* cells, const ColumnWeights& weights, float* result, int count);

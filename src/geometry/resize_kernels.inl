@@ -76,6 +76,37 @@ void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const 
     }
 }
 
+// (a + b + c + d + 2) / 4: the mean of two means has a half too much where one of them was rounded up and their sum is
+// rounded up too.
+inline Bytes MeanOfFour(Bytes a, Bytes b, Bytes c, Bytes d) {
+    const Bytes first = Mean(a, b);
+    const Bytes second = Mean(c, d);
+    return Mean(first, second) - (((a ^ b) | (c ^ d)) & (first ^ second) & SpreadByte(1));
+}
+
+// Every byte with that of the next pixel, whether a pair begins there or not; then those where one does are picked.
+void AverageFourTriples(const BYTE* lower, const BYTE* upper, int count, BYTE* result) {
+    constexpr int kPart = kByteLanes; // pairs, of which six vectors of bytes are whole ones
+    constexpr int kBytes = 6 * kPart;
+    BYTE means[kBytes + 4];
+    int done = 0;
+    for (; done + kPart < count; done += kPart) { // three bytes beyond are read
+        const BYTE* const below = lower + std::ptrdiff_t{6} * done;
+        const BYTE* const above = upper + std::ptrdiff_t{6} * done;
+        for (int i = 0; i < kBytes; i += kByteLanes) {
+            StoreSamples(means + i, MeanOfFour(LoadSamples(below + i), LoadSamples(below + i + 3),
+                                               LoadSamples(above + i), LoadSamples(above + i + 3)));
+        }
+        for (int i = 0; i < kPart; ++i) {
+            __builtin_memcpy(result + std::ptrdiff_t{3} * (done + i), means + 6 * i, 4);
+        }
+    }
+    for (int i = 3 * done; i < 3 * count; ++i) {
+        const std::ptrdiff_t at = std::ptrdiff_t{i} + i / 3 * 3;
+        result[i] = static_cast<BYTE>((lower[at] + lower[at + 3] + upper[at] + upper[at + 3] + 2) >> 2);
+    }
+}
+
 void WidenToFloats(const BYTE* __restrict row, float* __restrict result, int count) {
     for (int i = 0; i < count; ++i) {
         result[i] = static_cast<float>(row[i]);
@@ -114,6 +145,7 @@ void BlendRows(const float* __restrict upper, const float* __restrict lower, flo
     }
 }
 
-constexpr ResizeKernels kKernels = {WidenRow,         AddRow<std::uint32_t>, AddRow<WORD>,    Average,
-                                    AverageGroups<1>, AverageGroups<3>,      AverageSmall<1>, AverageSmall<3>,
-                                    WidenToFloats,    BlendColumns,          BlendTriples,    BlendRows};
+constexpr ResizeKernels kKernels = {WidenRow,           AddRow<std::uint32_t>, AddRow<WORD>,    Average,
+                                    AverageGroups<1>,   AverageGroups<3>,      AverageSmall<1>, AverageSmall<3>,
+                                    AverageFourTriples, WidenToFloats,         BlendColumns,    BlendTriples,
+                                    BlendRows};
