@@ -7,18 +7,29 @@ inline BYTE Shifted(BYTE value, BYTE flip, BYTE add, BYTE subtract) {
     return static_cast<BYTE>(raised - (subtract < raised ? subtract : raised));
 }
 
+inline Bytes Shifted(Bytes value, Bytes flip, Bytes add, Bytes subtract) {
+    return Excess(SaturatedSum(value ^ flip, add), subtract);
+}
+
 void ShiftBytes(const ShiftPattern& pattern, const BYTE* __restrict source, BYTE* __restrict result,
                 std::size_t bytes) {
-    const ShiftPattern own = pattern; // bytes written through `result` cannot change it, so it stays in registers
     constexpr std::size_t kLength = ShiftPattern::kLength;
+    constexpr std::size_t kVectors = kLength / kByteLanes;
+    Bytes flip[kVectors];
+    Bytes add[kVectors];
+    Bytes subtract[kVectors];
+    __builtin_memcpy(flip, pattern.flip, kLength);
+    __builtin_memcpy(add, pattern.add, kLength);
+    __builtin_memcpy(subtract, pattern.subtract, kLength);
     std::size_t done = 0;
     for (; done + kLength <= bytes; done += kLength) {
-        for (std::size_t i = 0; i < kLength; ++i) {
-            result[done + i] = Shifted(source[done + i], own.flip[i], own.add[i], own.subtract[i]);
+        for (std::size_t k = 0; k < kVectors; ++k) {
+            const std::size_t at = done + k * kByteLanes;
+            StoreSamples(result + at, Shifted(LoadSamples(source + at), flip[k], add[k], subtract[k]));
         }
     }
     for (std::size_t i = 0; done + i < bytes; ++i) {
-        result[done + i] = Shifted(source[done + i], own.flip[i], own.add[i], own.subtract[i]);
+        result[done + i] = Shifted(source[done + i], pattern.flip[i], pattern.add[i], pattern.subtract[i]);
     }
 }
 
