@@ -2,6 +2,7 @@
 
 #include "frame/parts.h"
 #include "frame/rows.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 namespace {
@@ -79,14 +80,36 @@ void WriteMoved(const TurnedPicture& picture, const Move& move, int row, int sta
     });
 }
 
+// Rows row .. row + 3 at once, from 24-bit pixels that all lie in the source. False where these are none.
+bool WriteFourMoved(const TurnedPicture& picture, const Move& move, int row, int start, int count) {
+    const DibView& source = picture.source;
+    const int column = std::min(move.column.At(row), move.column.At(row + 3));
+    constexpr int kReadBeyond = 2; // pixels
+    if (!move.sideways || source.bitCount != 24 || column < 0 || column + 4 + kReadBeyond > source.width ||
+        start < move.row.Begin(source.height) || start + count > move.row.End(source.height)) {
+        return false;
+    }
+    const auto stride = static_cast<std::ptrdiff_t>(source.stride);
+    const auto resultStride = static_cast<std::ptrdiff_t>(picture.result.view.stride);
+    const bool isBackwards = move.column.step < 0; // the lowest column is the last row then
+    BYTE* const result = picture.result.Row(isBackwards ? row + 3 : row) + std::ptrdiff_t{start} * 3;
+    ThePixelKernels().turnFour24(source.Row(move.row.At(start)) + std::ptrdiff_t{column} * 3, move.row.step * stride,
+                                 result, isBackwards ? -resultStride : resultStride, count);
+    return true;
+}
+
 // Rows firstRow .. firstRow + rowCount of one picture.
 void WriteRows(const TurnedPicture& picture, const Move& move, int firstRow, int rowCount) {
     const int width = picture.result.view.width;
     // Tiles keep to few rows of the source; whole rows are copied at once where pixels need not be packed.
     const int part = move.sideways ? kTile : picture.result.view.layout->SharesBytes() ? kPartPixels : width;
     ForEachPart(width, part, [&](int start, int count) {
-        for (int row = firstRow; row < firstRow + rowCount; ++row) {
-            WriteMoved(picture, move, row, start, count);
+        for (int row = firstRow; row < firstRow + rowCount;) {
+            if (row + 4 <= firstRow + rowCount && WriteFourMoved(picture, move, row, start, count)) {
+                row += 4;
+            } else {
+                WriteMoved(picture, move, row++, start, count);
+            }
         }
     });
     for (int row = firstRow; row < firstRow + rowCount; ++row) {

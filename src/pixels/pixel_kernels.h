@@ -34,6 +34,12 @@ struct PixelKernels {
     void (*narrow32)(const BYTE* source, BYTE* result, int count);
     // Bytes made of the eight bits from bit `shift` (1..7) of a byte on, the most significant one being bit 0.
     void (*shiftBits)(const BYTE* source, int shift, BYTE* result, std::size_t bytes);
+    // 24-bit pixels backwards, from the one before `end` on.
+    void (*reverse24)(const BYTE* end, BYTE* result, int count);
+    // Columns of 24-bit pixels become rows: pixel i of row k of four, `resultStep` bytes apart, is the k-th pixel at
+    // `source` + i * `sourceStep`. Two pixels more can be read there.
+    void (*turnFour24)(const BYTE* source, std::ptrdiff_t sourceStep, BYTE* result, std::ptrdiff_t resultStep,
+                       int count);
 };
 
 const PixelKernels& ThePixelKernels();

@@ -173,11 +173,12 @@ void ClearFourthBytes(BYTE* pixels, int count) {
     }
 }
 
+using Bytes16 = BYTE __attribute__((vector_size(16)));
+
 // Whole vectors and words are read as long as they end within the row; the last pixel is read byte by byte.
 void Widen24(const BYTE* __restrict source, BYTE* __restrict result, int count) {
     int i = 0;
     if constexpr (kHasByteShuffle) {
-        using Bytes16 = BYTE __attribute__((vector_size(16)));
         for (; i + 6 <= count; i += 4) {
             Bytes16 packed;
             __builtin_memcpy(&packed, source + 3 * i, sizeof packed);
@@ -218,6 +219,68 @@ void ShiftBits(const BYTE* __restrict source, int shift, BYTE* __restrict result
     }
 }
 
+inline Bytes16 LoadBytes16(const BYTE* source) {
+    Bytes16 bytes;
+    __builtin_memcpy(&bytes, source, sizeof bytes);
+    return bytes;
+}
+
+// Five pixels at a time, with a byte of a sixth one.
+void Reverse24(const BYTE* end, BYTE* __restrict result, int count) {
+    const BYTE* const last = end - std::ptrdiff_t{3} * count;
+    int i = 0;
+    if constexpr (kHasByteShuffle) {
+        for (; i + 6 <= count; i += 5) {
+            Bytes16 bytes = LoadBytes16(end - std::ptrdiff_t{3} * i - 16);
+            bytes = __builtin_shufflevector(bytes, bytes, 13, 14, 15, 10, 11, 12, 7, 8, 9, 4, 5, 6, 1, 2, 3, 0);
+            __builtin_memcpy(result + std::ptrdiff_t{3} * i, &bytes, sizeof bytes);
+        }
+    }
+    for (; i < count - 1; ++i) {
+        StoreDword(result + std::ptrdiff_t{3} * i, LoadDword(end - std::ptrdiff_t{3} * i - 4) >> 8U);
+    }
+    if (i < count) {
+        __builtin_memcpy(result + std::ptrdiff_t{3} * i, last, 3);
+    }
+}
+
+// Four by four pixels, each in four bytes while they change places.
+inline void TurnBlock(const BYTE* source, std::ptrdiff_t sourceStep, BYTE* result, std::ptrdiff_t resultStep) {
+    using Dwords = DWORD __attribute__((vector_size(16)));
+    Dwords rows[4];
+    for (int i = 0; i < 4; ++i) {
+        const Bytes16 bytes = LoadBytes16(source + i * sourceStep);
+        rows[i] = reinterpret_cast<Dwords>(
+            __builtin_shufflevector(bytes, bytes, 0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11));
+    }
+    const Dwords low01 = __builtin_shufflevector(rows[0], rows[1], 0, 4, 1, 5);
+    const Dwords high01 = __builtin_shufflevector(rows[0], rows[1], 2, 6, 3, 7);
+    const Dwords low23 = __builtin_shufflevector(rows[2], rows[3], 0, 4, 1, 5);
+    const Dwords high23 = __builtin_shufflevector(rows[2], rows[3], 2, 6, 3, 7);
+    const Dwords columns[4] = {
+        __builtin_shufflevector(low01, low23, 0, 1, 4, 5), __builtin_shufflevector(low01, low23, 2, 3, 6, 7),
+        __builtin_shufflevector(high01, high23, 0, 1, 4, 5), __builtin_shufflevector(high01, high23, 2, 3, 6, 7)};
+    for (int k = 0; k < 4; ++k) {
+        Bytes16 bytes = reinterpret_cast<Bytes16>(columns[k]);
+        bytes = __builtin_shufflevector(bytes, bytes, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 15, 15, 15, 15);
+        __builtin_memcpy(result + k * resultStep, &bytes, 12);
+    }
+}
+
+void TurnFour24(const BYTE* source, std::ptrdiff_t sourceStep, BYTE* result, std::ptrdiff_t resultStep, int count) {
+    int i = 0;
+    if constexpr (kHasByteShuffle) {
+        for (; i + 4 <= count; i += 4) {
+            TurnBlock(source + i * sourceStep, sourceStep, result + std::ptrdiff_t{3} * i, resultStep);
+        }
+    }
+    for (; i < count; ++i) {
+        for (int k = 0; k < 4; ++k) {
+            __builtin_memcpy(result + k * resultStep + std::ptrdiff_t{3} * i, source + i * sourceStep + 3 * k, 3);
+        }
+    }
+}
+
 constexpr PixelKernels kKernels = {{Decode555, Encode555},
                                    {Decode565, Encode565},
                                    {DecodeBlack, Encode565},
@@ -225,4 +288,6 @@ constexpr PixelKernels kKernels = {{Decode555, Encode555},
                                    {DecodeBgrx, EncodeBgrx, ClearFourthBytes},
                                    Widen24,
                                    Narrow32,
-                                   ShiftBits};
+                                   ShiftBits,
+                                   Reverse24,
+                                   TurnFour24};

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "pixels/indices.h"
+#include "pixels/pixel_kernels.h"
 
 namespace qv8 {
 namespace {
@@ -25,6 +26,12 @@ void CopyLine(const DibView& picture, int column, int row, int columnStep, int r
     if (rowStep == 0 && columnStep == 1) {
         std::memcpy(result, source, static_cast<std::size_t>(count) * sizeof(Unit));
         return;
+    }
+    if constexpr (sizeof(Unit) == 3) {
+        if (rowStep == 0 && columnStep == -1) {
+            ThePixelKernels().reverse24(source + sizeof(Unit), result, count);
+            return;
+        }
     }
     const std::ptrdiff_t step =
         columnStep * static_cast<std::ptrdiff_t>(sizeof(Unit)) + rowStep * static_cast<std::ptrdiff_t>(picture.stride);
