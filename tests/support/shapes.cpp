@@ -12,11 +12,11 @@ namespace {
 class Generator {
 public:
     std::vector<Shape> Make() {
-        Repeat(850, [this] { ScatteredPolygon(random_.Between(1, 20), random_.Between(1, 20), 0); });
-        Repeat(250, [this] { ScatteredPolygon(random_.Between(20, 100), random_.Between(20, 100), 0); });
+        Repeat(850, [this] { SizedPolygon(1, 20, 0); });
+        Repeat(250, [this] { SizedPolygon(20, 100, 0); });
         Repeat(60, [this] { ScatteredPolygon(300, 5, 0); });
         Repeat(30, [this] { ScatteredPolygon(3, 150, 0); });
-        Repeat(80, [this] { ScatteredPolygon(random_.Between(5, 30), random_.Between(5, 30), 40); });
+        Repeat(80, [this] { SizedPolygon(5, 30, 40); });
         Repeat(300, [this] { LatticePolygon(random_.Between(1, 4)); });
         Repeat(150, [this] { LatticePolygon(14); }); // corners on the border or in the middle
         Repeat(20, [this] { SinglePointPolygon(); });
@@ -28,8 +28,8 @@ public:
         Repeat(60, [this] { ScatteredEllipse(40, 40, 30); });
         Ellipse(65536, 10, {0, 0}, {65536, 10});
         AllSeams();
-        Repeat(150, [this] { ScatteredSeam(random_.Between(1, 40), random_.Between(1, 40)); });
-        Repeat(4, [this] { ScatteredSeam(random_.Between(100, 300), random_.Between(100, 200)); });
+        Repeat(150, [this] { SizedSeam(1, 40, 40); });
+        Repeat(4, [this] { SizedSeam(100, 300, 200); });
         return std::move(shapes_);
     }
 
@@ -59,6 +59,18 @@ private:
         std::vector<POINT> points;
         Repeat(random_.Between(2, 12), [&] { points.push_back(Anywhere(width, height, beyond)); });
         Add(Shape::kPolygon, width, height, std::move(points));
+    }
+
+    // Sizes from `least` on. They are drawn in statements, for the order of arguments is the compiler's affair.
+    void SizedPolygon(int least, int most, int beyond) {
+        const int height = random_.Between(least, most);
+        const int width = random_.Between(least, most);
+        ScatteredPolygon(width, height, beyond);
+    }
+    void SizedSeam(int least, int widest, int highest) {
+        const int height = random_.Between(least, highest);
+        const int width = random_.Between(least, widest);
+        ScatteredSeam(width, height);
     }
 
     // Corners on a lattice of three by three, so that many coincide, lie in one line or end horizontally.
@@ -139,7 +151,9 @@ private:
         }
     }
     void ScatteredSeam(int width, int height) {
-        Seam(width, height, Anywhere(width, height, 10), Anywhere(width, height, 10));
+        const POINT to = Anywhere(width, height, 10);
+        const POINT from = Anywhere(width, height, 10);
+        Seam(width, height, from, to);
         const POINT bottom = {random_.Between(-10, width + 9), height + 9};
         Seam(width, height, bottom, {random_.Between(-10, width + 9), -10});
         const LONG left = random_.Between(-1000, 1000);
