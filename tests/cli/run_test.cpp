@@ -4,6 +4,7 @@
 #include "batch_report.h"
 #include "files.h"
 #include "inputs.h"
+#include "pictures/image_file.h"
 #include "pictures/interrupt.h"
 #include "run_qv8.h"
 
@@ -96,6 +97,27 @@ TEST(Chain, MistakesNameTheStepAndInARecipeTheLine) {
         EXPECT_TRUE(Has(outcome.err, wrong.told)) << outcome.err;
         EXPECT_FALSE(fs::exists(folder.Path("out.bmp")));
     }
+}
+
+// Effects that move pixels clear the fourth bytes; alpha arrives all the same, and where it has no place this is said.
+TEST(Chain, AlphaGoesAlong) {
+    const Folder folder;
+    const std::string in = folder.Store("in.bmp", BuildBmp({.bits = 32, .width = 5, .height = 3}));
+    const std::string png = folder.Name("in.png");
+    const std::string turned = folder.Name("turned.png");
+    ASSERT_EQ(RunQv8({"copy-image", in, png}).code, 0);
+    ASSERT_EQ(RunQv8({"run", "rotation --mirror --flip", png, "-o", turned}).code, 0);
+    const Picture before = LoadPicture(png, 1000).picture;
+    const Picture after = LoadPicture(turned, 1000).picture;
+    const LockedPicture from(before);
+    const LockedPicture to(after);
+    ASSERT_EQ(to.Header().biBitCount, 32);
+    for (std::size_t y = 0; y < 3; ++y) {
+        for (std::size_t x = 0; x < 5; ++x) {
+            EXPECT_EQ(to.RowFromTop(y)[4 * x + 3], from.RowFromTop(2 - y)[4 * (4 - x) + 3]);
+        }
+    }
+    EXPECT_TRUE(Has(RunQv8({"layer", png, png, folder.Name("out.png")}).err, "transparency is lost"));
 }
 
 TEST(Run, DoesEveryGoodFileAndSaysWhichIsNot) {
