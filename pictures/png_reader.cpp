@@ -1,6 +1,7 @@
 // Reading of PNG files.
 #include "pictures/png_codec.h"
 
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -152,6 +153,15 @@ void DecodeInPlace(spng_ctx* context, const Plan& plan, const LockedPicture& pic
     }
 }
 
+// Screens of today want 1 / 2.2; with a profile the number means nothing.
+bool HasOddGamma(spng_ctx* context, const Metadata& metadata) {
+    constexpr double kUsual = 0.45455;
+    double gamma = kUsual;
+    std::uint8_t intent = 0;
+    return metadata.profile.empty() && spng_get_srgb(context, &intent) != SPNG_OK &&
+           spng_get_gama(context, &gamma) == SPNG_OK && std::fabs(gamma - kUsual) > 0.01;
+}
+
 void TakeMetadata(spng_ctx* context, Metadata& metadata) {
     spng_iccp profile{};
     if (spng_get_iccp(context, &profile) == SPNG_OK) {
@@ -195,6 +205,9 @@ LoadedPicture ReadPng(ByteView file, const ReadOptions& options) {
         loaded.notes.emplace_back("its channels of 16 bits were rounded to 8");
     }
     TakeMetadata(context.get(), loaded.metadata);
+    if (HasOddGamma(context.get(), loaded.metadata)) {
+        loaded.notes.emplace_back("its gamma was left out");
+    }
     ApplyOrientation(loaded, ExifOrientation(loaded.metadata.exif));
     return loaded;
 }
