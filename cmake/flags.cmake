@@ -18,6 +18,11 @@ if(QV8_SANITIZE)
   target_link_options(qv8_flags INTERFACE -fsanitize=${QV8_SANITIZE})
 endif()
 
+if(QV8_LINK_TIME)
+  target_compile_options(qv8_flags INTERFACE -flto=auto)
+  target_link_options(qv8_flags INTERFACE -flto=auto -Werror=odr -Werror=lto-type-mismatch)
+endif()
+
 # Lets the fuzzers see the way through the code. Linked by what is to be tested, and not by the tests.
 add_library(qv8_followed INTERFACE)
 if(QV8_BUILD_FUZZERS)
