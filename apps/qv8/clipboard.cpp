@@ -6,6 +6,7 @@
 #include "catalogue/run.h"
 #include "pictures/bmp.h"
 #include "pictures/failure.h"
+#include "pictures/image_file.h"
 #include "pictures/plain_image.h"
 #include "progress.h"
 
@@ -51,9 +52,7 @@ Picture PictureFromClipboard(std::uint64_t maxPixels) {
     file[1] = 'M';
     const LockedPicture locked(taken);
     file.insert(file.end(), locked.Bytes(), locked.Bytes() + GlobalSize(taken.Handle()));
-    BmpReading reading = ReadBmp(file.data(), file.size(), maxPixels);
-    if (!reading.picture) {
-        throw Failure(kExitInput, "paste: the picture on the clipboard cannot be read: " + reading.error);
-    }
-    return std::move(reading.picture);
+    ReadOptions options;
+    options.maxPixels = maxPixels;
+    return DecodePicture(file, "paste: the picture on the clipboard", options).picture;
 }

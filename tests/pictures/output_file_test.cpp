@@ -44,7 +44,11 @@ TEST(OutputFile, ASecondInterruptRemovesAllThatIsOpen) {
     complete.Complete();
     EXPECT_EQ(folder.FileCount(), 2U);
     RemoveTemporaryFiles();
+#ifdef _WIN32
+    EXPECT_EQ(folder.FileCount(), 1U); // the open one goes when the system closes it, at the end of the program
+#else
     EXPECT_EQ(folder.FileCount(), 0U);
+#endif
 }
 
 #ifndef _WIN32

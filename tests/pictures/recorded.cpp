@@ -33,7 +33,7 @@ Bytes FileOf(const std::string& name) {
 std::string HashOf(const LoadedPicture& loaded) {
     PictureRows rows(loaded.picture, loaded.metadata.alpha);
     std::uint64_t hash = 0xCBF29CE484222325U;
-    const auto add = [&hash](unsigned byte) { hash = (hash ^ byte) * 0x100000001B3U; };
+    const auto add = [&hash](unsigned value) { hash = (hash ^ value) * 0x100000001B3U; };
     for (std::size_t y = 0; y < rows.Height(); ++y) {
         const BYTE* pixel = rows.Row(y);
         for (std::size_t x = 0; x < rows.Width(); ++x, pixel += rows.Channels()) {
