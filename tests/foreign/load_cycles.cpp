@@ -97,6 +97,7 @@ int main(int argumentCount, char** arguments) {
     for (int cycle = 0; cycle != 10; ++cycle) { // what the system keeps for itself from the first time on
         Cycle();
     }
+    Count(); // which makes the system register classes of its own
     const Belongings before = Count();
     Print("before", before);
     for (int cycle = 0; cycle != cycles; ++cycle) {
