@@ -13,6 +13,7 @@
 #endif
 
 #include "pictures/failure.h"
+#include "qv8platform.h"
 
 namespace fs = std::filesystem;
 
@@ -82,7 +83,15 @@ bool MayWrite(const fs::path&) {
 } // namespace
 
 fs::path PathOf(const std::string& name) {
-    return fs::path(std::u8string(name.begin(), name.end()));
+#ifdef _WIN32
+    // What is no UTF-8 becomes a sign for it. No file is called so, and that is what the user is told.
+    const int bytes = static_cast<int>(name.size());
+    std::wstring wide(name.size(), L'\0');
+    wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, name.data(), bytes, wide.data(), bytes)));
+    return wide;
+#else
+    return name;
+#endif
 }
 
 OutputFile::OutputFile(const std::string& name, Sync sync) : name_(name), sync_(sync == Sync::kYes) {

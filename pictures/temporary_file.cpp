@@ -25,6 +25,8 @@ using Name = const fs::path::value_type*;
 // What RemoveTemporaryFiles finds: whoever takes a name out of the list is its owner. A name that finds no room here is
 // removed in the ordinary way only.
 constinit std::array<std::atomic<Name>, 256> names{};
+// Those that RemoveTemporaryFiles took. It may run in the middle of anything, so they are never freed.
+constinit std::array<std::atomic<Name>, names.size()> removed{};
 static_assert(std::atomic<Name>::is_always_lock_free);
 
 void Enter(Name name) {
@@ -171,8 +173,9 @@ void TemporaryFile::Forget() {
 }
 
 void RemoveTemporaryFiles() {
-    for (std::atomic<Name>& place : names) {
-        if (const Name name = place.exchange(nullptr); name != nullptr) {
+    for (std::size_t i = 0; i != names.size(); ++i) {
+        if (const Name name = names[i].exchange(nullptr); name != nullptr) {
+            removed[i] = name;
             Remove(name);
         }
     }

@@ -1,4 +1,5 @@
 // What every effect does and refuses, worked out by hand: data/examples.txt tells how it is written.
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <map>
@@ -63,7 +64,7 @@ Picture Blank(const Words& words) {
 
 std::vector<unsigned> DefaultTable(int bits, bool reversed) {
     std::vector<unsigned> table;
-    const unsigned last = (1U << bits) - 1;
+    const unsigned last = (1U << std::min(bits, 8)) - 1;
     for (unsigned i = 0; bits <= 8 && i <= last; ++i) {
         table.push_back((reversed ? last - i : i) * 255 / last * 0x10101);
     }
