@@ -36,7 +36,7 @@ private:
     CRITICAL_SECTION section_ = {};
     bool isUsable_;
 #else
-    bool IsUsable() const {
+    bool IsUsable() const { // NOLINT(readability-convert-member-functions-to-static): on Windows it may not be
         return true;
     }
     void Take() {

@@ -50,7 +50,7 @@ void HostState::Take() {
     }
 }
 
-void HostState::GiveBack() {
+void HostState::GiveBack() const {
     const ProcessorModes ours = CurrentModes();
     if (ours.sse != host_.modes.sse) {
         SetSseModes(host_.modes.sse);
@@ -70,7 +70,7 @@ void HostState::Take() {
     std::fesetenv(FE_DFL_ENV);
 }
 
-void HostState::GiveBack() {
+void HostState::GiveBack() const {
     std::fesetenv(&host_);
 }
 

@@ -60,7 +60,7 @@ public:
 
 private:
     void Take();
-    void GiveBack();
+    void GiveBack() const;
 
 #if defined(__i386__) || defined(__x86_64__)
     // Nearly every host has the modes we want. What it costs to look counts, for there is a report after each row.

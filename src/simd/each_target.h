@@ -33,6 +33,8 @@
 
 namespace qv8 {
 
+// Every family includes this once, in its own file.
+// NOLINTNEXTLINE(misc-definitions-in-headers)
 const QV8_KERNELS& QV8_ACCESSOR(QV8_KERNELS)() {
     static constexpr const QV8_KERNELS* kByTarget[] = {
 #include "simd/targets.inl"
