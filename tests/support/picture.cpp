@@ -138,6 +138,11 @@ bool Picture::Is565() const {
 }
 
 Colour Picture::ColourAt(int x, int row) const {
+    const int bits = Bits();
+    const bool isKnownDepth = bits == 1 || bits == 4 || bits % 8 == 0;
+    if (!isKnownDepth || PixelAddress(x, row) + static_cast<std::size_t>(bits + 7) / 8 > bytes.size()) {
+        return {0, 0, 0}; // the header was made to tell what is not there
+    }
     if (Bits() <= 8) {
         const unsigned index = Index(x, row);
         if (index >= ColourCount()) {
