@@ -68,7 +68,7 @@ void TakeSamplesWithin(const Pasting& pasting, const int* columns, const int* ro
         rowsWithin[i] = std::clamp(rows[i], 0, picture.height - 1);
     }
     TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
-        unit.copyPlaces(from, columnsWithin, rowsWithin, count, result);
+        unit.gather(from, columnsWithin, rowsWithin, count, result);
     });
     for (int i = 0; i < count; ++i) {
         const bool isInside = columns[i] == columnsWithin[i] && rows[i] == rowsWithin[i];
@@ -82,7 +82,7 @@ void TakeNeighbours(const Pasting& pasting, const int* columns, const int* rows,
     const DibView& picture = pasting.pasted.picture;
     if (AllInside(columns, count, picture.width) && AllInside(rows, count, picture.height)) {
         TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
-            unit.copyPlaces(from, columns, rows, count, result);
+            unit.gather(from, columns, rows, count, result);
         });
         if (pasting.mask == nullptr && !pasting.transparent.isGiven) {
             return;

@@ -132,7 +132,7 @@ void CopyPastePixels(const PastePlacement& placement, const Places& places, cons
         unit.copyLine(picture, places.columns[0], places.rows[0], placement.columnStep, placement.rowStep, count,
                       result);
     } else {
-        unit.copyPlaces(picture, places.columns, places.rows, count, result);
+        unit.gather(picture, places.columns, places.rows, count, result);
     }
 }
 

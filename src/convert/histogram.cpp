@@ -12,7 +12,7 @@ struct CellTable {
     }
 };
 
-// The accumulated count up to and including the given planes; a plane of -1 is before the first.
+// The accumulated count up to and including the given levels; -1 is before the first.
 std::uint32_t UpTo(const std::uint32_t* sums, int blue, int green, int red) {
     return blue < 0 || green < 0 || red < 0 ? 0 : sums[CellIndex(blue, green, red)];
 }
@@ -39,9 +39,9 @@ Histogram CountColours(const ColourReader& reader, const PlanarRow& rowBuffer, c
 void AccumulateHistogram(const Histogram& histogram) {
     std::uint32_t* const sums = histogram.Counts();
     for (const int step : {CellIndex(0, 0, 1), CellIndex(0, 1, 0), CellIndex(1, 0, 0)}) {
-        const int planes = step * kCellPlanes; // of this axis
-        for (int first = 0; first != kCells; first += planes) {
-            for (int i = first + step; i != first + planes; ++i) {
+        const int length = step * kCellLevels; // of this axis, in cells
+        for (int first = 0; first != kCells; first += length) {
+            for (int i = first + step; i != first + length; ++i) {
                 sums[i] += sums[i - step];
             }
         }

@@ -8,15 +8,15 @@
 
 namespace qv8 {
 
-constexpr int kCellPlanes = 64; // per axis: 0 blue, 1 green, 2 red
-constexpr int kCells = kCellPlanes * kCellPlanes * kCellPlanes;
+constexpr int kCellLevels = 64; // on each axis: 0 blue, 1 green, 2 red
+constexpr int kCells = kCellLevels * kCellLevels * kCellLevels;
 
 // The cell of three 6-bit values.
 constexpr int CellIndex(int blue, int green, int red) {
     return blue << 12 | green << 6 | red;
 }
 
-// A box of cells: its planes on each axis, both ends included.
+// A box of cells: its levels on each axis, both ends included.
 struct CellBox {
     BYTE low[3];
     BYTE high[3];
@@ -26,8 +26,8 @@ struct CellBox {
     }
 };
 
-// Counts of cells. After AccumulateHistogram each holds the sum over all cells with no greater planes, so that the
-// count of any box takes eight reads.
+// Counts of cells. After AccumulateHistogram each holds the sum over all cells whose levels are no greater on any axis,
+// so that the count of any box takes eight reads.
 struct Histogram {
     LockedBlock block;
 

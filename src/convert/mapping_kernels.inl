@@ -18,7 +18,7 @@ inline narrow::Words AsWords(Twice value) {
 }
 
 inline Twice Clamp(Twice value) {
-    return AsTwice(narrow::Smaller(narrow::Larger(AsWords(value), narrow::SpreadWord(0)), narrow::SpreadWord(255)));
+    return AsTwice(narrow::Min(narrow::Max(AsWords(value), narrow::BroadcastWord(0)), narrow::BroadcastWord(255)));
 }
 
 // One of two values, by a mask of all bits.
@@ -53,7 +53,7 @@ inline Twice LoadError(const short* error) {
 
 // The channels of a packed colour whose fourth byte is 0.
 inline Twice LoadColour(const BYTE* colour) {
-    return FirstHalfTwice(AsTwice(narrow::LoadFourBytes(colour)));
+    return FirstHalfTwice(AsTwice(narrow::LoadFourBytesAsWords(colour)));
 }
 
 inline void StoreFirst(short* error, Twice value) {
@@ -102,14 +102,14 @@ struct ByNearest {
         __builtin_memcpy(red, choice.red, sizeof red);
     }
     unsigned operator()(unsigned b, unsigned g, unsigned r) const {
-        const auto pair = reinterpret_cast<narrow::Words>(narrow::SpreadInt(static_cast<int>(b | g << 16)));
-        const auto single = reinterpret_cast<narrow::Words>(narrow::SpreadInt(static_cast<int>(r)));
+        const auto pair = reinterpret_cast<narrow::Words>(narrow::BroadcastInt(static_cast<int>(b | g << 16)));
+        const auto single = reinterpret_cast<narrow::Words>(narrow::BroadcastInt(static_cast<int>(r)));
         narrow::Ints best = Keys(0, pair, single);
         for (int group = 1; group != 4; ++group) {
-            best = SmallerInts(best, Keys(group, pair, single));
+            best = Min(best, Keys(group, pair, single));
         }
-        best = SmallerInts(best, __builtin_shufflevector(best, best, 2, 3, 0, 1));
-        best = SmallerInts(best, __builtin_shufflevector(best, best, 1, 0, 3, 2));
+        best = Min(best, __builtin_shufflevector(best, best, 2, 3, 0, 1));
+        best = Min(best, __builtin_shufflevector(best, best, 1, 0, 3, 2));
         return static_cast<unsigned>(best[0]) % 16;
     }
 
@@ -117,10 +117,10 @@ private:
     narrow::Ints Keys(int group, narrow::Words pair, narrow::Words single) const {
         const narrow::Words two = pair - blueAndGreen[group];
         const narrow::Words one = single - red[group];
-        const narrow::Ints distances = narrow::PairSums(two, two) + narrow::PairSums(one, one);
+        const narrow::Ints distances = narrow::MultiplyAddPairs(two, two) + narrow::MultiplyAddPairs(one, one);
         return distances << 4 | (narrow::Ints{0, 1, 2, 3} + 4 * group);
     }
-    static narrow::Ints SmallerInts(narrow::Ints a, narrow::Ints b) {
+    static narrow::Ints Min(narrow::Ints a, narrow::Ints b) {
         const narrow::Ints isGreater = a > b;
         return (isGreater & b) | (~isGreater & a);
     }
@@ -177,8 +177,8 @@ void DitherBlackAndWhite(const IndexChoice& choice, const ColourTwice* /*palette
     constexpr Twice kWhite = {255, 255, 255, 0, 255, 255, 255, 0};
     constexpr Twice kOnes = {1, 1, 1, 0, 1, 1, 1, 0};
     constexpr Twice kBehindAndStraight = {3, 3, 3, 3, 5, 5, 5, 5};
-    const narrow::Words sevenSixteenths = narrow::SpreadWord(7 * 65536 / 16);
-    const narrow::Ints justBlack = narrow::SpreadInt(static_cast<int>(choice.least) - 1);
+    const narrow::Words sevenSixteenths = narrow::BroadcastWord(7 * 65536 / 16);
+    const narrow::Ints justBlack = narrow::BroadcastInt(static_cast<int>(choice.least) - 1);
     const short* const current = rows.errors[0];
     short* const below = rows.errors[1];
     Twice fromBlack = {}; // handed on by the pixel before if it is black
@@ -190,9 +190,9 @@ void DitherBlackAndWhite(const IndexChoice& choice, const ColourTwice* /*palette
     for (int i = 0; i < width; ++i, x += step) {
         const Twice base = LoadColour(rows.packed + std::ptrdiff_t{4} * x) + LoadError(current + std::ptrdiff_t{4} * x);
         const Twice value = Select(isWhite, Clamp(base - fromWhite), Clamp(base + fromBlack));
-        fromBlack = AsTwice(narrow::HighProduct(AsWords(value), sevenSixteenths));
-        fromWhite = AsTwice(narrow::HighProduct(AsWords(kWhite - value), sevenSixteenths));
-        const narrow::Ints parts = narrow::PairSums(AsWords(value), AsWords(kOnes));
+        fromBlack = AsTwice(narrow::MultiplyHigh(AsWords(value), sevenSixteenths));
+        fromWhite = AsTwice(narrow::MultiplyHigh(AsWords(kWhite - value), sevenSixteenths));
+        const narrow::Ints parts = narrow::MultiplyAddPairs(AsWords(value), AsWords(kOnes));
         const narrow::Ints sum = parts + __builtin_shufflevector(parts, parts, 1, 0, 3, 2);
         isWhite = reinterpret_cast<Twice>(sum > justBlack);
         rows.indices[x] = static_cast<BYTE>(isWhite[0] & 1);

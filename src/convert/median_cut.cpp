@@ -9,17 +9,17 @@ namespace {
 
 constexpr int kMaxBoxes = 256;
 
-CellBox OnePlane(const CellBox& box, int axis, int plane) {
+CellBox SliceAt(const CellBox& box, int axis, int level) {
     CellBox slice = box;
-    slice.low[axis] = slice.high[axis] = static_cast<BYTE>(plane);
+    slice.low[axis] = slice.high[axis] = static_cast<BYTE>(level);
     return slice;
 }
 
-bool IsPlaneEmpty(const Histogram& histogram, const CellBox& box, int axis, int plane) {
-    return CountOf(histogram, OnePlane(box, axis, plane)) == 0;
+bool IsSliceEmpty(const Histogram& histogram, const CellBox& box, int axis, int level) {
+    return CountOf(histogram, SliceAt(box, axis, level)) == 0;
 }
 
-// Takes planes without a pixel off both ends of every axis. A box without any pixel stays as it is.
+// Cuts slices without a pixel off both ends of every axis. A box without any pixel stays as it is, its ends in order.
 void Shrink(const Histogram& histogram, CellBox& box) {
     for (int axis = 0; axis != 3; ++axis) {
         if (box.low[axis] > box.high[axis]) {
@@ -30,10 +30,10 @@ void Shrink(const Histogram& histogram, CellBox& box) {
         return;
     }
     for (int axis = 0; axis != 3; ++axis) {
-        while (IsPlaneEmpty(histogram, box, axis, box.low[axis])) {
+        while (IsSliceEmpty(histogram, box, axis, box.low[axis])) {
             ++box.low[axis];
         }
-        while (IsPlaneEmpty(histogram, box, axis, box.high[axis])) {
+        while (IsSliceEmpty(histogram, box, axis, box.high[axis])) {
             --box.high[axis];
         }
     }
@@ -48,20 +48,20 @@ int LongestAxis(const CellBox& box) {
     return extents[0] < extents[2] ? 2 : 0;
 }
 
-// The first plane that has, together with those before it, half of the box's pixels.
-int MedianPlane(const Histogram& histogram, const CellBox& box, int axis) {
+// The first level of the axis that holds, together with the box's levels before it, half of the box's pixels.
+int MedianLevel(const Histogram& histogram, const CellBox& box, int axis) {
     const std::uint32_t half = CountOf(histogram, box) / 2;
     CellBox part = box;
-    for (int plane = box.low[axis]; plane < box.high[axis]; ++plane) {
-        part.high[axis] = static_cast<BYTE>(plane);
+    for (int level = box.low[axis]; level < box.high[axis]; ++level) {
+        part.high[axis] = static_cast<BYTE>(level);
         if (CountOf(histogram, part) >= half) {
-            return plane;
+            return level;
         }
     }
     return box.high[axis];
 }
 
-// Moves the border by one plane where one child has a single plane and the other has planes to spare.
+// Moves the border between two parts by one level where one of them has a single level and the other more than two.
 void Balance(CellBox& low, CellBox& high, int axis) {
     const bool spareLow = low.low[axis] < low.high[axis] - 1;
     const bool spareHigh = high.low[axis] < high.high[axis] - 1;
@@ -74,11 +74,11 @@ void Balance(CellBox& low, CellBox& high, int axis) {
     }
 }
 
-// Splits at the median of the longest axis. When the median is the last plane, both children keep it.
+// Splits at the median of the longest axis. When the median is the last level, both parts keep it.
 std::pair<CellBox, CellBox> Split(const Histogram& histogram, CellBox box) {
     Shrink(histogram, box);
     const int axis = LongestAxis(box);
-    const int median = MedianPlane(histogram, box, axis);
+    const int median = MedianLevel(histogram, box, axis);
     CellBox low = box;
     CellBox high = box;
     low.high[axis] = static_cast<BYTE>(median);
@@ -87,10 +87,11 @@ std::pair<CellBox, CellBox> Split(const Histogram& histogram, CellBox box) {
     return {low, high};
 }
 
-// Splits one box into `boxCount`, level by level. False when cancelled.
+// Splits the box of all cells into `boxCount` ones, a power of two, by halving all boxes over and over. False when
+// cancelled.
 bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, const Caller& caller) {
     const Progress progress{caller, 30, 60};
-    constexpr BYTE kLast = kCellPlanes - 1;
+    constexpr BYTE kLast = kCellLevels - 1;
     boxes[0] = {{0, 0, 0}, {kLast, kLast, kLast}};
     int split = 0;
     for (int count = 1; count < boxCount; count *= 2) {
@@ -108,8 +109,9 @@ bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, const Ca
     return true;
 }
 
-// The 8-bit value of a box on one axis. Dividing by h and multiplying with it again may give a little less than the
-// median, and then cutting off makes the value one level lower: the tables of this effect are made so.
+// The 8-bit channel for a box whose median and highest level on an axis are given. Dividing by h and multiplying by it
+// again looks idle, but may give a little less than the median, and then truncation makes the channel one lower: the
+// tables of this effect are made so.
 BYTE ValueOf(int median, int high) {
     if (high == 0) {
         return 0;
@@ -140,7 +142,7 @@ bool CutMedian(const Histogram& histogram, int boxCount, RGBQUAD* palette, BYTE*
         MarkCells(box, i, inverseMap);
         BYTE values[3];
         for (int axis = 0; axis != 3; ++axis) {
-            values[axis] = ValueOf(MedianPlane(histogram, box, axis), box.high[axis]);
+            values[axis] = ValueOf(MedianLevel(histogram, box, axis), box.high[axis]);
         }
         palette[i] = {values[0], values[1], values[2], 0};
         if (!progress.Report(i, boxCount - 1)) {

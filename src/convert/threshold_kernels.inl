@@ -37,9 +37,9 @@ inline Ints LoadBackwards(const BYTE* pixels) {
 // A bit of each of kLanes pixels, that of the first one highest.
 inline unsigned AreWhite(const BYTE* pixels, Ints below) {
     const Ints colours = LoadBackwards(pixels);
-    const Ints byte = SpreadInt(0xFF);
+    const Ints byte = BroadcastInt(0xFF);
     const Ints sums = (colours & byte) + (colours >> 8 & byte) + (colours >> 16 & byte);
-    return HighestBits(reinterpret_cast<Ints>(sums > below));
+    return MoveMask(reinterpret_cast<Ints>(sums > below));
 }
 
 inline unsigned IsWhite(const BYTE* pixel, int least) {
@@ -48,7 +48,7 @@ inline unsigned IsWhite(const BYTE* pixel, int least) {
 
 void Threshold24(const BYTE* pixels, int least, int count, BYTE* bits) {
     constexpr int kReadBeyond = 2; // pixels
-    const Ints below = SpreadInt(least - 1);
+    const Ints below = BroadcastInt(least - 1);
     int i = 0;
     for (; i + 8 + kReadBeyond <= count; i += 8) {
         unsigned byte = 0;

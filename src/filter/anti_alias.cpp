@@ -25,7 +25,7 @@ void MeansAround(const void* /*context*/, const FilterRow& at, Plane plane, int 
 HGLOBAL AntiAlias(const ImageSet& target, const AreaArguments& area, const Caller& caller) {
     Filter filter;
     filter.reach = 1;
-    filter.samples = MeansAround;
+    filter.filterSamples = MeansAround;
     return ApplyFilter(target, area, filter, caller);
 }
 

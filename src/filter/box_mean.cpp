@@ -100,7 +100,7 @@ HGLOBAL Shade(const ImageSet& target, const AreaArguments& area, BYTE radius, co
     Filter filter;
     filter.reach = box.radius + 1; // the row that leaves the box is still there
     filter.context = &box;
-    filter.samples = MeanSamples;
+    filter.filterSamples = MeanSamples;
     filter.scratchBytes = sizeof(WORD) + sizeof(DWORD);
     return ApplyFilter(target, area, filter, caller);
 }

@@ -17,11 +17,11 @@ inline void ChangeSums(int count, WORD* sums, Change change) {
 
 void Slide(const BYTE* added, const BYTE* removed, int count, WORD* sums) {
     if (added != nullptr && removed != nullptr) {
-        ChangeSums(count, sums, [=](int i) { return LoadWords(added + i) - LoadWords(removed + i); });
+        ChangeSums(count, sums, [=](int i) { return LoadBytesAsWords(added + i) - LoadBytesAsWords(removed + i); });
     } else if (added != nullptr) {
-        ChangeSums(count, sums, [=](int i) { return LoadWords(added + i); });
+        ChangeSums(count, sums, [=](int i) { return LoadBytesAsWords(added + i); });
     } else if (removed != nullptr) {
-        ChangeSums(count, sums, [=](int i) { return SpreadWord(0) - LoadWords(removed + i); });
+        ChangeSums(count, sums, [=](int i) { return BroadcastWord(0) - LoadBytesAsWords(removed + i); });
     }
 }
 
@@ -42,15 +42,15 @@ inline Words BoxSums(const WORD* sums, int radius, int step) {
 // A half more than the sum, times the reciprocal, is at least half a box pixel's part away from any whole number, which
 // is ten times what the rounding of quotients below 256 can move it.
 inline Ints Mean(Ints sums, Floats reciprocal) {
-    return Truncate((ToFloats(sums) + Spread(0.5F)) * reciprocal);
+    return Truncate((ToFloats(sums) + Broadcast(0.5F)) * reciprocal);
 }
 
 // Division by a product and a shift; see FixedReciprocal.
 template <class Boxes>
 inline void DivideFixed(const FixedReciprocal& reciprocal, Boxes boxes, int count, BYTE* result) {
-    const Words factor = SpreadWord(reciprocal.factor);
+    const Words factor = BroadcastWord(reciprocal.factor);
     for (int i = 0; i < count; i += kWordLanes) {
-        StoreWords(result + i, HighProduct(boxes(i), factor) >> static_cast<WORD>(reciprocal.shift));
+        StoreWordsAsBytes(result + i, MultiplyHigh(boxes(i), factor) >> static_cast<WORD>(reciprocal.shift));
     }
 }
 
@@ -66,20 +66,20 @@ void NarrowMeans(const WORD* sums, int radius, int step, int boxPixels, int coun
         }
         return;
     }
-    const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
+    const Floats reciprocal = Broadcast(1.0F / static_cast<float>(boxPixels));
     for (int i = 0; i < count; i += kWordLanes) {
         const Words box = BoxSums(sums + i, radius, step);
-        StoreWords(result + i, PackInts(Mean(LowInts(box), reciprocal), Mean(HighInts(box), reciprocal)));
+        StoreWordsAsBytes(result + i, PackInts(Mean(UnpackLow(box), reciprocal), Mean(UnpackHigh(box), reciprocal)));
     }
 }
 
 // Three channels side by side are summed in one register, whose fourth lane the next store overwrites.
 void RunningSums(const WORD* __restrict values, int step, int count, DWORD* __restrict sums) {
     if (step == 3) {
-        auto sum = narrow::SpreadInt(0);
+        auto sum = narrow::BroadcastInt(0);
         __builtin_memcpy(sums, &sum, sizeof sum);
         for (int i = 0; i < count; i += 3) {
-            sum += narrow::LowInts(narrow::LoadFourWords(values + i));
+            sum += narrow::UnpackLow(narrow::LoadFourWords(values + i));
             __builtin_memcpy(sums + 3 + i, &sum, sizeof sum);
         }
         return;
@@ -95,13 +95,13 @@ void RunningSums(const WORD* __restrict values, int step, int count, DWORD* __re
 using UnsignedInts = unsigned __attribute__((vector_size(sizeof(Ints))));
 
 void WideMeans(const DWORD* sums, int distance, int boxPixels, int count, BYTE* result) {
-    const Floats reciprocal = Spread(1.0F / static_cast<float>(boxPixels));
+    const Floats reciprocal = Broadcast(1.0F / static_cast<float>(boxPixels));
     for (int i = 0; i < count; i += kLanes) {
         UnsignedInts begin; // sums of long rows pass 2^31
         UnsignedInts end;
         __builtin_memcpy(&begin, sums + i, sizeof begin);
         __builtin_memcpy(&end, sums + i + distance, sizeof end);
-        StoreBytes(result + i, (ToFloats(reinterpret_cast<Ints>(end - begin)) + Spread(0.5F)) * reciprocal);
+        StoreFloatsAsBytes(result + i, (ToFloats(reinterpret_cast<Ints>(end - begin)) + Broadcast(0.5F)) * reciprocal);
     }
 }
 

@@ -64,7 +64,7 @@ HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LO
     }
     filter.reach = kCustomSide / 2;
     filter.context = &convolution;
-    filter.samples = Convolve;
+    filter.filterSamples = Convolve;
     filter.channels[kBlue] = blue;
     filter.channels[kGreen] = green;
     filter.channels[kRed] = red;
@@ -81,7 +81,7 @@ HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction
     }
     filter.reach = 1;
     filter.context = &convolution;
-    filter.samples = Convolve;
+    filter.filterSamples = Convolve;
     return ApplyFilter(target, area, filter, caller);
 }
 

@@ -7,17 +7,17 @@ struct VectorScale {
 };
 
 inline VectorScale MakeScale(const SumScale& scale) {
-    return {Spread(1.0F / static_cast<float>(scale.divisor)), Spread(static_cast<float>(512 * scale.divisor)),
-            SpreadWord(scale.offset)};
+    return {Broadcast(1.0F / static_cast<float>(scale.divisor)), Broadcast(static_cast<float>(512 * scale.divisor)),
+            BroadcastWord(scale.offset)};
 }
 
 // The sum divided, truncated toward zero. A half more than the sum, times the reciprocal, is at least half a divisor's
 // part away from any whole number, and quotients up to 512 are exact to a hundredth of that.
 inline Ints Divide(Floats sum, const VectorScale& scale) {
-    const Floats zero = Spread(0.0F);
-    const Floats limited = Larger(Smaller(sum, scale.limit), zero - scale.limit);
-    const Floats half = reinterpret_cast<Floats>(reinterpret_cast<Ints>(Spread(0.5F)) |
-                                                 (reinterpret_cast<Ints>(limited) & SpreadInt(-0x7FFFFFFF - 1)));
+    const Floats zero = Broadcast(0.0F);
+    const Floats limited = Max(Min(sum, scale.limit), zero - scale.limit);
+    const Floats half = reinterpret_cast<Floats>(reinterpret_cast<Ints>(Broadcast(0.5F)) |
+                                                 (reinterpret_cast<Ints>(limited) & BroadcastInt(-0x7FFFFFFF - 1)));
     return Truncate((limited + half) * scale.reciprocal);
 }
 
@@ -25,26 +25,26 @@ void ConvolveNarrow(const BYTE* const* sources, const LONG* weights, int taps, i
                     int count, BYTE* result) {
     constexpr int kVectors = 4;
     const VectorScale scale = MakeScale(sumScale);
-    const Floats base = Spread(static_cast<float>(lowest));
-    Words spread[kMaxTaps];
+    const Floats base = Broadcast(static_cast<float>(lowest));
+    Words broadcast[kMaxTaps];
     for (int t = 0; t < taps; ++t) {
-        spread[t] = SpreadWord(static_cast<int>(weights[t]));
+        broadcast[t] = BroadcastWord(static_cast<int>(weights[t]));
     }
     for (int i = 0; i < count; i += kVectors * kWordLanes) {
         Words sums[kVectors]; // less the lowest, without sign
         for (Words& sum : sums) {
-            sum = SpreadWord(-lowest);
+            sum = BroadcastWord(-lowest);
         }
         for (int t = 0; t < taps; ++t) {
             const BYTE* const source = sources[t] + i;
             for (int v = 0; v < kVectors; ++v) {
-                sums[v] += LoadWords(source + v * kWordLanes) * spread[t];
+                sums[v] += LoadBytesAsWords(source + v * kWordLanes) * broadcast[t];
             }
         }
         for (int v = 0; v < kVectors; ++v) {
-            const Ints low = Divide(ToFloats(LowInts(sums[v])) + base, scale);
-            const Ints high = Divide(ToFloats(HighInts(sums[v])) + base, scale);
-            StoreWords(result + i + v * kWordLanes, PackInts(low, high) + scale.offset);
+            const Ints low = Divide(ToFloats(UnpackLow(sums[v])) + base, scale);
+            const Ints high = Divide(ToFloats(UnpackHigh(sums[v])) + base, scale);
+            StoreWordsAsBytes(result + i + v * kWordLanes, PackInts(low, high) + scale.offset);
         }
     }
 }
@@ -58,18 +58,18 @@ void ConvolveWide(const BYTE* const* sources, const LONG* weights, int taps, con
         Unsigned sums[kVectors][2] = {};
         for (int t = 0; t < taps; ++t) {
             const BYTE* const source = sources[t] + i;
-            const auto weight = reinterpret_cast<Unsigned>(SpreadInt(static_cast<int>(weights[t])));
+            const auto weight = reinterpret_cast<Unsigned>(BroadcastInt(static_cast<int>(weights[t])));
             for (int v = 0; v < kVectors; ++v) {
-                const Words samples = LoadWords(source + v * kWordLanes);
-                sums[v][0] += reinterpret_cast<Unsigned>(LowInts(samples)) * weight;
-                sums[v][1] += reinterpret_cast<Unsigned>(HighInts(samples)) * weight;
+                const Words samples = LoadBytesAsWords(source + v * kWordLanes);
+                sums[v][0] += reinterpret_cast<Unsigned>(UnpackLow(samples)) * weight;
+                sums[v][1] += reinterpret_cast<Unsigned>(UnpackHigh(samples)) * weight;
             }
         }
         for (int v = 0; v < kVectors; ++v) {
             // Sums beyond 24 bits are rounded as floats, far beyond the limit.
             const Ints low = Divide(ToFloats(reinterpret_cast<Ints>(sums[v][0])), scale);
             const Ints high = Divide(ToFloats(reinterpret_cast<Ints>(sums[v][1])), scale);
-            StoreWords(result + i + v * kWordLanes, PackInts(low, high) + scale.offset);
+            StoreWordsAsBytes(result + i + v * kWordLanes, PackInts(low, high) + scale.offset);
         }
     }
 }

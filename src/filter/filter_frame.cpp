@@ -23,7 +23,7 @@ void FilterPlane(const FilterCall& call, const FilterRow& at, Plane plane) {
     const int count = call.area.rect.Width() * at.step;
     BYTE* const result = call.ring.results[plane];
     if (call.filter.channels[plane] || call.ring.kind == RowKind::kGrey) {
-        call.filter.samples(call.filter.context, at, plane, begin, count, result);
+        call.filter.filterSamples(call.filter.context, at, plane, begin, count, result);
     } else {
         std::memcpy(result, at.rows[plane][0] + begin, static_cast<std::size_t>(count));
     }
@@ -34,8 +34,9 @@ void FilterWholeRow(FilterCall& call, int row) {
     const FilterRow& at = MoveTo(call.ring, row);
     const WorkRect& rect = call.area.rect;
     BYTE* const* const results = call.ring.results;
-    if (call.filter.samples == nullptr) {
-        call.filter.pixels(call.filter.context, at, rect.left, rect.right + 1, {results[0], results[1], results[2]});
+    if (call.filter.filterSamples == nullptr) {
+        call.filter.filterPixels(call.filter.context, at, rect.left, rect.right + 1,
+                                 {results[0], results[1], results[2]});
         return;
     }
     const int planes = call.ring.kind == RowKind::kPlanar ? 3 : 1;

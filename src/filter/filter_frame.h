@@ -36,27 +36,29 @@ struct FilterRow {
 
 struct Filter {
     // Filters the samples `begin` to `begin` + `count` - 1 of one plane: any channel, all treated alike.
-    using Samples = void (*)(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
+    using FilterSamples = void (*)(const void* context, const FilterRow& at, Plane plane, int begin, int count,
+                                   BYTE* result);
     // Filters the pixels `begin` to `end` - 1, all channels of each at once. In grey pictures all planes of the result
     // are the same.
-    using Pixels = void (*)(const void* context, const FilterRow& at, int begin, int end, const PlanarRow& result);
+    using FilterPixels = void (*)(const void* context, const FilterRow& at, int begin, int end,
+                                  const PlanarRow& result);
 
     enum class Result {
         kColours, // channels, or grey levels
-        kGrey,    // `pixels` writes grey levels to the blue plane, which become all channels
-        // `pixels` writes to the blue plane where the pixel is copied from, untouched: 3 (dy + 1) + dx + 1. In 8-bit
-        // pictures it writes the new indices themselves.
+        kGrey,    // `filterPixels` writes grey levels to the blue plane, which become all channels
+        // `filterPixels` writes to the blue plane where the pixel is copied from, untouched: 3 (dy + 1) + dx + 1. In
+        // 8-bit pictures it writes the new indices themselves.
         kNeighbour,
     };
 
     bool valid = true; // whether the filter's own parameters are good; else status 5
     int reach = 0;     // rows and columns on each side
     const void* context = nullptr;
-    Samples samples = nullptr; // one of these two is null
-    Pixels pixels = nullptr;
+    FilterSamples filterSamples = nullptr; // one of these two is null
+    FilterPixels filterPixels = nullptr;
     Result result = Result::kColours;
     bool wantsLuminance = false;
-    bool channels[3] = {true, true, true}; // blue, green, red to be filtered; `samples` only
+    bool channels[3] = {true, true, true}; // blue, green, red to be filtered; `filterSamples` only
     int scratchBytes = 0;                  // for each sample
 };
 

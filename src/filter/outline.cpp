@@ -45,7 +45,7 @@ HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel,
                          static_cast<float>(std::min<int>(gain, kMaxGain))};
     filter.reach = 1;
     filter.context = &edges;
-    filter.pixels = OutlinePixels;
+    filter.filterPixels = OutlinePixels;
     filter.result = Filter::Result::kGrey;
     filter.wantsLuminance = edges.plane == kLuminance;
     return ApplyFilter(target, area, filter, caller);

@@ -17,33 +17,34 @@ inline Words Strength(Slopes slopes, Floats gain) {
 
 template <class SlopesAt>
 inline void Strengths(float gain, int count, BYTE* result, SlopesAt slopesAt) {
-    const Floats factor = Spread(gain);
+    const Floats factor = Broadcast(gain);
     for (int i = 0; i < count; i += kWordLanes) {
-        StoreWords(result + i, Strength(slopesAt(i), factor));
+        StoreWordsAsBytes(result + i, Strength(slopesAt(i), factor));
     }
 }
 
 void Difference(const BYTE* below, const BYTE* own, const BYTE* /*above*/, float gain, int count, BYTE* result) {
     Strengths(gain, count, result, [=](int i) {
-        const Words centre = LoadWords(own + i);
-        return Slopes{centre - LoadWords(own + i + 1), centre - LoadWords(below + i)};
+        const Words centre = LoadBytesAsWords(own + i);
+        return Slopes{centre - LoadBytesAsWords(own + i + 1), centre - LoadBytesAsWords(below + i)};
     });
 }
 
 void Roberts(const BYTE* below, const BYTE* own, const BYTE* /*above*/, float gain, int count, BYTE* result) {
     Strengths(gain, count, result, [=](int i) {
-        return Slopes{LoadWords(own + i) - LoadWords(below + i + 1), LoadWords(own + i + 1) - LoadWords(below + i)};
+        return Slopes{LoadBytesAsWords(own + i) - LoadBytesAsWords(below + i + 1),
+                      LoadBytesAsWords(own + i + 1) - LoadBytesAsWords(below + i)};
     });
 }
 
 void Sobel(const BYTE* below, const BYTE* own, const BYTE* above, float gain, int count, BYTE* result) {
     Strengths(gain, count, result, [=](int i) {
-        const Words belowLeft = LoadWords(below + i - 1);
-        const Words belowRight = LoadWords(below + i + 1);
-        const Words aboveLeft = LoadWords(above + i - 1);
-        const Words aboveRight = LoadWords(above + i + 1);
-        const Words across = LoadWords(own + i + 1) - LoadWords(own + i - 1);
-        const Words along = LoadWords(below + i) - LoadWords(above + i);
+        const Words belowLeft = LoadBytesAsWords(below + i - 1);
+        const Words belowRight = LoadBytesAsWords(below + i + 1);
+        const Words aboveLeft = LoadBytesAsWords(above + i - 1);
+        const Words aboveRight = LoadBytesAsWords(above + i + 1);
+        const Words across = LoadBytesAsWords(own + i + 1) - LoadBytesAsWords(own + i - 1);
+        const Words along = LoadBytesAsWords(below + i) - LoadBytesAsWords(above + i);
         return Slopes{aboveRight - aboveLeft + across + across + belowRight - belowLeft,
                       belowLeft - aboveLeft + along + along + belowRight - aboveRight};
     });

@@ -131,9 +131,9 @@ HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode
     filter.reach = 1;
     if (mode == kByChannel) {
         filter.context = &threshold;
-        filter.samples = MedianSamples;
+        filter.filterSamples = MedianSamples;
     } else {
-        filter.pixels = MedianPixels;
+        filter.filterPixels = MedianPixels;
         filter.wantsLuminance = true;
         filter.result = Filter::Result::kNeighbour;
     }

@@ -15,7 +15,7 @@ RowKind KindOf(const PixelFormat& format, const Filter& filter) {
         return RowKind::kGrey;
     }
     const bool allAlike =
-        filter.samples != nullptr && filter.channels[kBlue] && filter.channels[kGreen] && filter.channels[kRed];
+        filter.filterSamples != nullptr && filter.channels[kBlue] && filter.channels[kGreen] && filter.channels[kRed];
     return format.layout->IsNothingButBgr() && allAlike ? RowKind::kPacked : RowKind::kPlanar;
 }
 
@@ -94,7 +94,7 @@ void LayOut(const Filter& filter, int resultWidth, RowRing& ring, BlockParts& pa
     }
     for (int plane = 0; plane < 3; ++plane) { // a filter of whole pixels writes all three, of grey pictures too
         ring.results[plane] = ring.results[kBlue];
-        if (plane < channels || filter.pixels != nullptr) {
+        if (plane < channels || filter.filterPixels != nullptr) {
             parts.Take(ring.results[plane], results);
         }
     }

@@ -71,7 +71,7 @@ HGLOBAL Sharpen(const ImageSet& target, const AreaArguments& area, BYTE strength
     Filter filter;
     filter.reach = 1;
     filter.context = &factor;
-    filter.pixels = SharpenPixels;
+    filter.filterPixels = SharpenPixels;
     filter.wantsLuminance = true;
     filter.scratchBytes = sizeof(short);
     return ApplyFilter(target, area, filter, caller);

@@ -9,9 +9,9 @@ inline void DifferencesOf(const BYTE* const* rows, const BYTE* centre, int count
         own[r] = rows[r];
     }
     for (int i = 0; i < count; i += kWordLanes) {
-        Words difference = LoadWords(centre + i) * SpreadWord(static_cast<int>(kRows) * 3);
+        Words difference = LoadBytesAsWords(centre + i) * BroadcastWord(static_cast<int>(kRows) * 3);
         for (const BYTE* const row : own) {
-            difference -= LoadWords(row + i - 1) + LoadWords(row + i) + LoadWords(row + i + 1);
+            difference -= LoadBytesAsWords(row + i - 1) + LoadBytesAsWords(row + i) + LoadBytesAsWords(row + i + 1);
         }
         __builtin_memcpy(result + i, &difference, sizeof difference);
     }
@@ -32,12 +32,12 @@ inline Floats Sharpened(Floats strength, const BYTE* centre, const short* differ
     for (int lane = 0; lane < kLanes; ++lane) {
         difference[lane] = differences[lane];
     }
-    return LoadBytes(centre) + strength * ToFloats(difference);
+    return LoadBytesAsFloats(centre) + strength * ToFloats(difference);
 }
 
 void SharpenGrey(float strength, const BYTE* centre, const short* differences, int count, BYTE* result) {
     for (int i = 0; i < count; i += kLanes) {
-        StoreBytes(result + i, Sharpened(Spread(strength), centre + i, differences + i));
+        StoreFloatsAsBytes(result + i, Sharpened(Broadcast(strength), centre + i, differences + i));
     }
 }
 
@@ -46,15 +46,15 @@ void SharpenColours(float strength, const BYTE* luminance, const short* differen
     const PlanarRow from = source;
     const PlanarRow to = result;
     for (int i = 0; i < count; i += kLanes) {
-        const Floats red = LoadBytes(from.red + i);
-        const Floats green = LoadBytes(from.green + i);
-        const Floats blue = LoadBytes(from.blue + i);
-        const Floats cb = red * Spread(-0.16874F) + green * Spread(-0.33126F) + blue * Spread(0.5F);
-        const Floats cr = red * Spread(0.5F) + green * Spread(-0.41869F) + blue * Spread(-0.08131F);
-        const Colours colours = Back(Sharpened(Spread(strength), luminance + i, differences + i), cr, cb);
-        StoreBytes(to.blue + i, colours.blue);
-        StoreBytes(to.green + i, colours.green);
-        StoreBytes(to.red + i, colours.red);
+        const Floats red = LoadBytesAsFloats(from.red + i);
+        const Floats green = LoadBytesAsFloats(from.green + i);
+        const Floats blue = LoadBytesAsFloats(from.blue + i);
+        const Floats cb = red * Broadcast(-0.16874F) + green * Broadcast(-0.33126F) + blue * Broadcast(0.5F);
+        const Floats cr = red * Broadcast(0.5F) + green * Broadcast(-0.41869F) + blue * Broadcast(-0.08131F);
+        const Colours colours = Back(Sharpened(Broadcast(strength), luminance + i, differences + i), cr, cb);
+        StoreFloatsAsBytes(to.blue + i, colours.blue);
+        StoreFloatsAsBytes(to.green + i, colours.green);
+        StoreFloatsAsBytes(to.red + i, colours.red);
     }
 }
 

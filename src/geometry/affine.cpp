@@ -59,17 +59,17 @@ bool Distort(const DibView& source, const Corners& corners, const Patch& patch, 
     const auto bottom = static_cast<int>(std::max(corners.lowerLeft.y, corners.lowerRight.y));
     const PixelUnit& unit = *source.layout->unit;
     const AffineKernels& kernels = TheAffineKernels();
-    SpreadPlaces places;
-    BYTE pixels[kSpreadPixels * sizeof(DWORD)] = {};
+    ScatterPlaces places;
+    BYTE pixels[kScatterPixels * sizeof(DWORD)] = {};
     for (int y = top; y < bottom; ++y) {
-        ForEachPart(right - left, kSpreadPixels, [&](int start, int count) {
+        ForEachPart(right - left, kScatterPixels, [&](int start, int count) {
             const int x = left + start;
             kernels.findPlaces(patch, x, y, count, places);
             if (y > 0) { // there is no row above row 0: its pixels count as zeros
                 unit.copyLine(source, x, source.height - y, 1, 0, count, pixels);
                 ReduceToChannels(*source.layout, pixels, count);
             }
-            unit.spread(pixels, places.columns, places.rows, count, result);
+            unit.scatter(pixels, places.columns, places.rows, count, result);
         });
         // Counted from the top of the picture, not of the box: callers know the percentages so.
         if (!progress.Report(y, bottom - top)) {

@@ -13,23 +13,23 @@ inline Doubles Sequence(double start, double step) {
 // A pixel with no place gets NaN or worse on the way, which no comparison lets through to a conversion.
 // In a parallelogram n is 0 and both divisors are 2, exactly, so that s and t are what is looked for.
 template <bool kIsParallelogram>
-void Find(const Patch& givenPatch, int x, int y, int count, SpreadPlaces& places) {
+void Find(const Patch& givenPatch, int x, int y, int count, ScatterPlaces& places) {
     const Patch patch = givenPatch;
     const double fromX = x - patch.originX;
     const double fromY = y - patch.originY;
     Doubles sNumerators = Sequence(patch.upY * fromX - patch.upX * fromY, patch.upY);
     Doubles tNumerators = Sequence(patch.rightX * fromY - patch.rightY * fromX, -patch.rightY);
-    const Doubles sStep = SpreadDouble(patch.upY * kDoubleLanes);
-    const Doubles tStep = SpreadDouble(-patch.rightY * kDoubleLanes);
-    const Doubles determinant = SpreadDouble(patch.determinant);
-    const Doubles aRest = SpreadDouble(patch.a - 1);
-    const Doubles bRest = SpreadDouble(patch.b - 1);
-    const Doubles width = SpreadDouble(patch.width);
-    const Doubles height = SpreadDouble(patch.height);
-    const Doubles zero = SpreadDouble(0);
-    const Doubles one = SpreadDouble(1);
-    const Doubles two = SpreadDouble(2);
-    const Doubles smallest = SpreadDouble(0.0001);
+    const Doubles sStep = BroadcastDouble(patch.upY * kDoubleLanes);
+    const Doubles tStep = BroadcastDouble(-patch.rightY * kDoubleLanes);
+    const Doubles determinant = BroadcastDouble(patch.determinant);
+    const Doubles aRest = BroadcastDouble(patch.a - 1);
+    const Doubles bRest = BroadcastDouble(patch.b - 1);
+    const Doubles width = BroadcastDouble(patch.width);
+    const Doubles height = BroadcastDouble(patch.height);
+    const Doubles zero = BroadcastDouble(0);
+    const Doubles one = BroadcastDouble(1);
+    const Doubles two = BroadcastDouble(2);
+    const Doubles smallest = BroadcastDouble(0.0001);
     const FewInts lastRow = FewInts{} + (static_cast<int>(patch.height) - 1);
     for (int i = 0; i < count; i += kDoubleLanes, sNumerators += sStep, tNumerators += tStep) {
         const Doubles s = sNumerators / determinant;
@@ -40,7 +40,7 @@ void Find(const Patch& givenPatch, int x, int y, int count, SpreadPlaces& places
         if constexpr (!kIsParallelogram) {
             const Doubles m = bRest * s;
             const Doubles n = aRest * t - m;
-            const Doubles discriminant = (n + one) * (n + one) + SpreadDouble(4) * m;
+            const Doubles discriminant = (n + one) * (n + one) + BroadcastDouble(4) * m;
             const Doubles root = SquareRoot(discriminant);
             const Doubles upDivisor = one - n + root;
             const Doubles rightDivisor = root + n + one;
@@ -55,7 +55,7 @@ void Find(const Patch& givenPatch, int x, int y, int count, SpreadPlaces& places
     }
 }
 
-void FindPlaces(const Patch& patch, int x, int y, int count, SpreadPlaces& places) {
+void FindPlaces(const Patch& patch, int x, int y, int count, ScatterPlaces& places) {
     (patch.a == 1 && patch.b == 1 ? Find<true> : Find<false>)(patch, x, y, count, places);
 }
 

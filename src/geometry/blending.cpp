@@ -28,7 +28,7 @@ bool AllInside(const int* places, int count, int size) {
 void CopyChannels(const Blending& blending, const TurnedPicture& picture, const int* columns, const int* rows,
                   int count, Channels& channels) {
     BYTE pixels[kPlaces * 4];
-    picture.unit.copyPlaces(picture.source, columns, rows, count, pixels);
+    picture.unit.gather(picture.source, columns, rows, count, pixels);
     blending.format.Decode(pixels, channels.Row(), count);
 }
 

@@ -64,12 +64,12 @@ void WriteTurned(const PictureMapping& work, const SourceLines& lines, int row, 
         if (work.blending != nullptr) {
             BlendLine(work, lines, x, places, pixels, result);
         } else {
-            work.image.unit.copyPlaces(work.image.source, places.columns, places.rows, pixels, result);
+            work.image.unit.gather(work.image.source, places.columns, places.rows, pixels, result);
         }
     });
     if (work.mask != nullptr) {
         WritePart(*work.mask, row, start, count, begin, end, [&](int pixels, BYTE* result) {
-            work.mask->unit.copyPlaces(work.mask->source, places.columns, places.rows, pixels, result);
+            work.mask->unit.gather(work.mask->source, places.columns, places.rows, pixels, result);
         });
     }
 }

@@ -9,19 +9,19 @@
 namespace qv8 {
 namespace {
 
-// Of pixels spread out before they are packed; a multiple of 8.
-constexpr int kSpread = 1024;
+// At once, an index in each byte, before they are packed; a multiple of 8.
+constexpr int kUnpackedPixels = 1024;
 
 // Copies the mapped pixels of one row.
 void CopyRow(const DibView& source, const BYTE* sourceRow, const ColumnMap& map, const NewPicture& result, BYTE* row) {
     const PixelUnit& unit = *source.layout->unit;
     if (!source.layout->SharesBytes()) {
-        unit.copyColumns(sourceRow, map.Columns(), map.count, row);
+        unit.gatherColumns(sourceRow, map.Columns(), map.count, row);
         return;
     }
-    BYTE indices[kSpread];
-    ForEachPart(map.count, kSpread, [&](int first, int count) {
-        unit.copyColumns(sourceRow, map.Columns() + first, count, indices);
+    BYTE indices[kUnpackedPixels];
+    ForEachPart(map.count, kUnpackedPixels, [&](int first, int count) {
+        unit.gatherColumns(sourceRow, map.Columns() + first, count, indices);
         StorePixels(result.view, indices, count, row, first);
     });
 }

@@ -71,8 +71,8 @@ void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const 
         }
         const FixedMean& mean = means[columns[i]];
         const narrow::Words product =
-            narrow::HighProduct(total + narrow::SpreadWord(mean.half), narrow::SpreadWord(mean.factor));
-        narrow::StoreFourBytes(result + std::ptrdiff_t{i} * kStep, product >> mean.shift);
+            narrow::MultiplyHigh(total + narrow::BroadcastWord(mean.half), narrow::BroadcastWord(mean.factor));
+        narrow::StoreFourWordsAsBytes(result + std::ptrdiff_t{i} * kStep, product >> mean.shift);
     }
 }
 
@@ -81,7 +81,7 @@ void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const 
 inline Bytes MeanOfFour(Bytes a, Bytes b, Bytes c, Bytes d) {
     const Bytes first = Mean(a, b);
     const Bytes second = Mean(c, d);
-    return Mean(first, second) - (((a ^ b) | (c ^ d)) & (first ^ second) & SpreadByte(1));
+    return Mean(first, second) - (((a ^ b) | (c ^ d)) & (first ^ second) & BroadcastByte(1));
 }
 
 // Every byte with that of the next pixel, whether a pair begins there or not; then those where one does are picked.
@@ -94,8 +94,8 @@ void AverageFourTriples(const BYTE* lower, const BYTE* upper, int count, BYTE* r
         const BYTE* const below = lower + std::ptrdiff_t{6} * done;
         const BYTE* const above = upper + std::ptrdiff_t{6} * done;
         for (int i = 0; i < kBytes; i += kByteLanes) {
-            StoreSamples(means + i, MeanOfFour(LoadSamples(below + i), LoadSamples(below + i + 3),
-                                               LoadSamples(above + i), LoadSamples(above + i + 3)));
+            StoreBytes(means + i, MeanOfFour(LoadBytes(below + i), LoadBytes(below + i + 3), LoadBytes(above + i),
+                                             LoadBytes(above + i + 3)));
         }
         for (int i = 0; i < kPart; ++i) {
             __builtin_memcpy(result + std::ptrdiff_t{3} * (done + i), means + 6 * i, 4);

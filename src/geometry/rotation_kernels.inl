@@ -20,16 +20,16 @@ inline Ints Columns(int x) {
 }
 
 inline Ints PlacesOf(const Ints& centred, const Direction& direction) {
-    return (centred ^ SpreadInt(direction.exchange)) + SpreadInt(direction.base);
+    return (centred ^ BroadcastInt(direction.exchange)) + BroadcastInt(direction.base);
 }
 
 // The place on the side that the fraction leans to, and its weight.
 inline void Neighbour(const Floats& exact, const Ints& centred, const Ints& places, float sign, int* next,
                       float* weights) {
-    const Floats lean = (exact - ToFloats(centred)) * Spread(sign);
-    const Ints isAfter = reinterpret_cast<Ints>(lean > Spread(0));
+    const Floats lean = (exact - ToFloats(centred)) * Broadcast(sign);
+    const Ints isAfter = reinterpret_cast<Ints>(lean > Broadcast(0));
     Store(next, places - 1 - isAfter - isAfter);
-    Store(weights, lean > Spread(0) ? lean : -lean);
+    Store(weights, lean > Broadcast(0) ? lean : -lean);
 }
 
 template <bool kWithNeighbours>
@@ -39,8 +39,8 @@ void Find(const SourceLines& sourceLines, const Directions& sourceDirections, in
     Ints columns = Columns(x);
     for (int i = 0; i < count; i += kLanes, columns += kLanes) {
         const Floats along = ToFloats(columns);
-        const Floats exactColumn = along * Spread(lines.column.factor) + Spread(lines.column.offset);
-        const Floats exactRow = along * Spread(lines.row.factor) + Spread(lines.row.offset);
+        const Floats exactColumn = along * Broadcast(lines.column.factor) + Broadcast(lines.column.offset);
+        const Floats exactRow = along * Broadcast(lines.row.factor) + Broadcast(lines.row.offset);
         const Ints column = Truncate(exactColumn);
         const Ints row = Truncate(exactRow);
         const Ints sourceColumn = PlacesOf(column, directions.column);
@@ -60,11 +60,11 @@ void Blend(const Places& places, const BYTE* pixel, const BYTE* beside, const BY
     for (int i = 0; i < count; i += kLanes) {
         const Floats fx = LoadFloats(places.columnWeights + i);
         const Floats fy = LoadFloats(places.rowWeights + i);
-        const Floats restX = Spread(1) - fx;
-        const Floats restY = Spread(1) - fy;
-        const Floats acrossRow = fx * LoadBytes(diagonal + i) + restX * LoadBytes(above + i);
-        const Floats ownRow = restX * LoadBytes(pixel + i) + fx * LoadBytes(beside + i);
-        StoreBytes(result + i, fy * acrossRow + restY * ownRow);
+        const Floats restX = Broadcast(1) - fx;
+        const Floats restY = Broadcast(1) - fy;
+        const Floats acrossRow = fx * LoadBytesAsFloats(diagonal + i) + restX * LoadBytesAsFloats(above + i);
+        const Floats ownRow = restX * LoadBytesAsFloats(pixel + i) + fx * LoadBytesAsFloats(beside + i);
+        StoreFloatsAsBytes(result + i, fy * acrossRow + restY * ownRow);
     }
 }
 
@@ -83,14 +83,16 @@ void BlendPacked(const DibView& picture, const Places& places, int count, BYTE* 
         const BYTE* const own = pixels + row * stride + std::ptrdiff_t{column} * kBytes;
         const std::ptrdiff_t beside = std::ptrdiff_t{places.nextColumns[i] - column} * kBytes;
         const BYTE* const above = own + (places.nextRows[i] - row) * stride;
-        const narrow::Floats fx = narrow::Spread(places.columnWeights[i]);
-        const narrow::Floats fy = narrow::Spread(places.rowWeights[i]);
-        const narrow::Floats restX = narrow::Spread(1) - fx;
-        const narrow::Floats restY = narrow::Spread(1) - fy;
-        const narrow::Floats acrossRow = fx * narrow::LoadBytes(above + beside) + restX * narrow::LoadBytes(above);
-        const narrow::Floats ownRow = restX * narrow::LoadBytes(own) + fx * narrow::LoadBytes(own + beside);
+        const narrow::Floats fx = narrow::Broadcast(places.columnWeights[i]);
+        const narrow::Floats fy = narrow::Broadcast(places.rowWeights[i]);
+        const narrow::Floats restX = narrow::Broadcast(1) - fx;
+        const narrow::Floats restY = narrow::Broadcast(1) - fy;
+        const narrow::Floats acrossRow =
+            fx * narrow::LoadBytesAsFloats(above + beside) + restX * narrow::LoadBytesAsFloats(above);
+        const narrow::Floats ownRow =
+            restX * narrow::LoadBytesAsFloats(own) + fx * narrow::LoadBytesAsFloats(own + beside);
         BYTE blended[4];
-        narrow::StoreBytes(blended, fy * acrossRow + restY * ownRow);
+        narrow::StoreFloatsAsBytes(blended, fy * acrossRow + restY * ownRow);
         // The fourth byte makes way for the next pixel.
         __builtin_memcpy(result + std::ptrdiff_t{i} * kBytes, blended, i + 1 == count ? kBytes : sizeof blended);
     }

@@ -6,14 +6,15 @@
 void Raise(int strength, const PlanarRow& row, int count) {
     ForEachVector(
         row, count, [strength](const Colours& c) __attribute__((always_inline)) {
-            const Ints y = Truncate(c.red * Spread(0.299F) + c.green * Spread(0.587F) + c.blue * Spread(0.114F));
-            const Floats cb = c.red * Spread(-0.16874F) + c.green * Spread(-0.33126F) + c.blue * Spread(0.5F);
-            const Floats cr = c.red * Spread(0.5F) + c.green * Spread(-0.41869F) + c.blue * Spread(-0.08131F);
-            const Ints raised = y + SpreadInt(strength);
-            const Ints isByte = (raised & SpreadInt(~255)) == SpreadInt(0); // all bits or none
+            const Ints y =
+                Truncate(c.red * Broadcast(0.299F) + c.green * Broadcast(0.587F) + c.blue * Broadcast(0.114F));
+            const Floats cb = c.red * Broadcast(-0.16874F) + c.green * Broadcast(-0.33126F) + c.blue * Broadcast(0.5F);
+            const Floats cr = c.red * Broadcast(0.5F) + c.green * Broadcast(-0.41869F) + c.blue * Broadcast(-0.08131F);
+            const Ints raised = y + BroadcastInt(strength);
+            const Ints isByte = (raised & BroadcastInt(~255)) == BroadcastInt(0); // all bits or none
             const Floats luminance = ToFloats((raised & isByte) | (y & ~isByte));
             // Adding the offset and taking it away costs last digits that the result depends on.
-            const Floats offset = Spread(128.0F);
+            const Floats offset = Broadcast(128.0F);
             return Back(luminance, (cr + offset) - offset, (cb + offset) - offset);
         });
 }

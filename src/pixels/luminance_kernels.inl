@@ -7,8 +7,9 @@ constexpr float kBlue = 0.114F;
 void Luminance(const PlanarRow& channels, BYTE* result, int count) {
     const PlanarRow row = channels; // which storing bytes cannot change
     const auto step = [](const BYTE* blue, const BYTE* green, const BYTE* red, BYTE* luminance) {
-        StoreBytes(luminance,
-                   LoadBytes(red) * Spread(kRed) + LoadBytes(green) * Spread(kGreen) + LoadBytes(blue) * Spread(kBlue));
+        StoreFloatsAsBytes(luminance, LoadBytesAsFloats(red) * Broadcast(kRed) +
+                                          LoadBytesAsFloats(green) * Broadcast(kGreen) +
+                                          LoadBytesAsFloats(blue) * Broadcast(kBlue));
     };
     int i = 0;
     for (; i + kLanes <= count; i += kLanes) {
@@ -45,18 +46,18 @@ void Grey24(const BYTE* source, BYTE* result, int count) {
     constexpr BYTE kBlues[16] = {0, kNone, kNone, kNone, 3, kNone, kNone, kNone,
                                  6, kNone, kNone, kNone, 9, kNone, kNone, kNone};
     constexpr BYTE kThreeTimes[16] = {0, 0, 0, 4, 4, 4, 8, 8, 8, 12, 12, 12, kNone, kNone, kNone, kNone};
-    const Bytes blues = LoadPlaces(kBlues);
-    const Bytes toNext = reinterpret_cast<Bytes>(blues < SpreadByte(kNone)) & SpreadByte(1); // channel
+    const Bytes blues = LoadShuffle(kBlues);
+    const Bytes toNext = reinterpret_cast<Bytes>(blues < BroadcastByte(kNone)) & BroadcastByte(1); // channel
     const Bytes greens = blues + toNext;
     const Bytes reds = greens + toNext;
-    const Bytes threeTimes = LoadPlaces(kThreeTimes);
+    const Bytes threeTimes = LoadShuffle(kThreeTimes);
     int i = 0;
     for (; i + kLanes + 2 <= count; i += kLanes) { // four bytes more are read and written
         const Bytes pixels = LoadPixels24(source + 3 * i);
         const Floats red = ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, reds)));
         const Floats green = ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, greens)));
         const Floats blue = ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, blues)));
-        const Ints sum = Truncate(red * Spread(kRed) + green * Spread(kGreen) + blue * Spread(kBlue));
+        const Ints sum = Truncate(red * Broadcast(kRed) + green * Broadcast(kGreen) + blue * Broadcast(kBlue));
         StorePixels24(result + 3 * i, ShuffleBytes(reinterpret_cast<Bytes>(sum), threeTimes));
     }
     for (; i < count; ++i) {

@@ -41,7 +41,7 @@ void CopyLine(const DibView& picture, int column, int row, int columnStep, int r
 }
 
 template <class Unit>
-void CopyColumns(const BYTE* __restrict row, const int* __restrict columns, int count, BYTE* __restrict result) {
+void GatherColumns(const BYTE* __restrict row, const int* __restrict columns, int count, BYTE* __restrict result) {
     for (int i = 0; i < count; ++i) {
         std::memcpy(result + static_cast<std::size_t>(i) * sizeof(Unit),
                     row + static_cast<std::size_t>(columns[i]) * sizeof(Unit), sizeof(Unit));
@@ -49,8 +49,8 @@ void CopyColumns(const BYTE* __restrict row, const int* __restrict columns, int 
 }
 
 template <class Unit>
-void CopyPlaces(const DibView& picture, const int* __restrict columns, const int* __restrict rows, int count,
-                BYTE* __restrict result) {
+void Gather(const DibView& picture, const int* __restrict columns, const int* __restrict rows, int count,
+            BYTE* __restrict result) {
     const BYTE* const pixels = picture.pixels;
     const std::size_t stride = picture.stride;
     for (int i = 0; i < count; ++i) {
@@ -62,8 +62,8 @@ void CopyPlaces(const DibView& picture, const int* __restrict columns, const int
 
 // write(row, column, i) puts pixel i in a row of the result.
 template <class Write>
-void SpreadEach(const int* __restrict columns, const int* __restrict rows, int count, const NewPicture& result,
-                Write write) {
+void ScatterEach(const int* __restrict columns, const int* __restrict rows, int count, const NewPicture& result,
+                 Write write) {
     const int lastColumn = result.view.width - 1;
     const int lastRow = result.view.height - 1;
     const std::size_t stride = result.view.stride;
@@ -96,8 +96,8 @@ void SpreadEach(const int* __restrict columns, const int* __restrict rows, int c
 }
 
 template <class Unit>
-void Spread(const BYTE* __restrict pixels, const int* columns, const int* rows, int count, const NewPicture& result) {
-    SpreadEach(columns, rows, count, result, [pixels](BYTE* row, int column, int i) {
+void Scatter(const BYTE* __restrict pixels, const int* columns, const int* rows, int count, const NewPicture& result) {
+    ScatterEach(columns, rows, count, result, [pixels](BYTE* row, int column, int i) {
         const Unit unit = reinterpret_cast<const Stored<Unit>*>(pixels)[i].unit;
         BYTE* const place = row + static_cast<std::size_t>(column) * sizeof unit;
         reinterpret_cast<Stored<Unit>*>(place)->unit = unit;
@@ -119,22 +119,22 @@ void CopyIndexLine(const DibView& picture, int column, int row, int columnStep, 
 }
 
 template <int kBits>
-void CopyIndexColumns(const BYTE* row, const int* columns, int count, BYTE* result) {
+void GatherIndexColumns(const BYTE* row, const int* columns, int count, BYTE* result) {
     for (int i = 0; i < count; ++i) {
         result[i] = IndexAt<kBits>(row, columns[i]);
     }
 }
 
 template <int kBits>
-void CopyIndexPlaces(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result) {
+void GatherIndices(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result) {
     for (int i = 0; i < count; ++i) {
         result[i] = IndexAt<kBits>(picture.Row(rows[i]), columns[i]);
     }
 }
 
 template <int kBits>
-void SpreadIndices(const BYTE* indices, const int* columns, const int* rows, int count, const NewPicture& result) {
-    SpreadEach(columns, rows, count, result, [indices](BYTE* row, int column, int i) {
+void ScatterIndices(const BYTE* indices, const int* columns, const int* rows, int count, const NewPicture& result) {
+    ScatterEach(columns, rows, count, result, [indices](BYTE* row, int column, int i) {
         constexpr int kPerByte = 8 / kBits;
         constexpr unsigned kMask = (1U << kBits) - 1;
         const int shift = 8 - kBits - column % kPerByte * kBits;
@@ -145,12 +145,12 @@ void SpreadIndices(const BYTE* indices, const int* columns, const int* rows, int
 
 template <class Unit>
 constexpr PixelUnit UnitOf() {
-    return {CopyLine<Unit>, CopyColumns<Unit>, CopyPlaces<Unit>, Spread<Unit>};
+    return {CopyLine<Unit>, GatherColumns<Unit>, Gather<Unit>, Scatter<Unit>};
 }
 
 template <int kBits>
 constexpr PixelUnit UnitOfBits() {
-    return {CopyIndexLine<kBits>, CopyIndexColumns<kBits>, CopyIndexPlaces<kBits>, SpreadIndices<kBits>};
+    return {CopyIndexLine<kBits>, GatherIndexColumns<kBits>, GatherIndices<kBits>, ScatterIndices<kBits>};
 }
 
 } // namespace

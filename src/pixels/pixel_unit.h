@@ -10,12 +10,12 @@ struct PixelUnit {
     // Pixels from (column, row) on, each a step further.
     void (*copyLine)(const DibView& picture, int column, int row, int columnStep, int rowStep, int count, BYTE* result);
     // Pixels of one row at given columns.
-    void (*copyColumns)(const BYTE* row, const int* columns, int count, BYTE* result);
+    void (*gatherColumns)(const BYTE* row, const int* columns, int count, BYTE* result);
     // Pixels at given places.
-    void (*copyPlaces)(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result);
+    void (*gather)(const DibView& picture, const int* columns, const int* rows, int count, BYTE* result);
     // The other way: writes copied pixels to given places in turn, and to those right of and above them where the
     // result goes on. Pixels with a negative column are left out.
-    void (*spread)(const BYTE* pixels, const int* columns, const int* rows, int count, const NewPicture& result);
+    void (*scatter)(const BYTE* pixels, const int* columns, const int* rows, int count, const NewPicture& result);
 };
 
 extern const PixelUnit kUnitOf1Bit;

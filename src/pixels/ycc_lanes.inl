@@ -16,15 +16,16 @@ struct Components {
 
 // Sums start with `offset` last: 128 for components in 0..255, 0, which changes no sum, for components around 0.
 inline Components Forward(const Colours& c, Floats offset) {
-    const Floats y = c.red * Spread(0.299F) + c.green * Spread(0.587F) + c.blue * Spread(0.114F);
-    const Floats cr = c.red * Spread(0.5F) + c.green * Spread(-0.41869F) + c.blue * Spread(-0.08131F) + offset;
-    const Floats cb = c.red * Spread(-0.16874F) + c.green * Spread(-0.33126F) + c.blue * Spread(0.5F) + offset;
+    const Floats y = c.red * Broadcast(0.299F) + c.green * Broadcast(0.587F) + c.blue * Broadcast(0.114F);
+    const Floats cr = c.red * Broadcast(0.5F) + c.green * Broadcast(-0.41869F) + c.blue * Broadcast(-0.08131F) + offset;
+    const Floats cb = c.red * Broadcast(-0.16874F) + c.green * Broadcast(-0.33126F) + c.blue * Broadcast(0.5F) + offset;
     return {Truncate(y), Truncate(cr), Truncate(cb)};
 }
 
 // The way back, from red and blue difference around 0; in the written order too.
 inline Colours Back(Floats y, Floats cr, Floats cb) {
-    return {y + Spread(1.772F) * cb, y - Spread(0.34414F) * cb - Spread(0.71414F) * cr, y + Spread(1.402F) * cr};
+    return {y + Broadcast(1.772F) * cb, y - Broadcast(0.34414F) * cb - Broadcast(0.71414F) * cr,
+            y + Broadcast(1.402F) * cr};
 }
 
 // Runs `change`, from colours to colours, over whole vectors; what is left over goes through a vector of its own.
@@ -32,10 +33,11 @@ template <class Change>
 inline void ForEachVector(const PlanarRow& channels, int count, Change change) {
     const PlanarRow row = channels; // which storing bytes cannot change
     const auto step = [&](BYTE * blue, BYTE * green, BYTE * red) __attribute__((always_inline)) {
-        const Colours changed = change(Colours{LoadBytes(blue), LoadBytes(green), LoadBytes(red)});
-        StoreBytes(blue, changed.blue);
-        StoreBytes(green, changed.green);
-        StoreBytes(red, changed.red);
+        const Colours changed =
+            change(Colours{LoadBytesAsFloats(blue), LoadBytesAsFloats(green), LoadBytesAsFloats(red)});
+        StoreFloatsAsBytes(blue, changed.blue);
+        StoreFloatsAsBytes(green, changed.green);
+        StoreFloatsAsBytes(red, changed.red);
     };
     int i = 0;
     for (; i + kLanes <= count; i += kLanes) {

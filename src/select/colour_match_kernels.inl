@@ -6,10 +6,11 @@
 void Differences(const PlanarRow& channels, BYTE* cr, BYTE* cb, int count) {
     const PlanarRow row = channels; // which storing bytes cannot change
     for (int i = 0; i < count; i += kLanes) {
-        const Components c =
-            Forward(Colours{LoadBytes(row.blue + i), LoadBytes(row.green + i), LoadBytes(row.red + i)}, Spread(128.0F));
-        StoreBytes(cr + i, ToFloats(c.cr));
-        StoreBytes(cb + i, ToFloats(c.cb));
+        const Components c = Forward(
+            Colours{LoadBytesAsFloats(row.blue + i), LoadBytesAsFloats(row.green + i), LoadBytesAsFloats(row.red + i)},
+            Broadcast(128.0F));
+        StoreFloatsAsBytes(cr + i, ToFloats(c.cr));
+        StoreFloatsAsBytes(cb + i, ToFloats(c.cb));
     }
 }
 

@@ -4,13 +4,13 @@ constexpr int kLanes = 8;
 using Floats = __m256;
 using Ints = int __attribute__((vector_size(32)));
 
-inline Floats Spread(float value) {
+inline Floats Broadcast(float value) {
     return _mm256_set1_ps(value);
 }
-inline Ints SpreadInt(int value) {
+inline Ints BroadcastInt(int value) {
     return reinterpret_cast<Ints>(_mm256_set1_epi32(value));
 }
-inline Floats LoadBytes(const BYTE* bytes) {
+inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
 }
 inline Ints Truncate(Floats value) {
@@ -19,10 +19,10 @@ inline Ints Truncate(Floats value) {
 inline Floats ToFloats(Ints value) {
     return _mm256_cvtepi32_ps(reinterpret_cast<__m256i>(value));
 }
-inline unsigned HighestBits(Ints value) {
+inline unsigned MoveMask(Ints value) {
     return static_cast<unsigned>(_mm256_movemask_ps(reinterpret_cast<__m256>(value)));
 }
-inline void StoreBytes(BYTE* bytes, Floats value) {
+inline void StoreFloatsAsBytes(BYTE* bytes, Floats value) {
     const __m256i ints = _mm256_cvttps_epi32(_mm256_min_ps(value, _mm256_set1_ps(255.0F)));
     const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
@@ -33,33 +33,33 @@ inline void StoreBytes(BYTE* bytes, Floats value) {
 constexpr int kWordLanes = 16;
 using Words = WORD __attribute__((vector_size(32)));
 
-inline Words SpreadWord(int value) {
+inline Words BroadcastWord(int value) {
     return reinterpret_cast<Words>(_mm256_set1_epi16(static_cast<short>(value)));
 }
-inline Words LoadWords(const BYTE* bytes) {
+inline Words LoadBytesAsWords(const BYTE* bytes) {
     return reinterpret_cast<Words>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes))));
 }
-inline void StoreWords(BYTE* bytes, Words words) {
+inline void StoreWordsAsBytes(BYTE* bytes, Words words) {
     const auto value = reinterpret_cast<__m256i>(words);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes),
                      _mm_packus_epi16(_mm256_castsi256_si128(value), _mm256_extracti128_si256(value, 1)));
 }
-inline Ints LowInts(Words words) {
+inline Ints UnpackLow(Words words) {
     return reinterpret_cast<Ints>(_mm256_unpacklo_epi16(reinterpret_cast<__m256i>(words), _mm256_setzero_si256()));
 }
-inline Ints HighInts(Words words) {
+inline Ints UnpackHigh(Words words) {
     return reinterpret_cast<Ints>(_mm256_unpackhi_epi16(reinterpret_cast<__m256i>(words), _mm256_setzero_si256()));
 }
 inline Words PackInts(Ints low, Ints high) {
     return reinterpret_cast<Words>(_mm256_packs_epi32(reinterpret_cast<__m256i>(low), reinterpret_cast<__m256i>(high)));
 }
-inline Words HighProduct(Words a, Words b) {
+inline Words MultiplyHigh(Words a, Words b) {
     return reinterpret_cast<Words>(_mm256_mulhi_epu16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
-inline Floats Smaller(Floats a, Floats b) {
+inline Floats Min(Floats a, Floats b) {
     return _mm256_min_ps(a, b);
 }
-inline Floats Larger(Floats a, Floats b) {
+inline Floats Max(Floats a, Floats b) {
     return _mm256_max_ps(a, b);
 }
 inline Floats SquareRoot(Floats value) {
@@ -73,10 +73,10 @@ inline Ints HighSquareSums(Words a, Words b) {
     const __m256i pairs = _mm256_unpackhi_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b));
     return reinterpret_cast<Ints>(_mm256_madd_epi16(pairs, pairs));
 }
-inline Words Smaller(Words a, Words b) {
+inline Words Min(Words a, Words b) {
     return reinterpret_cast<Words>(_mm256_min_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
-inline Words Larger(Words a, Words b) {
+inline Words Max(Words a, Words b) {
     return reinterpret_cast<Words>(_mm256_max_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
 
@@ -85,28 +85,28 @@ inline Words Larger(Words a, Words b) {
 constexpr int kByteLanes = 32;
 using Bytes = BYTE __attribute__((vector_size(32)));
 
-inline Bytes SpreadByte(int value) {
+inline Bytes BroadcastByte(int value) {
     return reinterpret_cast<Bytes>(_mm256_set1_epi8(static_cast<char>(value)));
 }
-inline Bytes LoadSamples(const BYTE* bytes) {
+inline Bytes LoadBytes(const BYTE* bytes) {
     return reinterpret_cast<Bytes>(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes)));
 }
-inline void StoreSamples(BYTE* bytes, Bytes value) {
+inline void StoreBytes(BYTE* bytes, Bytes value) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes), reinterpret_cast<__m256i>(value));
 }
-inline Bytes Smaller(Bytes a, Bytes b) {
+inline Bytes Min(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_min_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
-inline Bytes Larger(Bytes a, Bytes b) {
+inline Bytes Max(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_max_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
-inline Bytes SaturatedSum(Bytes a, Bytes b) {
+inline Bytes AddSaturated(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_adds_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
 inline Bytes Mean(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_avg_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
-inline Bytes Excess(Bytes a, Bytes b) {
+inline Bytes SubtractSaturated(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm256_subs_epu8(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
 inline Bytes LoadPixels24(const BYTE* pixels) {
@@ -119,7 +119,7 @@ inline void StorePixels24(BYTE* pixels, Bytes value) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), _mm256_castsi256_si128(both));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + 12), _mm256_extracti128_si256(both, 1));
 }
-inline Bytes LoadPlaces(const BYTE (&places)[16]) {
+inline Bytes LoadShuffle(const BYTE (&places)[16]) {
     const __m128i once = _mm_loadu_si128(reinterpret_cast<const __m128i*>(places));
     return reinterpret_cast<Bytes>(_mm256_broadcastsi128_si256(once));
 }
@@ -137,7 +137,7 @@ constexpr int kDoubleLanes = 4;
 using Doubles = __m256d;
 using FewInts = int __attribute__((vector_size(16)));
 
-inline Doubles SpreadDouble(double value) {
+inline Doubles BroadcastDouble(double value) {
     return _mm256_set1_pd(value);
 }
 inline Doubles SquareRoot(Doubles value) {

@@ -15,13 +15,13 @@ inline Result ByLane(Vector a, Vector b, Operation operation) {
     return result;
 }
 
-inline Floats Spread(float value) {
+inline Floats Broadcast(float value) {
     return Floats{value, value, value, value};
 }
-inline Ints SpreadInt(int value) {
+inline Ints BroadcastInt(int value) {
     return Ints{value, value, value, value};
 }
-inline Floats LoadBytes(const BYTE* bytes) {
+inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     return Floats{static_cast<float>(bytes[0]), static_cast<float>(bytes[1]), static_cast<float>(bytes[2]),
                   static_cast<float>(bytes[3])};
 }
@@ -31,25 +31,25 @@ inline Ints Truncate(Floats value) {
 inline Floats ToFloats(Ints value) {
     return __builtin_convertvector(value, Floats);
 }
-inline Floats Smaller(Floats a, Floats b) {
+inline Floats Min(Floats a, Floats b) {
     return a < b ? a : b;
 }
-inline Floats Larger(Floats a, Floats b) {
+inline Floats Max(Floats a, Floats b) {
     return a > b ? a : b;
 }
 inline Floats SquareRoot(Floats value) {
     return Floats{__builtin_sqrtf(value[0]), __builtin_sqrtf(value[1]), __builtin_sqrtf(value[2]),
                   __builtin_sqrtf(value[3])};
 }
-inline unsigned HighestBits(Ints value) {
+inline unsigned MoveMask(Ints value) {
     unsigned bits = 0;
     for (int lane = 0; lane != kLanes; ++lane) {
         bits |= static_cast<unsigned>(value[lane]) >> 31U << lane;
     }
     return bits;
 }
-inline void StoreBytes(BYTE* bytes, Floats value) {
-    const Ints ints = Truncate(Larger(Smaller(value, Spread(255.0F)), Spread(0.0F)));
+inline void StoreFloatsAsBytes(BYTE* bytes, Floats value) {
+    const Ints ints = Truncate(Max(Min(value, Broadcast(255.0F)), Broadcast(0.0F)));
     for (int lane = 0; lane != kLanes; ++lane) {
         bytes[lane] = static_cast<BYTE>(ints[lane]);
     }
@@ -61,28 +61,28 @@ constexpr int kWordLanes = 8;
 using Words = WORD __attribute__((vector_size(16)));
 using SignedWords = short __attribute__((vector_size(16)));
 
-inline Words SpreadWord(int value) {
+inline Words BroadcastWord(int value) {
     return Words{} + static_cast<WORD>(value);
 }
-inline Words LoadWords(const BYTE* bytes) {
+inline Words LoadBytesAsWords(const BYTE* bytes) {
     return Words{bytes[0], bytes[1], bytes[2], bytes[3], bytes[4], bytes[5], bytes[6], bytes[7]};
 }
-inline Words Smaller(Words a, Words b) {
+inline Words Min(Words a, Words b) {
     return reinterpret_cast<SignedWords>(a) < reinterpret_cast<SignedWords>(b) ? a : b;
 }
-inline Words Larger(Words a, Words b) {
+inline Words Max(Words a, Words b) {
     return reinterpret_cast<SignedWords>(a) > reinterpret_cast<SignedWords>(b) ? a : b;
 }
-inline void StoreWords(BYTE* bytes, Words words) {
-    const Words clamped = Smaller(Larger(words, SpreadWord(0)), SpreadWord(255));
+inline void StoreWordsAsBytes(BYTE* bytes, Words words) {
+    const Words clamped = Min(Max(words, BroadcastWord(0)), BroadcastWord(255));
     for (int lane = 0; lane != kWordLanes; ++lane) {
         bytes[lane] = static_cast<BYTE>(clamped[lane]);
     }
 }
-inline Ints LowInts(Words words) {
+inline Ints UnpackLow(Words words) {
     return Ints{words[0], words[1], words[2], words[3]};
 }
-inline Ints HighInts(Words words) {
+inline Ints UnpackHigh(Words words) {
     return Ints{words[4], words[5], words[6], words[7]};
 }
 inline Words PackInts(Ints low, Ints high) {
@@ -93,7 +93,7 @@ inline Words PackInts(Ints low, Ints high) {
     }
     return result;
 }
-inline Words HighProduct(Words a, Words b) {
+inline Words MultiplyHigh(Words a, Words b) {
     return ByLane<Words>(a, b, [](WORD x, WORD y) { return static_cast<WORD>(static_cast<unsigned>(x) * y >> 16U); });
 }
 inline Ints SignedLow(Words words) {
@@ -116,41 +116,41 @@ inline Ints HighSquareSums(Words a, Words b) {
 constexpr int kByteLanes = 16;
 using Bytes = BYTE __attribute__((vector_size(16)));
 
-inline Bytes SpreadByte(int value) {
+inline Bytes BroadcastByte(int value) {
     return Bytes{} + static_cast<BYTE>(value);
 }
-inline Bytes LoadSamples(const BYTE* bytes) {
+inline Bytes LoadBytes(const BYTE* bytes) {
     Bytes result;
     __builtin_memcpy(&result, bytes, sizeof result);
     return result;
 }
-inline void StoreSamples(BYTE* bytes, Bytes value) {
+inline void StoreBytes(BYTE* bytes, Bytes value) {
     __builtin_memcpy(bytes, &value, sizeof value);
 }
-inline Bytes Smaller(Bytes a, Bytes b) {
+inline Bytes Min(Bytes a, Bytes b) {
     return a < b ? a : b;
 }
-inline Bytes Larger(Bytes a, Bytes b) {
+inline Bytes Max(Bytes a, Bytes b) {
     return a > b ? a : b;
 }
-inline Bytes SaturatedSum(Bytes a, Bytes b) {
+inline Bytes AddSaturated(Bytes a, Bytes b) {
     const Bytes sum = a + b;
-    return sum < a ? SpreadByte(255) : sum;
+    return sum < a ? BroadcastByte(255) : sum;
 }
 inline Bytes Mean(Bytes a, Bytes b) {
     return (a | b) - ((a ^ b) >> 1);
 }
-inline Bytes Excess(Bytes a, Bytes b) {
+inline Bytes SubtractSaturated(Bytes a, Bytes b) {
     return a > b ? a - b : Bytes{};
 }
 inline Bytes LoadPixels24(const BYTE* pixels) {
-    return LoadSamples(pixels);
+    return LoadBytes(pixels);
 }
 inline void StorePixels24(BYTE* pixels, Bytes value) {
-    StoreSamples(pixels, value);
+    StoreBytes(pixels, value);
 }
-inline Bytes LoadPlaces(const BYTE (&places)[16]) {
-    return LoadSamples(places);
+inline Bytes LoadShuffle(const BYTE (&places)[16]) {
+    return LoadBytes(places);
 }
 
 constexpr bool kHasByteShuffle = false;
@@ -164,7 +164,7 @@ constexpr int kDoubleLanes = 2;
 using Doubles = double __attribute__((vector_size(16)));
 using FewInts = Ints;
 
-inline Doubles SpreadDouble(double value) {
+inline Doubles BroadcastDouble(double value) {
     return Doubles{value, value};
 }
 inline Doubles SquareRoot(Doubles value) {
@@ -182,16 +182,16 @@ inline void StoreFewInts(int* ints, FewInts value) {
 inline Words LoadFourWords(const WORD* words) {
     return Words{words[0], words[1], words[2], words[3]};
 }
-inline Words LoadFourBytes(const BYTE* bytes) {
+inline Words LoadFourBytesAsWords(const BYTE* bytes) {
     return Words{bytes[0], bytes[1], bytes[2], bytes[3]};
 }
-inline void StoreFourBytes(BYTE* bytes, Words words) {
-    const Words clamped = Smaller(Larger(words, SpreadWord(0)), SpreadWord(255));
+inline void StoreFourWordsAsBytes(BYTE* bytes, Words words) {
+    const Words clamped = Min(Max(words, BroadcastWord(0)), BroadcastWord(255));
     for (int lane = 0; lane != 4; ++lane) {
         bytes[lane] = static_cast<BYTE>(clamped[lane]);
     }
 }
-inline Ints PairSums(Words a, Words b) {
+inline Ints MultiplyAddPairs(Words a, Words b) {
     const auto x = reinterpret_cast<SignedWords>(a);
     const auto y = reinterpret_cast<SignedWords>(b);
     Ints result;

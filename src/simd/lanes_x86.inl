@@ -5,14 +5,14 @@ constexpr int kLanes = 4;
 using Floats = __m128;
 using Ints = int __attribute__((vector_size(16)));
 
-inline Floats Spread(float value) {
+inline Floats Broadcast(float value) {
     return _mm_set1_ps(value);
 }
-inline Ints SpreadInt(int value) {
+inline Ints BroadcastInt(int value) {
     return reinterpret_cast<Ints>(_mm_set1_epi32(value));
 }
 // kLanes bytes as floats.
-inline Floats LoadBytes(const BYTE* bytes) {
+inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     int packed;
     __builtin_memcpy(&packed, bytes, sizeof packed);
     const __m128i zero = _mm_setzero_si128();
@@ -27,12 +27,12 @@ inline Floats ToFloats(Ints value) {
     return _mm_cvtepi32_ps(reinterpret_cast<__m128i>(value));
 }
 // The highest bit of each lane, that of the first one lowest.
-inline unsigned HighestBits(Ints value) {
+inline unsigned MoveMask(Ints value) {
     return static_cast<unsigned>(_mm_movemask_ps(reinterpret_cast<__m128>(value)));
 }
 // Truncates toward zero, clamps to 0..255 and stores kLanes bytes. Packing saturates, so only values beyond 32 bits
 // have to be kept off; far negative ones become the most negative number.
-inline void StoreBytes(BYTE* bytes, Floats value) {
+inline void StoreFloatsAsBytes(BYTE* bytes, Floats value) {
     const __m128i ints = _mm_cvttps_epi32(_mm_min_ps(value, _mm_set1_ps(255.0F)));
     const __m128i words = _mm_packs_epi32(ints, ints);
     const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
@@ -44,43 +44,43 @@ inline void StoreBytes(BYTE* bytes, Floats value) {
 constexpr int kWordLanes = 8;
 using Words = WORD __attribute__((vector_size(16)));
 
-inline Words SpreadWord(int value) {
+inline Words BroadcastWord(int value) {
     return reinterpret_cast<Words>(_mm_set1_epi16(static_cast<short>(value)));
 }
 // kWordLanes bytes, widened.
-inline Words LoadWords(const BYTE* bytes) {
+inline Words LoadBytesAsWords(const BYTE* bytes) {
     return reinterpret_cast<Words>(
         _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes)), _mm_setzero_si128()));
 }
 // Signed words, clamped to 0..255.
-inline void StoreWords(BYTE* bytes, Words words) {
+inline void StoreWordsAsBytes(BYTE* bytes, Words words) {
     const auto value = reinterpret_cast<__m128i>(words);
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(value, value));
 }
 // Unsigned words as two vectors of ints, in an order that PackInts turns back.
-inline Ints LowInts(Words words) {
+inline Ints UnpackLow(Words words) {
     return reinterpret_cast<Ints>(_mm_unpacklo_epi16(reinterpret_cast<__m128i>(words), _mm_setzero_si128()));
 }
-inline Ints HighInts(Words words) {
+inline Ints UnpackHigh(Words words) {
     return reinterpret_cast<Ints>(_mm_unpackhi_epi16(reinterpret_cast<__m128i>(words), _mm_setzero_si128()));
 }
 // Clamps to 16 bits with sign.
 inline Words PackInts(Ints low, Ints high) {
     return reinterpret_cast<Words>(_mm_packs_epi32(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
 }
-inline Words HighProduct(Words a, Words b) {
+inline Words MultiplyHigh(Words a, Words b) {
     return reinterpret_cast<Words>(_mm_mulhi_epu16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
-inline Floats Smaller(Floats a, Floats b) {
+inline Floats Min(Floats a, Floats b) {
     return _mm_min_ps(a, b);
 }
-inline Floats Larger(Floats a, Floats b) {
+inline Floats Max(Floats a, Floats b) {
     return _mm_max_ps(a, b);
 }
 inline Floats SquareRoot(Floats value) {
     return _mm_sqrt_ps(value);
 }
-// The sums of the squares of two signed words each, in the order of LowInts and HighInts.
+// The sums of the squares of two signed words each, in the order of UnpackLow and UnpackHigh.
 inline Ints LowSquareSums(Words a, Words b) {
     const __m128i pairs = _mm_unpacklo_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b));
     return reinterpret_cast<Ints>(_mm_madd_epi16(pairs, pairs));
@@ -90,10 +90,10 @@ inline Ints HighSquareSums(Words a, Words b) {
     return reinterpret_cast<Ints>(_mm_madd_epi16(pairs, pairs));
 }
 // Of signed words.
-inline Words Smaller(Words a, Words b) {
+inline Words Min(Words a, Words b) {
     return reinterpret_cast<Words>(_mm_min_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
-inline Words Larger(Words a, Words b) {
+inline Words Max(Words a, Words b) {
     return reinterpret_cast<Words>(_mm_max_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 
@@ -102,23 +102,23 @@ inline Words Larger(Words a, Words b) {
 constexpr int kByteLanes = 16;
 using Bytes = BYTE __attribute__((vector_size(16)));
 
-inline Bytes SpreadByte(int value) {
+inline Bytes BroadcastByte(int value) {
     return reinterpret_cast<Bytes>(_mm_set1_epi8(static_cast<char>(value)));
 }
-inline Bytes LoadSamples(const BYTE* bytes) {
+inline Bytes LoadBytes(const BYTE* bytes) {
     return reinterpret_cast<Bytes>(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
 }
-inline void StoreSamples(BYTE* bytes, Bytes value) {
+inline void StoreBytes(BYTE* bytes, Bytes value) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), reinterpret_cast<__m128i>(value));
 }
-inline Bytes Smaller(Bytes a, Bytes b) {
+inline Bytes Min(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm_min_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
-inline Bytes Larger(Bytes a, Bytes b) {
+inline Bytes Max(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm_max_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 // a + b, at most 255.
-inline Bytes SaturatedSum(Bytes a, Bytes b) {
+inline Bytes AddSaturated(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm_adds_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 // The mean, halves up.
@@ -126,20 +126,20 @@ inline Bytes Mean(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm_avg_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 // a - b, or 0 where b is larger.
-inline Bytes Excess(Bytes a, Bytes b) {
+inline Bytes SubtractSaturated(Bytes a, Bytes b) {
     return reinterpret_cast<Bytes>(_mm_subs_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 
 // kLanes packed 24-bit pixels, four in each 16 bytes; the bytes behind them are read and written too.
 inline Bytes LoadPixels24(const BYTE* pixels) {
-    return LoadSamples(pixels);
+    return LoadBytes(pixels);
 }
 inline void StorePixels24(BYTE* pixels, Bytes value) {
-    StoreSamples(pixels, value);
+    StoreBytes(pixels, value);
 }
 // What ShuffleBytes is to take into each 16 bytes.
-inline Bytes LoadPlaces(const BYTE (&places)[16]) {
-    return LoadSamples(places);
+inline Bytes LoadShuffle(const BYTE (&places)[16]) {
+    return LoadBytes(places);
 }
 
 // --- Doubles: half of kLanes lanes, whose whole numbers are the first lanes of 16 bytes
@@ -149,7 +149,7 @@ constexpr int kDoubleLanes = 2;
 using Doubles = __m128d;
 using FewInts = int __attribute__((vector_size(16)));
 
-inline Doubles SpreadDouble(double value) {
+inline Doubles BroadcastDouble(double value) {
     return _mm_set1_pd(value);
 }
 inline Doubles SquareRoot(Doubles value) {
@@ -171,18 +171,18 @@ inline Words LoadFourWords(const WORD* words) {
     return reinterpret_cast<Words>(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(words)));
 }
 // Four bytes, widened, and zeros.
-inline Words LoadFourBytes(const BYTE* bytes) {
+inline Words LoadFourBytesAsWords(const BYTE* bytes) {
     int packed;
     __builtin_memcpy(&packed, bytes, sizeof packed);
     return reinterpret_cast<Words>(_mm_unpacklo_epi8(_mm_cvtsi32_si128(packed), _mm_setzero_si128()));
 }
 // The first four, signed words, clamped to 0..255.
-inline void StoreFourBytes(BYTE* bytes, Words words) {
+inline void StoreFourWordsAsBytes(BYTE* bytes, Words words) {
     const auto value = reinterpret_cast<__m128i>(words);
     const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(value, value));
     __builtin_memcpy(bytes, &packed, sizeof packed);
 }
 // The sums of the products of neighbouring signed words.
-inline Ints PairSums(Words a, Words b) {
+inline Ints MultiplyAddPairs(Words a, Words b) {
     return reinterpret_cast<Ints>(_mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }

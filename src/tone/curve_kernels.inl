@@ -8,7 +8,7 @@ inline BYTE Shifted(BYTE value, BYTE flip, BYTE add, BYTE subtract) {
 }
 
 inline Bytes Shifted(Bytes value, Bytes flip, Bytes add, Bytes subtract) {
-    return Excess(SaturatedSum(value ^ flip, add), subtract);
+    return SubtractSaturated(AddSaturated(value ^ flip, add), subtract);
 }
 
 void ShiftBytes(const ShiftPattern& pattern, const BYTE* __restrict source, BYTE* __restrict result,
@@ -25,7 +25,7 @@ void ShiftBytes(const ShiftPattern& pattern, const BYTE* __restrict source, BYTE
     for (; done + kLength <= bytes; done += kLength) {
         for (std::size_t k = 0; k < kVectors; ++k) {
             const std::size_t at = done + k * kByteLanes;
-            StoreSamples(result + at, Shifted(LoadSamples(source + at), flip[k], add[k], subtract[k]));
+            StoreBytes(result + at, Shifted(LoadBytes(source + at), flip[k], add[k], subtract[k]));
         }
     }
     for (std::size_t i = 0; done + i < bytes; ++i) {

@@ -94,7 +94,7 @@ ByteShift LevelShift(LONG level) {
             static_cast<BYTE>(-std::clamp<LONG>(level, -255, 0))};
 }
 
-// Spreads the three shifts over the patterns; a fourth byte is left as it is.
+// Repeats the three shifts along the patterns; a fourth byte is left as it is.
 void SetShifts(Curves& curves) {
     const auto set = [](ShiftPattern& pattern, std::size_t i, const ByteShift& shift) {
         pattern.flip[i] = shift.flip;

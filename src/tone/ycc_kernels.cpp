@@ -7,11 +7,12 @@
 namespace qv8 {
 
 RGBQUAD FromYcc(float y, float cr, float cb) {
-    const baseline::Colours colours = baseline::Back(baseline::Spread(y), baseline::Spread(cr), baseline::Spread(cb));
+    const baseline::Colours colours =
+        baseline::Back(baseline::Broadcast(y), baseline::Broadcast(cr), baseline::Broadcast(cb));
     BYTE bytes[3][baseline::kLanes];
-    baseline::StoreBytes(bytes[0], colours.blue);
-    baseline::StoreBytes(bytes[1], colours.green);
-    baseline::StoreBytes(bytes[2], colours.red);
+    baseline::StoreFloatsAsBytes(bytes[0], colours.blue);
+    baseline::StoreFloatsAsBytes(bytes[1], colours.green);
+    baseline::StoreFloatsAsBytes(bytes[2], colours.red);
     return {bytes[0][0], bytes[1][0], bytes[2][0], 0};
 }
 

@@ -5,15 +5,15 @@
 
 inline Floats Shift(Ints value, const ComponentShift& shift) {
     using Unsigned = unsigned __attribute__((vector_size(sizeof(Ints))));
-    const auto flipped = reinterpret_cast<Unsigned>(value ^ SpreadInt(shift.flip));
-    return ToFloats(reinterpret_cast<Ints>(flipped + reinterpret_cast<Unsigned>(SpreadInt(shift.add))));
+    const auto flipped = reinterpret_cast<Unsigned>(value ^ BroadcastInt(shift.flip));
+    return ToFloats(reinterpret_cast<Ints>(flipped + reinterpret_cast<Unsigned>(BroadcastInt(shift.add))));
 }
 
 void ShiftRow(const YccShift& shift, const PlanarRow& row, int count) {
     const YccShift own = shift;
     ForEachVector(
         row, count, [own](const Colours& colours) __attribute__((always_inline)) {
-            const Components c = Forward(colours, Spread(128.0F));
+            const Components c = Forward(colours, Broadcast(128.0F));
             return Back(Shift(c.y, own.y), Shift(c.cr, own.cr), Shift(c.cb, own.cb));
         });
 }
@@ -21,8 +21,8 @@ void ShiftRow(const YccShift& shift, const PlanarRow& row, int count) {
 void ScaleRow(float factor, const PlanarRow& row, int count) {
     ForEachVector(
         row, count, [factor](const Colours& colours) __attribute__((always_inline)) {
-            const Components c = Forward(colours, Spread(0.0F));
-            return Back(ToFloats(c.y), ToFloats(c.cr) * Spread(factor), ToFloats(c.cb) * Spread(factor));
+            const Components c = Forward(colours, Broadcast(0.0F));
+            return Back(ToFloats(c.y), ToFloats(c.cr) * Broadcast(factor), ToFloats(c.cb) * Broadcast(factor));
         });
 }
 
@@ -37,7 +37,7 @@ inline Floats LookUp(Ints value, const float* table) {
 void MapRow(const YccTables& tables, const PlanarRow& row, int count) {
     ForEachVector(
         row, count, [&tables](const Colours& colours) __attribute__((always_inline)) {
-            const Components c = Forward(colours, Spread(128.0F));
+            const Components c = Forward(colours, Broadcast(128.0F));
             return Back(LookUp(c.y, tables.y), LookUp(c.cr, tables.cr), LookUp(c.cb, tables.cb));
         });
 }
