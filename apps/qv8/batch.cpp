@@ -14,6 +14,7 @@
 #include "memory_budget.h"
 #include "pictures/image_file.h"
 #include "pictures/interrupt.h"
+#include "progress_bar.h"
 
 namespace fs = std::filesystem;
 
@@ -119,8 +120,9 @@ FileReport Workers::Apply(const Job& job) {
     files.sizeKnown = [&share](std::uint64_t width, std::uint64_t height) {
         share.Take(width * height * kBytesForAPixel);
     };
-    return RunOnFile(chain_, {job.input, job.output, {}}, files,
-                     {.bar = !options_.quiet && jobs_.size() == 1, .lenient = true});
+    const bool isAlone = !options_.quiet && jobs_.size() == 1;
+    ProgressBar bar(isAlone ? ProgressBar::Shown::kOnTerminal : ProgressBar::Shown::kNever);
+    return RunOnFile(chain_, {job.input, job.output, {}}, files, {.report = bar.AsReport(), .lenient = true});
 }
 
 FileOutcome Workers::Do(const Job& job) {

@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "file_run.h"
+#include "chains/file_run.h"
 #include "inputs.h"
 #include "pictures/failure.h"
 

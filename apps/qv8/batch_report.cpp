@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <ostream>
 
-#include "json.h"
+#include "chains/json.h"
 #include "message.h"
 #include "pictures/interrupt.h"
-#include "progress.h"
+#include "progress_bar.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
 #include "pictures/plain_image.h"
-#include "progress.h"
+#include "progress_bar.h"
 
 namespace {
 
@@ -23,7 +23,8 @@ Picture WithoutMasks(const Picture& picture, const std::string& name) {
 }
 
 Picture RunClipboard(const char* effect, HGLOBAL image, const std::string& subject, ExitCode code) {
-    const Progress progress(Progress::Bar::kWhenTerminal);
+    ProgressBar bar(ProgressBar::Shown::kOnTerminal);
+    const Progress progress(bar.AsReport());
     catalogue::Request request;
     request.image = image;
     request.progressOwner = progress.Owner();

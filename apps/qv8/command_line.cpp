@@ -12,13 +12,13 @@
 
 #include <CLI/CLI.hpp>
 
-#include "catalogue/text.h"
+#include "chains/options.h"
+#include "chains/words.h"
 #include "clipboard.h"
 #include "commands.h"
 #include "message.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
-#include "words.h"
 
 namespace {
 
@@ -71,61 +71,6 @@ void AddOutputOptions(CLI::App& command, FileOptions& files) {
     command.add_flag("--strip", files.strip, "leave profile, EXIF and resolution out")->group("Files");
     command.add_flag("!--no-sync", files.sync, "do not wait until the disk has the output")->group("Files");
     command.add_flag("--force", files.mayReplace, "replace an output that is there already")->group("Files");
-}
-
-std::string HelpOf(const catalogue::Parameter& parameter) {
-    const std::string help = parameter.help;
-    const std::string limits = catalogue::LimitsOf(parameter);
-    return help + (help.empty() || limits.empty() ? "" : "; ") + limits;
-}
-
-// Adds an option for each parameter of an effect. The step must stay where it is while the command is in use.
-void AddParameters(CLI::App& command, Step& step) {
-    const std::size_t own = step.effect->Parameters().size();
-    for (std::size_t i = 0; i != step.settings.size(); ++i) {
-        Setting& setting = step.settings[i];
-        const catalogue::Parameter& parameter = *setting.parameter;
-        const std::string name = "--" + std::string(parameter.name);
-        const std::string group = i < own ? "Options" : "Area of effect";
-        const std::string form = catalogue::FormOf(parameter);
-        if (form.empty()) {
-            command
-                .add_flag_callback(
-                    name, [&setting] { setting.value = LONG{1}; }, HelpOf(parameter))
-                ->group(group);
-            continue;
-        }
-        command
-            .add_option_function<std::string>(
-                name, [](const std::string&) {}, HelpOf(parameter))
-            ->type_name(form)
-            ->check(CLI::Validator([&setting](std::string& text) { return Set(setting, text); }, ""))
-            ->group(group);
-    }
-}
-
-std::vector<std::string> OptionNames(const CLI::App& command) {
-    std::vector<std::string> names;
-    for (const CLI::Option* const option : command.get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-            names.push_back("--" + name);
-        }
-    }
-    return names;
-}
-
-// Names what is wrong with words that nothing takes better than the parser does.
-void RefuseExtras(const CLI::App& command) {
-    for (const std::string& word : command.remaining()) {
-        if (word.starts_with("-") && word != "--") {
-            const std::string name = word.substr(0, word.find('='));
-            throw Failure(kExitUsage,
-                          command.get_name() + ": there is no option " + name + Suggestion(name, OptionNames(command)));
-        }
-        if (word != "--") {
-            throw Failure(kExitUsage, command.get_name() + ": \"" + word + "\" is one word too many");
-        }
-    }
 }
 
 void AddEffectOptions(CLI::App& command, EffectCommand& effect) {
@@ -297,31 +242,6 @@ ExitCode Obey(const Words& given, std::ostream& out, std::ostream& err) {
 }
 
 } // namespace
-
-Step ParseStep(const Words& words) {
-    if (words.empty()) {
-        throw Failure(kExitUsage, "an effect is missing in the chain");
-    }
-    RefuseEmptyWords(words);
-    Step step(EffectNamed(words[0]));
-    CLI::App app("", words[0]);
-    app.allow_windows_style_options(false);
-    app.set_help_flag();
-    app.allow_extras();
-    AddParameters(app, step);
-    try {
-        Words options = Prepared({words.begin() + 1, words.end()});
-        std::reverse(options.begin(), options.end()); // as the parser wants them
-        app.parse(options);
-    } catch (const CLI::ParseError& error) {
-        throw Failure(kExitUsage, words[0] + ": " + error.what());
-    }
-    RefuseExtras(app);
-    if (const std::string mistake = CheckStep(step); !mistake.empty()) {
-        throw Failure(kExitUsage, words[0] + ": " + mistake);
-    }
-    return step;
-}
 
 int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& err) {
     const auto fail = [&err](const std::string& message, ExitCode code) {

@@ -6,11 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "step.h"
-
-// One effect and its options, as they stand in a chain. Throws a Failure.
-Step ParseStep(const std::vector<std::string>& words);
-
 // Carries out a command line (without the program's name), all words in UTF-8. Returns the exit code.
 int RunCommandLine(const std::vector<std::string>& words, std::ostream& out, std::ostream& err);
 

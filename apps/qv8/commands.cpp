@@ -3,33 +3,13 @@
 #include <algorithm>
 #include <ostream>
 
-#include "command_line.h"
+#include "chains/options.h"
+#include "chains/recipe.h"
+#include "chains/words.h"
 #include "info.h"
 #include "message.h"
 #include "pictures/image_file.h"
-#include "recipe.h"
-#include "words.h"
-
-namespace {
-
-Recipe ParseChain(const std::string& text) {
-    Recipe recipe;
-    for (const Words& words : StepsOf(text)) {
-        recipe.chain.push_back(ParseStep(words));
-    }
-    return recipe;
-}
-
-// Only the first step may make its picture, and all of them give one.
-void CheckChain(const Chain& chain) {
-    for (const Step& step : chain) {
-        if (!IsOffered(*step.effect) || (!step.effect->TakesPicture() && &step != &chain.front())) {
-            throw Failure(kExitUsage, std::string(step.effect->name) + " cannot stand there in a chain");
-        }
-    }
-}
-
-} // namespace
+#include "progress_bar.h"
 
 ExitCode EffectCommand::Run(std::ostream& err) {
     Words words{second, last};
@@ -53,7 +33,8 @@ ExitCode EffectCommand::Run(std::ostream& err) {
     if (const std::string mistake = CheckStep(step); !mistake.empty()) {
         throw Failure(kExitUsage, std::string(step.effect->name) + ": " + mistake);
     }
-    const FileReport report = RunOnFile(ReadyChain({step}, files.maxPixels), names, files, {.bar = !quiet});
+    ProgressBar bar(quiet ? ProgressBar::Shown::kNever : ProgressBar::Shown::kOnTerminal);
+    const FileReport report = RunOnFile(ReadyChain({step}, files.maxPixels), names, files, {.report = bar.AsReport()});
     for (const std::string& note : report.notes) {
         if (!quiet) {
             err << "qv8: " + OneLine(names.input + ": " + note) + "\n";
@@ -63,7 +44,12 @@ ExitCode EffectCommand::Run(std::ostream& err) {
 }
 
 ExitCode RunCommand::Run(std::ostream& out, std::ostream& err) {
-    const Recipe recipe = IsRecipeName(chain) ? LoadRecipe(chain) : ParseChain(chain);
+    Recipe recipe;
+    if (IsRecipeName(chain)) {
+        recipe = LoadRecipe(chain);
+    } else {
+        recipe.chain = ParseChain(chain);
+    }
     CheckChain(recipe.chain);
     batch.name = !name.empty() ? name : !recipe.name.empty() ? recipe.name : batch.name;
     batch.files.format = batch.files.format.empty() ? recipe.format : batch.files.format;
@@ -116,10 +102,6 @@ ExitCode ListEffects(std::ostream& out, std::ostream&) {
         }
     }
     return kExitOk;
-}
-
-bool IsOffered(const catalogue::Effect& effect) {
-    return effect.family != catalogue::Family::kClipboard;
 }
 
 Setting* SecondPicture(Step& step) {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "batch.h"
-#include "file_run.h"
+#include "chains/file_run.h"
+#include "chains/step.h"
 #include "pictures/failure.h"
-#include "step.h"
 
 // The command of one effect.
 struct EffectCommand {
@@ -48,9 +48,6 @@ struct InfoCommand {
 
 // A line about each effect.
 ExitCode ListEffects(std::ostream& out, std::ostream& err);
-
-// Whether the effect has a command: those of the clipboard are reached by commands of their own where there is one.
-bool IsOffered(const catalogue::Effect& effect);
 
 // The second picture that an effect cannot do without, or null: it may be given as a word between INPUT and OUTPUT.
 Setting* SecondPicture(Step& step);

@@ -4,7 +4,7 @@
 #include <qv8platform.h>
 
 #include "catalogue/picture_header.h"
-#include "json.h"
+#include "chains/json.h"
 #include "message.h"
 
 namespace {

@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "catalogue/text.h"
+#include "chains/words.h"
 #include "files.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
 #include "pictures/interrupt.h"
-#include "progress.h"
+#include "progress_bar.h"
 #include "run_qv8.h"
-#include "words.h"
 
 namespace {
 
@@ -278,7 +278,8 @@ TEST(Command, WhatIsThereStaysWhenWritingFails) {
 }
 
 TEST(Command, AnInterruptStopsTheLibrary) {
-    const Progress progress(Progress::Bar::kHidden);
+    ProgressBar bar(ProgressBar::Shown::kNever);
+    const Progress progress(bar.AsReport());
     EXPECT_NE(PercentProgress(1, 2, 0, 100, progress.Owner()), 0);
     SetInterrupted(true);
     EXPECT_EQ(PercentProgress(1, 2, 0, 100, progress.Owner()), 0);

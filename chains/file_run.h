@@ -1,13 +1,13 @@
 // One picture, or none, through a chain into a file.
-#ifndef QV8_APP_FILE_RUN_H
-#define QV8_APP_FILE_RUN_H
+#ifndef QV8_CHAINS_FILE_RUN_H
+#define QV8_CHAINS_FILE_RUN_H
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 
-#include "chain.h"
+#include "chains/chain.h"
 
 struct FileNames {
     std::string input; // empty for a chain that makes its picture
@@ -33,7 +33,8 @@ struct FileReport {
 };
 
 // All that can be wrong with the names is found before the work. Throws a Failure.
-FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const FileOptions& options, ApplyMode mode);
+FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const FileOptions& options,
+                     const ApplyMode& mode);
 
 // Writes a picture that comes from no file. Throws a Failure.
 void SaveAlone(Picture picture, const FileNames& names, const FileOptions& options);

@@ -1,4 +1,4 @@
-#include "json.h"
+#include "chains/json.h"
 
 #include <cstddef>
 #include <iterator>

@@ -1,6 +1,6 @@
 // Kernels of the custom filter in text files.
-#ifndef QV8_APP_KERNEL_FILE_H
-#define QV8_APP_KERNEL_FILE_H
+#ifndef QV8_CHAINS_KERNEL_FILE_H
+#define QV8_CHAINS_KERNEL_FILE_H
 
 #include <string>
 

@@ -1,21 +1,22 @@
-// Tells the library whom to report progress to: a bar on the terminal, and the place where Ctrl-C stops the work.
-#ifndef QV8_APP_PROGRESS_H
-#define QV8_APP_PROGRESS_H
+// Tells the library whom to report to.
+#ifndef QV8_CHAINS_PROGRESS_H
+#define QV8_CHAINS_PROGRESS_H
 
 #include <cstddef>
-#include <string>
+#include <functional>
 
 #include <qv8com.h>
 
+// Told how far all steps together are, 0..100, on the thread that works. Returns whether to go on; it must not throw.
+using Report = std::function<bool(int percent)>;
+
 class Progress {
 public:
-    enum class Bar { kHidden, kWhenTerminal };
-
-    // Throws a Failure when memory is short.
-    explicit Progress(Bar bar);
+    // Throws std::bad_alloc when memory is short.
+    explicit Progress(Report report);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    ~Progress(); // takes the bar away
+    ~Progress();
 
     // From now on reports are about one of `count` steps.
     void BeginStep(std::size_t index, std::size_t count) {
@@ -30,19 +31,11 @@ public:
 
 private:
     static int QV8API OnProgress(int percent, void* context);
-    void Draw(int percent);
 
-    bool visible_;
+    Report report_;
     int step_ = 0;
     int stepCount_ = 1;
-    int drawnPercent_ = -1;
     DWORD owner_;
 };
-
-// Whether standard error is a terminal.
-bool ErrorsGoToTerminal();
-
-// One line that shows `percent`, made to be drawn over the one before.
-std::string ProgressLine(int percent);
 
 #endif

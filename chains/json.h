@@ -1,6 +1,6 @@
 // JSON as the program reads and writes it.
-#ifndef QV8_APP_JSON_H
-#define QV8_APP_JSON_H
+#ifndef QV8_CHAINS_JSON_H
+#define QV8_CHAINS_JSON_H
 
 #include <cstdint>
 #include <string>

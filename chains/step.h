@@ -1,6 +1,6 @@
 // One effect with the values that were written for it, and several of them one after another.
-#ifndef QV8_APP_STEP_H
-#define QV8_APP_STEP_H
+#ifndef QV8_CHAINS_STEP_H
+#define QV8_CHAINS_STEP_H
 
 #include <string>
 #include <vector>
@@ -27,6 +27,9 @@ struct Step {
 };
 
 using Chain = std::vector<Step>;
+
+// Whether the effect changes or makes a picture: all but those of the clipboard do.
+bool IsOffered(const catalogue::Effect& effect);
 
 // Stores what a text says. Returns what is wrong with it, or nothing.
 std::string Set(Setting& setting, const std::string& text);

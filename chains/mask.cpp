@@ -1,4 +1,4 @@
-#include "mask.h"
+#include "chains/mask.h"
 
 #include <new>
 

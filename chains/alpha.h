@@ -1,6 +1,6 @@
 // Alpha: the fourth bytes of 32-bit pictures, which effects keep or clear but do not know.
-#ifndef QV8_APP_ALPHA_H
-#define QV8_APP_ALPHA_H
+#ifndef QV8_CHAINS_ALPHA_H
+#define QV8_CHAINS_ALPHA_H
 
 #include "pictures/picture.h"
 

@@ -1,6 +1,6 @@
 // The words of a command line before they are understood.
-#ifndef QV8_APP_WORDS_H
-#define QV8_APP_WORDS_H
+#ifndef QV8_CHAINS_WORDS_H
+#define QV8_CHAINS_WORDS_H
 
 #include <string>
 #include <vector>

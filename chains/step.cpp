@@ -1,4 +1,4 @@
-#include "step.h"
+#include "chains/step.h"
 
 #include <algorithm>
 #include <numeric>
@@ -55,6 +55,10 @@ std::vector<catalogue::Value> Step::OwnValues() const {
 
 std::vector<catalogue::Value> Step::AreaValues() const {
     return Values(settings.begin() + std::ssize(effect->Parameters()), settings.end());
+}
+
+bool IsOffered(const catalogue::Effect& effect) {
+    return effect.family != catalogue::Family::kClipboard;
 }
 
 std::string Set(Setting& setting, const std::string& text) {

@@ -1,14 +1,16 @@
 // Applies a chain of effects to pictures.
-#ifndef QV8_APP_CHAIN_H
-#define QV8_APP_CHAIN_H
+#ifndef QV8_CHAINS_CHAIN_H
+#define QV8_CHAINS_CHAIN_H
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "catalogue/run.h"
+#include "chains/progress.h"
+#include "chains/step.h"
+#include "pictures/failure.h"
 #include "pictures/picture.h"
-#include "step.h"
 
 // Where a chain starts.
 struct Subject {
@@ -18,8 +20,21 @@ struct Subject {
 };
 
 struct ApplyMode {
-    bool bar = true;      // shows progress on a terminal
+    Report report;
     bool lenient = false; // an effect that has nothing to do is no mistake
+};
+
+// What the library says when an effect fails, as a Failure that knows its status.
+class EffectFailure : public Failure {
+public:
+    EffectFailure(ExitCode code, const std::string& message, int status) : Failure(code, message), status_(status) {}
+
+    int Status() const {
+        return status_;
+    }
+
+private:
+    int status_;
 };
 
 struct ChainResult {
@@ -37,7 +52,7 @@ public:
     ReadyChain(const Chain& chain, std::uint64_t maxPixels);
 
     // Throws a Failure when an effect fails. The result has no picture when nothing was to be done.
-    ChainResult Apply(const Subject& subject, ApplyMode mode) const;
+    ChainResult Apply(const Subject& subject, const ApplyMode& mode) const;
 
     // Whether it starts from a picture, and does not make one.
     bool TakesPicture() const {
@@ -53,7 +68,7 @@ private:
         HGLOBAL mask = nullptr;
     };
     static ReadyStep Prepare(const Step& step, std::uint64_t maxPixels);
-    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ApplyMode mode);
+    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient);
     static void KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ChainResult& result);
 
     std::vector<ReadyStep> steps_;

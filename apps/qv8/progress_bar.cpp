@@ -1,14 +1,13 @@
-#include "progress.h"
+#include "progress_bar.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <new>
 
 #ifndef _WIN32
 #include <unistd.h>
 #endif
 
-#include <qv8effect.h>
+#include <qv8platform.h>
 
 #include "pictures/interrupt.h"
 
@@ -18,32 +17,25 @@ constexpr int kBarWidth = 40;
 
 } // namespace
 
-Progress::Progress(Bar bar)
-    : visible_(bar == Bar::kWhenTerminal && ErrorsGoToTerminal()), owner_(AddProgressOwner(OnProgress, this)) {
-    if (owner_ == 0) { // 0 would make the library open a dialog of its own
-        throw std::bad_alloc();
-    }
-}
+ProgressBar::ProgressBar(Shown shown) : visible_(shown == Shown::kOnTerminal && ErrorsGoToTerminal()) {}
 
-Progress::~Progress() {
-    RemoveProgressOwner(owner_);
+ProgressBar::~ProgressBar() {
     if (drawnPercent_ >= 0) {
         std::fprintf(stderr, "\r%*s\r", static_cast<int>(ProgressLine(100).size()), "");
         std::fflush(stderr);
     }
 }
 
-// A companion of another make may call with any alignment.
-QV8_REALIGN int QV8API Progress::OnProgress(int percent, void* context) {
-    auto* const self = static_cast<Progress*>(context);
-    const int whole = (100 * self->step_ + std::clamp(percent, 0, 100)) / self->stepCount_;
-    if (self->visible_ && whole != self->drawnPercent_) {
-        self->Draw(whole);
-    }
-    return Interrupted() ? 0 : 1;
+Report ProgressBar::AsReport() {
+    return [this](int percent) {
+        if (visible_ && percent != drawnPercent_) {
+            Draw(percent);
+        }
+        return !Interrupted();
+    };
 }
 
-void Progress::Draw(int percent) {
+void ProgressBar::Draw(int percent) {
     drawnPercent_ = percent;
     std::fprintf(stderr, "\r%s", ProgressLine(percent).c_str());
     std::fflush(stderr);

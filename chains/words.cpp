@@ -1,4 +1,4 @@
-#include "words.h"
+#include "chains/words.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "alpha.h"
+#include "chains/alpha.h"
 
 #include "pictures/codec.h"
 

@@ -1,4 +1,4 @@
-#include "kernel_file.h"
+#include "chains/kernel_file.h"
 
 #include <vector>
 

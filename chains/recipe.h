@@ -1,11 +1,11 @@
 // A chain of effects in a file, and what is to become of its results.
-#ifndef QV8_APP_RECIPE_H
-#define QV8_APP_RECIPE_H
+#ifndef QV8_CHAINS_RECIPE_H
+#define QV8_CHAINS_RECIPE_H
 
 #include <optional>
 #include <string>
 
-#include "step.h"
+#include "chains/step.h"
 
 struct Recipe {
     Chain chain;

@@ -1,10 +1,10 @@
-#include "recipe.h"
+#include "chains/recipe.h"
 
 #include <algorithm>
 #include <set>
 
 #include "catalogue/text.h"
-#include "json.h"
+#include "chains/json.h"
 #include "pictures/failure.h"
 #include "pictures/input_file.h"
 

@@ -1,6 +1,6 @@
 // Pictures that mark the area of an effect.
-#ifndef QV8_APP_MASK_H
-#define QV8_APP_MASK_H
+#ifndef QV8_CHAINS_MASK_H
+#define QV8_CHAINS_MASK_H
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "file_run.h"
+#include "chains/file_run.h"
 
 #include <filesystem>
 #include <memory>
@@ -89,7 +89,8 @@ void RefuseToReplace(const std::string& output, bool mayReplace) {
     }
 }
 
-FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const FileOptions& options, ApplyMode mode) {
+FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const FileOptions& options,
+                     const ApplyMode& mode) {
     const Destination destination(names, options);
     LoadedPicture source;
     if (!names.input.empty()) {

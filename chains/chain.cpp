@@ -1,13 +1,12 @@
-#include "chain.h"
+#include "chains/chain.h"
 
 #include <utility>
 
-#include "alpha.h"
-#include "kernel_file.h"
-#include "mask.h"
+#include "chains/alpha.h"
+#include "chains/kernel_file.h"
+#include "chains/mask.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
-#include "progress.h"
 
 namespace {
 
@@ -74,7 +73,7 @@ ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPix
     return ready;
 }
 
-ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ApplyMode mode) {
+ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient) {
     HGLOBAL const image = subject.image != nullptr ? subject.image->Handle() : nullptr;
     if (step.mask != nullptr) {
         CheckMaskSize(step.mask, step.maskName, image, subject.name);
@@ -84,15 +83,15 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
     request.progressOwner = progressOwner;
     const catalogue::Outcome outcome = catalogue::Run(*step.effect, request);
     ChainResult result{Picture(outcome.result.pictures.hImage), Picture(outcome.result.pictures.hMask), false, {}};
-    const bool unneeded = mode.lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
+    const bool unneeded = lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
     if (outcome.failed == catalogue::Failed::kNot || unneeded) {
         return result;
     }
     if (outcome.status == QV8_STATUS_CANCELLED) {
-        throw Failure(kExitCancelled, outcome.words);
+        throw EffectFailure(kExitCancelled, outcome.words, outcome.status);
     }
-    throw Failure(outcome.failed == catalogue::Failed::kValues ? kExitUsage : kExitEffectFailed,
-                  subject.name + ": " + step.effect->name + ": " + outcome.words);
+    throw EffectFailure(outcome.failed == catalogue::Failed::kValues ? kExitUsage : kExitEffectFailed,
+                        subject.name + ": " + step.effect->name + ": " + outcome.words, outcome.status);
 }
 
 // Effects that move pixels clear the fourth bytes: alpha goes the same way as a picture of its own then.
@@ -112,20 +111,20 @@ void ReadyChain::KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD 
         return SetAlpha(result.image, alpha);
     }
     Subject plane{&alpha, subject.name, false};
-    const ChainResult moved = ApplyStep(step, plane, progressOwner, {.lenient = true});
+    const ChainResult moved = ApplyStep(step, plane, progressOwner, true);
     if (moved.image && AreOfOneSize(moved.image, result.image)) {
         SetAlpha(result.image, moved.image);
     }
 }
 
-ChainResult ReadyChain::Apply(const Subject& subject, ApplyMode mode) const {
-    Progress progress(mode.bar ? Progress::Bar::kWhenTerminal : Progress::Bar::kHidden);
+ChainResult ReadyChain::Apply(const Subject& subject, const ApplyMode& mode) const {
+    Progress progress(mode.report);
     ChainResult result;
     result.alpha = subject.alpha;
     Subject current = subject;
     for (std::size_t i = 0; i != steps_.size(); ++i) {
         progress.BeginStep(i, steps_.size());
-        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), mode);
+        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), mode.lenient);
         if (!next.image) {
             continue;
         }
