@@ -10,3 +10,9 @@ endforeach()
 
 add_library(qv8_header_only INTERFACE)
 target_include_directories(qv8_header_only SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/headers)
+
+# Sources that such libraries fill: they take as long to optimise as all the rest, for what runs once.
+function(qv8_compiles_long)
+  set_source_files_properties(${ARGN} PROPERTIES
+    COMPILE_OPTIONS $<$<NOT:$<CONFIG:Release>>:-O0> SKIP_PRECOMPILE_HEADERS ON)
+endfunction()

@@ -83,7 +83,7 @@ struct Drawing {
     void Weights() {
         const int kind = from.Number(0, 0, 3);
         const int most = static_cast<int>((1U << (from.Number(5, 0, 31) & 31)) - 1);
-        int left = from.Number(260, 250, 280);
+        int left = from.Number(260, 250, 280) & 0x1FF; // a hostile one may be any number
         for (LONG& weight : into.weights) {
             const bool isFar = from.Number(1, 0, 3) == 0;
             if (kind >= 2) {
