@@ -1,4 +1,5 @@
-/*
+/**
+ * @file
  * The platform types, the movable global memory that pictures live in, and the clipboard.
  *
  * On Windows this is <windows.h> and nothing else. On other systems it declares the same types and the same functions
@@ -86,47 +87,82 @@ enum { GMEM_FIXED = 0x0000, GMEM_MOVEABLE = 0x0002, GMEM_ZEROINIT = 0x0040, GHND
 extern "C" {
 #endif
 
-/* Makes a block of `bytes` bytes, unlocked. `flags` must hold GMEM_MOVEABLE; with GMEM_ZEROINIT every byte is 0,
-   without it the contents are unspecified. Returns its handle, which is never its address, or 0 when memory is short,
-   `bytes` is above 0x7FFFFFFF or a fixed block is asked for. The caller frees it with GlobalFree. */
+/**
+ * Makes a block, unlocked. The caller frees it with GlobalFree.
+ * @param flags [GMEM values] must hold GMEM_MOVEABLE; with GMEM_ZEROINIT every byte is 0, without it the contents are
+ *   unspecified.
+ * @param bytes [bytes, at most 0x7FFFFFFF] size of the block.
+ * @return its handle, which is never its address, or 0 when memory is short, `bytes` is above 0x7FFFFFFF or a fixed
+ *   block is asked for.
+ */
 QV8_PLATFORM_EXPORT HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes);
 
-/* Returns the address of the block and adds one lock, or returns 0 when `block` is not the handle of a live block or
-   the block is empty. */
+/**
+ * Adds one lock to the block.
+ * @param block [handle] of the block.
+ * @return its address, or 0 when `block` is not the handle of a live block or the block is empty.
+ */
 QV8_PLATFORM_EXPORT void* GlobalLock(HGLOBAL block);
 
-/* Takes one lock off. Returns non-zero while locks are left, else 0 (also for a block that is not locked). */
+/**
+ * Takes one lock off.
+ * @param block [handle] of the block.
+ * @return non-zero while locks are left, else 0 (also for a block that is not locked).
+ */
 QV8_PLATFORM_EXPORT BOOL GlobalUnlock(HGLOBAL block);
 
-/* Frees the block, locked or not. Returns 0, or `block` itself when it is not the handle of a live block. */
+/**
+ * Frees the block, locked or not.
+ * @param block [handle] of the block.
+ * @return 0, or `block` itself when it is not the handle of a live block.
+ */
 QV8_PLATFORM_EXPORT HGLOBAL GlobalFree(HGLOBAL block);
 
-/* The size of the block in bytes; 0 when `block` is not the handle of a live block. */
+/**
+ * The size of the block in bytes; 0 when `block` is not the handle of a live block.
+ * @param block [handle] of the block.
+ */
 QV8_PLATFORM_EXPORT SIZE_T GlobalSize(HGLOBAL block);
 
-/* The handle of the block that begins at `address`, as GlobalLock returned it; 0 when there is none. */
+/**
+ * The handle of the block that begins at an address; 0 when there is none.
+ * @param address [address] as GlobalLock returned it.
+ */
 QV8_PLATFORM_EXPORT HGLOBAL GlobalHandle(const void* address);
 
-/* The lock count of the block in the low byte; 0x8000 when `block` is not the handle of a live block. */
+/**
+ * The lock count of the block in the low byte; 0x8000 when `block` is not the handle of a live block.
+ * @param block [handle] of the block.
+ */
 QV8_PLATFORM_EXPORT UINT GlobalFlags(HGLOBAL block);
 
-/* Opens the clipboard, which is one for all threads of this process and holds at most one block. Returns non-zero, or 0
-   while another thread has it open, or this one for another window. `window` may be anything. */
+/**
+ * Opens the clipboard, which is one for all threads of this process and holds at most one block.
+ * @param window [window] may be anything.
+ * @return non-zero, or 0 while another thread has it open, or this one for another window.
+ */
 QV8_PLATFORM_EXPORT BOOL OpenClipboard(HWND window);
 
-/* Closes the clipboard. Returns 0 when the calling thread does not have it open. */
+/** Closes the clipboard. Returns 0 when the calling thread does not have it open. */
 QV8_PLATFORM_EXPORT BOOL CloseClipboard(void);
 
-/* Frees what the clipboard holds. Returns 0 when the calling thread does not have it open. */
+/** Frees what the clipboard holds. Returns 0 when the calling thread does not have it open. */
 QV8_PLATFORM_EXPORT BOOL EmptyClipboard(void);
 
-/* Puts a block on the clipboard, in place of what it holds. Returns `data`, which the clipboard owns from then on: the
-   caller neither frees nor changes it. Returns 0, and the caller keeps it, when the calling thread does not have the
-   clipboard open, `format` is not CF_DIB or `data` is not the handle of a live block. */
+/**
+ * Puts a block on the clipboard, in place of what it holds.
+ * @param format [CF_DIB] the only one there is.
+ * @param data [handle] of the block, which the clipboard owns from then on: the caller neither frees nor changes it.
+ * @return `data`, or 0, and the caller keeps it, when the calling thread does not have the clipboard open, `format` is
+ *   not CF_DIB or `data` is not the handle of a live block.
+ */
 QV8_PLATFORM_EXPORT HGLOBAL SetClipboardData(UINT format, HGLOBAL data);
 
-/* The block on the clipboard, which stays the clipboard's: it is good until the clipboard is closed or emptied. Returns
-   0 when there is none, `format` is not CF_DIB or the calling thread does not have the clipboard open. */
+/**
+ * The block on the clipboard, which stays the clipboard's: it is good until the clipboard is closed or emptied.
+ * @param format [CF_DIB] the only one there is.
+ * @return 0 when there is none, `format` is not CF_DIB or the calling thread does not have the clipboard open.
+ */
 QV8_PLATFORM_EXPORT HGLOBAL GetClipboardData(UINT format);
 
 #ifdef __cplusplus
