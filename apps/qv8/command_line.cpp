@@ -16,6 +16,7 @@
 #include "chains/words.h"
 #include "clipboard.h"
 #include "commands.h"
+#include "description.h"
 #include "message.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
@@ -155,7 +156,17 @@ void AddRunCommand(CLI::App& app, Action& action) {
 
 void AddOtherCommands(CLI::App& app, Action& action) {
     CLI::App* const list = app.add_subcommand("effects", "list the effects")->group("Other commands");
-    list->callback([&action] { action = ListEffects; });
+    const auto json = std::make_shared<bool>(false);
+    list->add_flag("--json", *json, "all that can be called, with every option, as JSON");
+    list->callback([&app, &action, json] {
+        action = ListEffects;
+        if (*json) {
+            action = [&app](std::ostream& out, std::ostream&) {
+                out << DescribeProgram(app);
+                return kExitOk;
+            };
+        }
+    });
     app.add_subcommand("help", "explain an effect or a command")->group("Other commands"); // its words are exchanged
     CLI::App* const info = app.add_subcommand("info", "describe pictures")->group("Other commands");
     const auto options = std::make_shared<InfoCommand>();
