@@ -31,51 +31,86 @@ bool UseCallersMask(const DibView& picture, HGLOBAL hMask, Area& area) {
     return true;
 }
 
-bool UseDrawnMask(GlobalBlock drawn, Area& area) {
-    if (!drawn) {
+// Gives the area a mask of its size, into which draw(mask) draws a shape; unless `inside`, every bit is inverted then.
+template <class Draw>
+bool UseDrawnMask(bool inside, Area& area, Draw draw) {
+    NewPicture empty = NewMask(area.rect.Width(), area.rect.Height());
+    if (!empty) {
         return false;
     }
-    area.maskMemory = HoldBlock(drawn.release());
+    const auto stride = empty.view.stride;
+    GlobalBlock mask(empty.Release());
+    if (!draw(mask.get()) || (!inside && !InvertMask(mask.get(), stride))) {
+        return Fail(QV8_STATUS_DIALOG);
+    }
+    area.maskMemory = HoldBlock(mask.release());
     if (!area.maskMemory) {
         return false;
     }
     area.mask = area.maskMemory.As<BYTE>() + kMaskHeaderBytes;
-    area.maskStride = static_cast<std::size_t>(DibRowBytes(1, area.rect.Width()));
+    area.maskStride = stride;
     return true;
+}
+
+// Copies the points, each moved to the nearest place inside the picture, and finds their bounding box. Sets status 3
+// when it fails.
+LockedBlock ClipPolygon(const DibView& picture, const AreaArguments& arguments, RECT& box) {
+    const auto count = static_cast<std::size_t>(arguments.pointCount);
+    LockedBlock block = AllocateWorkingBlock(std::uint64_t{count} * sizeof(POINT));
+    if (!block) {
+        return block;
+    }
+    box = {picture.width - 1, picture.height - 1, 0, 0};
+    auto* const clipped = block.As<POINT>();
+    for (std::size_t i = 0; i != count; ++i) {
+        clipped[i] = PointWithin(picture, arguments.points[i]);
+        box.left = std::min(box.left, clipped[i].x);
+        box.top = std::min(box.top, clipped[i].y);
+        box.right = std::max(box.right, clipped[i].x);
+        box.bottom = std::max(box.bottom, clipped[i].y);
+    }
+    return block;
+}
+
+// Takes the box of a shape as the area when what is inside the shape counts, else the whole picture. Returns the corner
+// of the area, from which the shape is drawn into the mask.
+POINT UseBox(const DibView& picture, const RECT& box, bool inside, Area& area) {
+    area.rect = inside ? ToMemoryRows(box, picture.height - 1) : WholePicture(picture);
+    return inside ? POINT{box.left, box.top} : POINT{0, 0};
 }
 
 bool UsePolygon(const DibView& picture, const AreaArguments& arguments, Area& area) {
     if (arguments.pointCount < 2 || arguments.points == nullptr) {
         return Fail(QV8_STATUS_PARAMETER);
     }
-    const int maxY = picture.height - 1;
     RECT box = {};
-    const LockedBlock points =
-        ClipPolygon(arguments.points, arguments.pointCount, picture.width - 1, maxY, arguments.inside, box);
+    const LockedBlock points = ClipPolygon(picture, arguments, box);
     if (!points) {
         return false;
     }
-    area.rect = ToMemoryRows(box, maxY);
-    return UseDrawnMask(CreateAreaMask(area.rect.Width(), area.rect.Height(), QV8_AREA_POLYGON, points.As<POINT>(),
-                                       arguments.pointCount, box, arguments.inside),
-                        area);
+    const POINT corner = UseBox(picture, box, arguments.inside, area);
+    auto* const first = points.As<POINT>();
+    std::for_each(first, first + arguments.pointCount, [&](POINT& point) {
+        point.x -= corner.x;
+        point.y -= corner.y;
+    });
+    return UseDrawnMask(arguments.inside, area,
+                        [&](HGLOBAL mask) { return DrawPolygonMask(mask, first, arguments.pointCount); });
 }
 
 bool UseEllipse(const DibView& picture, const AreaArguments& arguments, Area& area) {
-    RECT box = {};
-    const RECT shape = ClipEllipseRect(picture, arguments.rect, arguments.inside, box);
-    area.rect = ToMemoryRows(box, picture.height - 1);
-    return UseDrawnMask(
-        CreateAreaMask(area.rect.Width(), area.rect.Height(), QV8_AREA_ELLIPSE, nullptr, 0, shape, arguments.inside),
-        area);
+    const RECT box = RectWithin(picture, arguments.rect);
+    const POINT corner = UseBox(picture, box, arguments.inside, area);
+    const RECT shape = {box.left - corner.x, box.top - corner.y, box.right - corner.x, box.bottom - corner.y};
+    return UseDrawnMask(arguments.inside, area, [&](HGLOBAL mask) { return DrawEllipseMask(mask, shape); });
 }
 
 } // namespace
 
-bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arguments, Area& area) {
+bool ResolveArea(const DibView& picture, const AreaArguments& arguments, Area& area) {
     switch (arguments.areaType) {
     case QV8_AREA_MASK:
-        return UseCallersMask(picture, hMask, area);
+        return UseCallersMask(picture, arguments.target.hMask, area);
     case QV8_AREA_WHOLE:
         area.rect = WholePicture(picture);
         return true;
@@ -86,6 +121,17 @@ bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arg
     default:
         return Fail(QV8_STATUS_PARAMETER);
     }
+}
+
+bool OpenArea(const AreaArguments& arguments, unsigned acceptFlags, bool parametersAreGood, Picture& picture,
+              Area& area) {
+    if (!OpenPicture(arguments.target.hImage, acceptFlags, picture)) {
+        return false;
+    }
+    if (!parametersAreGood) {
+        return Fail(QV8_STATUS_PARAMETER);
+    }
+    return ResolveArea(picture.view, arguments, area);
 }
 
 bool IsMaskSizeOf(const DibView& picture, const DibView& mask) {
@@ -99,49 +145,15 @@ bool OpenMask(HGLOBAL hMask, const DibView& picture, Picture& mask) {
     return LockPicture(hMask, mask) && CheckPicture(mask) && IsMaskSizeOf(picture, mask.view);
 }
 
-LockedBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect) {
-    const auto count = static_cast<std::size_t>(pointCount);
-    LockedBlock block = AllocateWorkingBlock(std::uint64_t{count} * sizeof(POINT));
-    if (!block) {
-        return block;
-    }
-    auto* const clipped = block.As<POINT>();
-    rect = {maxX, maxY, 0, 0};
-    for (std::size_t i = 0; i != count; ++i) {
-        clipped[i].x = std::clamp<LONG>(points[i].x, 0, maxX);
-        clipped[i].y = std::clamp<LONG>(points[i].y, 0, maxY);
-        rect.left = std::min(rect.left, clipped[i].x);
-        rect.top = std::min(rect.top, clipped[i].y);
-        rect.right = std::max(rect.right, clipped[i].x);
-        rect.bottom = std::max(rect.bottom, clipped[i].y);
-    }
-    if (!inside) {
-        rect = {0, 0, maxX, maxY};
-        return block;
-    }
-    for (std::size_t i = 0; i != count; ++i) {
-        clipped[i].x -= rect.left;
-        clipped[i].y -= rect.top;
-    }
-    return block;
+POINT PointWithin(const DibView& picture, const POINT& point) {
+    return {std::clamp<LONG>(point.x, 0, picture.width - 1), std::clamp<LONG>(point.y, 0, picture.height - 1)};
 }
 
 RECT RectWithin(const DibView& picture, const RECT& rect) {
-    const auto column = [&](LONG x) { return std::clamp<LONG>(x, 0, picture.width - 1); };
-    const auto row = [&](LONG y) { return std::clamp<LONG>(y, 0, picture.height - 1); };
-    const auto [left, right] = std::minmax({column(rect.left), column(rect.right)});
-    const auto [top, bottom] = std::minmax({row(rect.top), row(rect.bottom)});
-    return {left, top, right, bottom};
-}
-
-RECT ClipEllipseRect(const DibView& picture, const RECT& ellipse, bool inside, RECT& rect) {
-    const RECT clipped = RectWithin(picture, ellipse);
-    if (!inside) {
-        rect = {0, 0, picture.width - 1, picture.height - 1};
-        return clipped;
-    }
-    rect = clipped;
-    return {0, 0, clipped.right - clipped.left, clipped.bottom - clipped.top};
+    const POINT first = PointWithin(picture, {rect.left, rect.top});
+    const POINT second = PointWithin(picture, {rect.right, rect.bottom});
+    return {std::min(first.x, second.x), std::min(first.y, second.y), std::max(first.x, second.x),
+            std::max(first.y, second.y)};
 }
 
 namespace {

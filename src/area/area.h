@@ -5,8 +5,10 @@
 
 namespace qv8 {
 
-// The five area arguments of an export, with the rectangle by value.
+// What an export is to work on: the pictures that it is handed, and the five arguments that name an area of them, with
+// the rectangle by value.
 struct AreaArguments {
+    ImageSet target; // the mask counts where areaType asks for it only
     BYTE areaType;
     const POINT* points;
     int pointCount;
@@ -38,25 +40,25 @@ struct Area {
     LockedBlock maskMemory; // without a block for a caller's mask
 };
 
-// The rectangle with its corners moved to the nearest places inside the picture and its sides in order.
+// The point moved to the nearest place inside the picture; rows count from the top or the bottom alike.
+POINT PointWithin(const DibView& picture, const POINT& point);
+
+// The rectangle with its corners moved so and its sides in order.
 RECT RectWithin(const DibView& picture, const RECT& rect);
 
-// Resolves the area of a picture. Sets status 2, 3, 5 or 7 when it fails.
-bool ResolveArea(const DibView& picture, HGLOBAL hMask, const AreaArguments& arguments, Area& area);
+// Resolves the area of the target, which is open. Sets status 2, 3, 5 or 7 when it fails.
+bool ResolveArea(const DibView& picture, const AreaArguments& arguments, Area& area);
+
+// What an effect on an area begins with: OpenPicture of the target, the verdict on the effect's own parameters (status
+// 5 when they are bad, which tells of a bad picture first and of a bad area last), and ResolveArea.
+bool OpenArea(const AreaArguments& arguments, unsigned acceptFlags, bool parametersAreGood, Picture& picture,
+              Area& area);
 
 // Whether `mask` is a 1-bit picture of the picture's size; else sets status 7.
 bool IsMaskSizeOf(const DibView& picture, const DibView& mask);
 
 // Opens a mask of the picture's size; sets status 7 or 3.
 bool OpenMask(HGLOBAL hMask, const DibView& picture, Picture& mask);
-
-// Copies the points, each moved to the nearest place in 0..maxX, 0..maxY. `rect` becomes the bounding box in top-down
-// rows when `inside`, with the points relative to its corner, else the whole picture. Sets status 3 when it fails.
-LockedBlock ClipPolygon(const POINT* points, int pointCount, int maxX, int maxY, bool inside, RECT& rect);
-
-// Cuts the ellipse's rectangle to the picture and orders its sides into `rect`, or the whole picture unless `inside`.
-// Returns the rectangle to draw the ellipse with.
-RECT ClipEllipseRect(const DibView& picture, const RECT& ellipse, bool inside, RECT& rect);
 
 // The runs of pixels inside the area in one row, as use(column, count) from left to right.
 template <class Use>

@@ -6,41 +6,12 @@
 #include "qv8com.h"
 
 namespace qv8 {
-namespace {
-
-bool DrawShape(HGLOBAL mask, BYTE areaType, const POINT* points, int pointCount, const RECT& drawRect) {
-    switch (areaType) {
-    case QV8_AREA_POLYGON:
-        return DrawPolygonMask(mask, points, pointCount);
-    case QV8_AREA_ELLIPSE:
-        return DrawEllipseMask(mask, drawRect);
-    default:
-        return true;
-    }
-}
-
-} // namespace
-
 NewPicture NewMask(int width, int height) {
     NewPicture mask = CreateDib({1, width, height, 2}, InitialPixels::kZero);
     if (mask) {
         WriteGreyRamp(mask.Palette(), 2);
     }
     return mask;
-}
-
-GlobalBlock CreateAreaMask(int width, int height, BYTE areaType, const POINT* points, int pointCount,
-                           const RECT& drawRect, bool inside) {
-    NewPicture mask = NewMask(width, height);
-    if (!mask) {
-        return nullptr;
-    }
-    GlobalBlock result(mask.Release());
-    if (!DrawShape(result.get(), areaType, points, pointCount, drawRect) ||
-        (!inside && !InvertMask(result.get(), static_cast<std::size_t>(DibRowBytes(1, width))))) {
-        return Fail(QV8_STATUS_DIALOG);
-    }
-    return result;
 }
 
 bool DrawPolygonMask(HGLOBAL mask, const POINT* points, int pointCount) {

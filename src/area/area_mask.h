@@ -11,13 +11,8 @@ constexpr std::size_t kMaskHeaderBytes = 48;
 // An empty 1-bit picture, black (0) and white (1), of zeros. Sets status 3 when it fails.
 NewPicture NewMask(int width, int height);
 
-// A 1-bit picture, black (0) and white (1), with the shape drawn into it in top-down coordinates: the polygon through
-// `points` (area type 2), the ellipse in `drawRect` (3), or nothing. Unless `inside`, every bit is inverted then.
-// Returns an unlocked block; null with status 2 or 3 when it fails.
-GlobalBlock CreateAreaMask(int width, int height, BYTE areaType, const POINT* points, int pointCount,
-                           const RECT& drawRect, bool inside);
-
-// Draw into a mask made by CreateAreaMask. The ellipse leaves status 9 when the platform could not draw it, 0 else.
+// Draw into a mask that is not locked. False when it could not be drawn. The ellipse leaves status 9 when the platform
+// could not draw it, 0 else.
 bool DrawPolygonMask(HGLOBAL mask, const POINT* points, int pointCount);
 bool DrawEllipseMask(HGLOBAL mask, const RECT& rect);
 

@@ -130,7 +130,7 @@ bool OpenPictures(HGLOBAL baseImage, HGLOBAL layerImage, Picture& base, Picture&
 } // namespace
 
 HGLOBAL Layer(HGLOBAL baseImage, HGLOBAL layerImage, const LayerBlend& blend, const BYTE (&background)[3],
-              const LayerPlacement& placement, const Caller& caller) {
+              const LayerPlacement& placement, const Progress& progress) {
     Picture base;
     Picture layer;
     if (!OpenPictures(baseImage, layerImage, base, layer)) {
@@ -143,7 +143,7 @@ HGLOBAL Layer(HGLOBAL baseImage, HGLOBAL layerImage, const LayerBlend& blend, co
         return nullptr;
     }
     const int width = result.view.width;
-    const bool done = ForEachRow(result.view.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(result.view.height, progress, [&](int row) {
         ComposeRow(work, row, width, result.Row(row));
         ClearPadding(result.view, result.Row(row));
     });

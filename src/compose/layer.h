@@ -2,7 +2,7 @@
 #pragma once
 
 #include "compose/layer_kernels.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 #include "pixels/dib.h"
 
 namespace qv8 {
@@ -16,6 +16,6 @@ struct LayerPlacement {
 // A new 24-bit picture. `background` is blue, green, red. 0 with the status set when it fails: 7 for a zero handle, 4
 // for a picture that is not accepted.
 HGLOBAL Layer(HGLOBAL base, HGLOBAL layer, const LayerBlend& blend, const BYTE (&background)[3],
-              const LayerPlacement& placement, const Caller& caller);
+              const LayerPlacement& placement, const Progress& progress);
 
 } // namespace qv8

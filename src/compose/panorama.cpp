@@ -41,7 +41,7 @@ bool PlanJoin(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& opti
 
 } // namespace
 
-HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, const Caller& caller) {
+HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, const Progress& progress) {
     if (baseImage == nullptr || addedImage == nullptr) {
         return Fail(QV8_STATUS_PICTURE);
     }
@@ -53,14 +53,15 @@ HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOption
         return nullptr;
     }
     const PanoramaFit& fit = join.fit;
-    const ImageSet scaled = ResizePicture({addedImage, join.seam.get()}, fit.width, fit.height, true, {caller, 0, 50});
+    const ImageSet scaled =
+        ResizePicture({addedImage, join.seam.get()}, fit.width, fit.height, true, progress.Slice(0, 50));
     const GlobalBlock image(scaled.hImage);
     const GlobalBlock mask(scaled.hMask);
     if (!image) {
         return nullptr;
     }
     const PasteOptions paste = {fit.angle, false, false, 255, options.transparent, fit.x, fit.y, true};
-    return PasteImage(baseImage, scaled, paste, {caller, 50, 100});
+    return PasteImage(baseImage, scaled, paste, progress.Slice(50, 100));
 }
 
 } // namespace qv8

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "compose/paste.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
@@ -16,6 +16,6 @@ struct PanoramaOptions {
 };
 
 // A new 24-bit picture. 0 with status 1, 2, 3, 5 or 7 set when it fails.
-HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, const Caller& caller);
+HGLOBAL JoinPanorama(HGLOBAL baseImage, HGLOBAL addedImage, const PanoramaOptions& options, const Progress& progress);
 
 } // namespace qv8

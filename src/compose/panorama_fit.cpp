@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "area/area.h"
 #include "geometry/rotation_mapping.h"
 
 namespace qv8 {
@@ -47,11 +48,11 @@ double DegreesOf(const Segment& segment) {
 } // namespace
 
 Segment SegmentInside(const DibView& picture, POINT first, POINT second) {
-    const auto column = [&](LONG x) { return static_cast<int>(std::clamp<LONG>(x, 0, picture.width - 1)); };
-    const auto row = [&](LONG y) {
-        return picture.height - 1 - static_cast<int>(std::clamp<LONG>(y, 0, picture.height - 1));
-    };
-    return {column(first.x), row(first.y), column(second.x), row(second.y)};
+    const POINT from = PointWithin(picture, first);
+    const POINT to = PointWithin(picture, second);
+    const LONG top = picture.height - 1;
+    return {static_cast<int>(from.x), static_cast<int>(top - from.y), static_cast<int>(to.x),
+            static_cast<int>(top - to.y)};
 }
 
 PanoramaFit FitPanorama(const DibView& base, const Segment& onBase, const DibView& added, const Segment& onAdded) {

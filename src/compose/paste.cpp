@@ -18,7 +18,7 @@ struct Exchanged {
 };
 
 bool CopyWhole(const DibView& picture, NewPicture& copy) {
-    copy = DuplicateDib(picture, picture.width, picture.height, InitialPixels::kCopied);
+    copy = DuplicateDib(picture, InitialPixels::kCopied);
     return static_cast<bool>(copy);
 }
 
@@ -98,7 +98,7 @@ HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteO
     if (!MakePasting(base.view, image, mask, options, pasting)) {
         return nullptr;
     }
-    NewPicture result = DuplicateDib(base.view, base.view.width, base.view.height, InitialPixels::kUnwritten);
+    NewPicture result = DuplicateDib(base.view, InitialPixels::kUnwritten);
     return result && PasteRows(pasting, result, progress) ? result.Release() : nullptr;
 }
 

@@ -50,37 +50,21 @@ void TakeSamples(const Pasting& pasting, int count, Samples& samples, Copy copy)
     }
 }
 
-bool AllInside(const int* places, int count, int size) {
-    unsigned outside = 0;
-    for (int i = 0; i < count; ++i) {
-        outside |= static_cast<unsigned>(static_cast<unsigned>(places[i]) >= static_cast<unsigned>(size));
-    }
-    return outside == 0;
-}
-
 // Samples at places of which some may be outside: those are not seen.
 void TakeSamplesWithin(const Pasting& pasting, const int* columns, const int* rows, int count, Samples& samples) {
-    const DibView& picture = pasting.pasted.picture;
-    int columnsWithin[kPlaces];
-    int rowsWithin[kPlaces];
-    for (int i = 0; i < count; ++i) {
-        columnsWithin[i] = std::clamp(columns[i], 0, picture.width - 1);
-        rowsWithin[i] = std::clamp(rows[i], 0, picture.height - 1);
-    }
+    const ClampedPlaces places = ClampPlaces(pasting.pasted.picture, columns, rows, count);
     TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
-        unit.gather(from, columnsWithin, rowsWithin, count, result);
+        unit.gather(from, places.columns, places.rows, count, result);
     });
     for (int i = 0; i < count; ++i) {
-        const bool isInside = columns[i] == columnsWithin[i] && rows[i] == rowsWithin[i];
-        samples.isSeen[i] = isInside ? samples.isSeen[i] : 0;
+        samples.isSeen[i] = static_cast<BYTE>(samples.isSeen[i] & places.wereInside[i]);
     }
 }
 
 // Samples beside others. Where nothing is seen of them they get the base's colours.
 void TakeNeighbours(const Pasting& pasting, const int* columns, const int* rows, int count, const PlanarChunk& ground,
                     Samples& samples) {
-    const DibView& picture = pasting.pasted.picture;
-    if (AllInside(columns, count, picture.width) && AllInside(rows, count, picture.height)) {
+    if (AreInside(pasting.pasted.picture, columns, rows, count)) {
         TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
             unit.gather(from, columns, rows, count, result);
         });

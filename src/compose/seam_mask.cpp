@@ -73,7 +73,7 @@ bool FillFrom(HDC context, POINT corner) {
 } // namespace
 
 GlobalBlock CreateSeamMask(int width, int height, const Segment& points, SeamSide side) {
-    GlobalBlock mask = CreateAreaMask(width, height, QV8_AREA_MASK, nullptr, 0, {}, true);
+    GlobalBlock mask(NewMask(width, height).Release());
     if (!mask) {
         return nullptr;
     }

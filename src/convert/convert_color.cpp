@@ -57,7 +57,7 @@ NewPicture NewConverted(const DibView& source, int depth, std::uint32_t paletteS
 }
 
 HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dither, BYTE threshold,
-                     const Caller& caller) {
+                     const Progress& progress) {
     if (image == nullptr) {
         return nullptr;
     }
@@ -75,12 +75,12 @@ HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dithe
         return nullptr;
     }
     if (sourceDepth <= BitsOfDepth(depth)) {
-        return Expand(source.view, depth, Progress{caller});
+        return Expand(source.view, depth, progress);
     }
     if (!LayoutOfDepth(BitsOfDepth(depth))->IsIndexed()) {
-        return ReduceDirectly(source.view, depth, Progress{caller});
+        return ReduceDirectly(source.view, depth, progress);
     }
-    return ReduceColours(source.view, {depth, fixedPalette, dither, threshold}, caller);
+    return ReduceColours(source.view, {depth, fixedPalette, dither, threshold}, progress);
 }
 
 } // namespace qv8

@@ -8,7 +8,7 @@ namespace qv8 {
 
 // The worker of QV8ConvertColor. A zero handle returns 0 before any status is set.
 HGLOBAL ConvertColor(HGLOBAL image, WORD bitDepth, bool fixedPalette, bool dither, BYTE threshold,
-                     const Caller& caller);
+                     const Progress& progress);
 
 // Bits per pixel of a target depth, which may be QV8_DEPTH_GREY.
 constexpr int BitsOfDepth(int depth) {

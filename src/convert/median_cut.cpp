@@ -89,8 +89,7 @@ std::pair<CellBox, CellBox> Split(const Histogram& histogram, CellBox box) {
 
 // Splits the box of all cells into `boxCount` ones, a power of two, by halving all boxes over and over. False when
 // cancelled.
-bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, const Caller& caller) {
-    const Progress progress{caller, 30, 60};
+bool SplitAll(const Histogram& histogram, int boxCount, CellBox* boxes, const Progress& progress) {
     constexpr BYTE kLast = kCellLevels - 1;
     boxes[0] = {{0, 0, 0}, {kLast, kLast, kLast}};
     int split = 0;
@@ -131,12 +130,12 @@ void MarkCells(const CellBox& box, int index, BYTE* inverseMap) {
 
 } // namespace
 
-bool CutMedian(const Histogram& histogram, int boxCount, RGBQUAD* palette, BYTE* inverseMap, const Caller& caller) {
+bool CutMedian(const Histogram& histogram, int boxCount, RGBQUAD* palette, BYTE* inverseMap, const Progress& progress) {
     CellBox boxes[kMaxBoxes];
-    if (!SplitAll(histogram, boxCount, boxes, caller)) {
+    if (!SplitAll(histogram, boxCount, boxes, progress.Slice(30, 60))) {
         return false;
     }
-    const Progress progress{caller, 60, 70};
+    const Progress rest = progress.Slice(60, 70);
     for (int i = 0; i != boxCount; ++i) {
         const CellBox& box = boxes[i];
         MarkCells(box, i, inverseMap);
@@ -145,7 +144,7 @@ bool CutMedian(const Histogram& histogram, int boxCount, RGBQUAD* palette, BYTE*
             values[axis] = ValueOf(MedianLevel(histogram, box, axis), box.high[axis]);
         }
         palette[i] = {values[0], values[1], values[2], 0};
-        if (!progress.Report(i, boxCount - 1)) {
+        if (!rest.Report(i, boxCount - 1)) {
             return false;
         }
     }

@@ -43,10 +43,10 @@ void SortCells(Cell* cells) {
 
 } // namespace
 
-bool PickPopular(const ColourReader& reader, const PlanarRow& rowBuffer, RGBQUAD* palette, const Caller& caller) {
+bool PickPopular(const ColourReader& reader, const PlanarRow& rowBuffer, RGBQUAD* palette, const Progress& progress) {
     Cell cells[kCellCount] = {};
     const int width = reader.picture.width;
-    const bool done = ForEachRow(reader.picture.height, Progress{caller, 0, 10}, [&](int row) {
+    const bool done = ForEachRow(reader.picture.height, progress.Slice(0, 10), [&](int row) {
         ReadColours(reader, row, 0, width, rowBuffer);
         for (int i = 0; i != width; ++i) {
             const RGBQUAD colour = {rowBuffer.blue[i], rowBuffer.green[i], rowBuffer.red[i], 0};

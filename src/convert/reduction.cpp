@@ -18,8 +18,8 @@ struct InverseMap {
 };
 
 bool FindBoxes(const ColourReader& reader, const MappingRows& rows, const NewPicture& result, InverseMap& inverseMap,
-               const Caller& caller) {
-    const Histogram histogram = CountColours(reader, rows.colours, Progress{caller, 0, 30});
+               const Progress& progress) {
+    const Histogram histogram = CountColours(reader, rows.colours, progress.Slice(0, 30));
     if (!histogram.block) {
         return false;
     }
@@ -29,7 +29,7 @@ bool FindBoxes(const ColourReader& reader, const MappingRows& rows, const NewPic
         return false;
     }
     return CutMedian(histogram, static_cast<int>(result.view.paletteSize), result.Palette(),
-                     inverseMap.block.As<BYTE>(), caller);
+                     inverseMap.block.As<BYTE>(), progress);
 }
 
 ChooseBy ChoiceFor(const ReductionOptions& options) {
@@ -45,7 +45,7 @@ ChooseBy ChoiceFor(const ReductionOptions& options) {
 
 // Makes the colour table, then maps the pixels over the rest of the progress.
 bool ReduceInto(const DibView& source, const ReductionOptions& options, const NewPicture& result,
-                const Caller& caller) {
+                const Progress& progress) {
     MappingRows rows = AllocateMappingRows(source.width);
     if (!rows.block) {
         return false;
@@ -57,28 +57,28 @@ bool ReduceInto(const DibView& source, const ReductionOptions& options, const Ne
         WriteFixedPalette(options.depth, result.Palette());
     } else if (source.IsPaletted()) {
         mapFrom = 10;
-        if (!PickPopular(reader, rows.colours, result.Palette(), caller)) {
+        if (!PickPopular(reader, rows.colours, result.Palette(), progress)) {
             return false;
         }
     } else {
         mapFrom = 70;
-        if (!FindBoxes(reader, rows, result, inverseMap, caller)) {
+        if (!FindBoxes(reader, rows, result, inverseMap, progress)) {
             return false;
         }
     }
     const Mapping mapping = {ChoiceFor(options), options.threshold, inverseMap.block.As<BYTE>(), options.dither,
                              options.fixedPalette};
-    return MapColours(reader, mapping, rows, result, Progress{caller, mapFrom, 100});
+    return MapColours(reader, mapping, rows, result, progress.Slice(mapFrom, 100));
 }
 
-HGLOBAL ReduceToGrey(const DibView& source, const Caller& caller) {
+HGLOBAL ReduceToGrey(const DibView& source, const Progress& progress) {
     NewPicture result = NewConverted(source, QV8_DEPTH_GREY, 256, 0, InitialPixels::kZero);
     if (!result) {
         return nullptr;
     }
     WriteGreyRamp(result.Palette(), 256);
     const ColourReader reader = MakeColourReader(source);
-    const bool done = ForEachRow(source.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(source.height, progress, [&](int row) {
         ForEachChunk(source.width, [&](int start, int count) {
             PlanarChunk chunk;
             ReadColours(reader, row, start, count, chunk.Row());
@@ -90,16 +90,16 @@ HGLOBAL ReduceToGrey(const DibView& source, const Caller& caller) {
 
 } // namespace
 
-HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, const Caller& caller) {
+HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, const Progress& progress) {
     if (options.depth == QV8_DEPTH_GREY) {
-        return ReduceToGrey(source, caller);
+        return ReduceToGrey(source, progress);
     }
     ReductionOptions own = options;
     own.fixedPalette = options.fixedPalette || options.depth == 1;
     const bool is216 = own.depth == 8 && own.fixedPalette;
     const std::uint32_t paletteSize = is216 ? kMostFixedColours : 1U << own.depth;
     NewPicture result = NewConverted(source, own.depth, paletteSize, is216 ? paletteSize : 0, InitialPixels::kZero);
-    return result && ReduceInto(source, own, result, caller) ? result.Release() : nullptr;
+    return result && ReduceInto(source, own, result, progress) ? result.Release() : nullptr;
 }
 
 } // namespace qv8

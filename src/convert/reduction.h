@@ -14,6 +14,6 @@ struct ReductionOptions {
 };
 
 // Returns a new picture, or 0 with its status set.
-HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, const Caller& caller);
+HGLOBAL ReduceColours(const DibView& source, const ReductionOptions& options, const Progress& progress);
 
 } // namespace qv8

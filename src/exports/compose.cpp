@@ -4,7 +4,7 @@
 #include "compose/paste.h"
 #include "exports/entry.h"
 
-using qv8::Caller;
+using qv8::Progress;
 using qv8::RunFramed;
 
 extern "C" {
@@ -18,8 +18,8 @@ QV8_ENTRY HGLOBAL QV8API QV8Layer(HGLOBAL base, HGLOBAL layer, DWORD opacity, DW
         {static_cast<BYTE>(transparentBlue), static_cast<BYTE>(transparentGreen), static_cast<BYTE>(transparentRed)}};
     const BYTE background[] = {static_cast<BYTE>(backgroundBlue), static_cast<BYTE>(backgroundGreen),
                                static_cast<BYTE>(backgroundRed)};
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
-        return qv8::Layer(base, layer, blend, background, {x, y, clipToBase != 0}, caller);
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
+        return qv8::Layer(base, layer, blend, background, {x, y, clipToBase != 0}, progress);
     });
 }
 
@@ -27,7 +27,7 @@ QV8_ENTRY HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LON
                                        DWORD opacity, const BYTE* transparentRed, const BYTE* transparentGreen,
                                        const BYTE* transparentBlue, LONG x, LONG y, DWORD sampling, DWORD progressOwner,
                                        DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
         const qv8::PasteOptions options = {static_cast<int>(angle),
                                            mirror != 0,
                                            flip != 0,
@@ -36,7 +36,7 @@ QV8_ENTRY HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LON
                                            static_cast<int>(x),
                                            static_cast<int>(y),
                                            sampling == 0};
-        return qv8::PasteImage(base, qv8::ImagesOf(pasted), options, {caller});
+        return qv8::PasteImage(base, qv8::ImagesOf(pasted), options, progress);
     });
 }
 
@@ -44,7 +44,7 @@ QV8_ENTRY HGLOBAL QV8API QV8Panorama(HGLOBAL base, HGLOBAL added, DWORD seamMode
                                      LONG a2y, LONG b1x, LONG b1y, LONG b2x, LONG b2y, const BYTE* transparentRed,
                                      const BYTE* transparentGreen, const BYTE* transparentBlue, DWORD progressOwner,
                                      DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
         const qv8::PanoramaOptions options = {
             static_cast<BYTE>(seamMode),
             {a1x, a1y},
@@ -52,7 +52,7 @@ QV8_ENTRY HGLOBAL QV8API QV8Panorama(HGLOBAL base, HGLOBAL added, DWORD seamMode
             {b1x, b1y},
             {b2x, b2y},
             qv8::TransparentColourAt(transparentRed, transparentGreen, transparentBlue)};
-        return qv8::JoinPanorama(base, added, options, caller);
+        return qv8::JoinPanorama(base, added, options, progress);
     });
 }
 

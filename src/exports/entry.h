@@ -3,7 +3,7 @@
 
 #include "area/area.h"
 #include "frame/call_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 // Callers align the stack to 4 bytes only, our code wants 16.
 #ifdef __i386__
@@ -18,8 +18,16 @@ inline ImageSet ImagesOf(const ImageSet* target) {
     return target != nullptr ? *target : ImageSet{nullptr, nullptr};
 }
 
-inline AreaArguments AreaOf(DWORD areaType, const POINT* points, int pointCount, const RECT* rect, BOOL inside) {
-    return {static_cast<BYTE>(areaType), points, pointCount, rect != nullptr ? *rect : RECT{0, 0, 0, 0}, inside != 0};
+inline AreaArguments AreaOf(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
+                            const RECT* rect, BOOL inside) {
+    return {
+        ImagesOf(target), static_cast<BYTE>(areaType), points, pointCount, rect != nullptr ? *rect : RECT{0, 0, 0, 0},
+        inside != 0};
+}
+inline AreaArguments AreaOf(HGLOBAL image, DWORD areaType, const POINT* points, int pointCount, const RECT* rect,
+                            BOOL inside) {
+    const ImageSet target = {image, nullptr};
+    return AreaOf(&target, areaType, points, pointCount, rect, inside);
 }
 
 // A colour whose parts come as low bytes.

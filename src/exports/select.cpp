@@ -4,8 +4,8 @@
 #include "select/select_image.h"
 
 using qv8::AreaOf;
-using qv8::Caller;
 using qv8::ColourOf;
+using qv8::Progress;
 using qv8::RunFramed;
 using qv8::RunFramedInto;
 using qv8::UnopenedPair;
@@ -15,9 +15,9 @@ extern "C" {
 QV8_ENTRY ImageSet QV8API QV8SelectImage(HGLOBAL image, DWORD areaType, const POINT* points, int pointCount,
                                          const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
-        return qv8::SelectImage(image, AreaOf(areaType, points, pointCount, rect, inside), ColourOf(red, green, blue),
-                                caller);
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
+        return qv8::SelectImage(AreaOf(image, areaType, points, pointCount, rect, inside), ColourOf(red, green, blue),
+                                progress);
     });
 }
 
@@ -26,9 +26,9 @@ QV8_ENTRY BOOL QV8API QV8SelectImageEx(HGLOBAL image, ImageSet* result, DWORD ar
                                        DWORD blue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                        DWORD_PTR dialog3) {
     return RunFramedInto(result, UnopenedPair::kIsCleared, progressOwner, {dialog1, dialog2, dialog3},
-                         [&](const Caller& caller) {
-                             return qv8::SelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
-                                                     ColourOf(red, green, blue), caller);
+                         [&](const Progress& progress) {
+                             return qv8::SelectImage(AreaOf(image, areaType, points, pointCount, rect, inside),
+                                                     ColourOf(red, green, blue), progress);
                          });
 }
 
@@ -36,10 +36,10 @@ QV8_ENTRY ImageSet QV8API QV8AutoSelectImage(HGLOBAL image, DWORD areaType, cons
                                              const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
                                              DWORD matchMode, DWORD tolerance, DWORD progressOwner, DWORD_PTR dialog1,
                                              DWORD_PTR dialog2, DWORD_PTR dialog3) {
-    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Caller& caller) {
-        return qv8::AutoSelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
+    return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
+        return qv8::AutoSelectImage(AreaOf(image, areaType, points, pointCount, rect, inside),
                                     ColourOf(red, green, blue), static_cast<BYTE>(matchMode),
-                                    static_cast<BYTE>(tolerance), caller);
+                                    static_cast<BYTE>(tolerance), progress);
     });
 }
 
@@ -48,10 +48,10 @@ QV8_ENTRY BOOL QV8API QV8AutoSelectImageEx(HGLOBAL image, ImageSet* result, DWOR
                                            DWORD blue, DWORD matchMode, DWORD tolerance, DWORD progressOwner,
                                            DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
     return RunFramedInto(result, UnopenedPair::kIsCleared, progressOwner, {dialog1, dialog2, dialog3},
-                         [&](const Caller& caller) {
-                             return qv8::AutoSelectImage(image, AreaOf(areaType, points, pointCount, rect, inside),
+                         [&](const Progress& progress) {
+                             return qv8::AutoSelectImage(AreaOf(image, areaType, points, pointCount, rect, inside),
                                                          ColourOf(red, green, blue), static_cast<BYTE>(matchMode),
-                                                         static_cast<BYTE>(tolerance), caller);
+                                                         static_cast<BYTE>(tolerance), progress);
                          });
 }
 

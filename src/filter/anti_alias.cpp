@@ -22,11 +22,11 @@ void MeansAround(const void* /*context*/, const FilterRow& at, Plane plane, int 
 
 } // namespace
 
-HGLOBAL AntiAlias(const ImageSet& target, const AreaArguments& area, const Caller& caller) {
+HGLOBAL AntiAlias(const AreaArguments& area, const Progress& progress) {
     Filter filter;
     filter.reach = 1;
     filter.filterSamples = MeansAround;
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
 } // namespace qv8

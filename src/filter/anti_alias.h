@@ -2,11 +2,11 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
 // QV8AntiAlias. Returns a new picture, or 0 with its status set.
-HGLOBAL AntiAlias(const ImageSet& target, const AreaArguments& area, const Caller& caller);
+HGLOBAL AntiAlias(const AreaArguments& area, const Progress& progress);
 
 } // namespace qv8

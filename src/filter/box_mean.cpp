@@ -95,14 +95,14 @@ void MeanSamples(const void* context, const FilterRow& at, Plane plane, int begi
 
 } // namespace
 
-HGLOBAL Shade(const ImageSet& target, const AreaArguments& area, BYTE radius, const Caller& caller) {
+HGLOBAL Shade(const AreaArguments& area, BYTE radius, const Progress& progress) {
     BoxMean box = {std::clamp<int>(radius, 1, kMaxRadius)};
     Filter filter;
     filter.reach = box.radius + 1; // the row that leaves the box is still there
     filter.context = &box;
     filter.filterSamples = MeanSamples;
     filter.scratchBytes = sizeof(WORD) + sizeof(DWORD);
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
 } // namespace qv8

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
 // QV8Shade. Returns a new picture, or 0 with its status set.
-HGLOBAL Shade(const ImageSet& target, const AreaArguments& area, BYTE radius, const Caller& caller);
+HGLOBAL Shade(const AreaArguments& area, BYTE radius, const Progress& progress);
 
 } // namespace qv8

@@ -54,8 +54,8 @@ void Convolve(const void* context, const FilterRow& at, Plane plane, int begin, 
     }
 }
 
-HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset,
-                     bool red, bool green, bool blue, const Caller& caller) {
+HGLOBAL CustomFilter(const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset, bool red, bool green,
+                     bool blue, const Progress& progress) {
     Convolution convolution;
     Filter filter;
     filter.valid = kernel != nullptr && divisor != 0;
@@ -68,11 +68,10 @@ HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LO
     filter.channels[kBlue] = blue;
     filter.channels[kGreen] = green;
     filter.channels[kRed] = red;
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
-HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction, BYTE depth, BYTE base,
-               const Caller& caller) {
+HGLOBAL Emboss(const AreaArguments& area, BYTE direction, BYTE depth, BYTE base, const Progress& progress) {
     Convolution convolution;
     Filter filter;
     filter.valid = direction < std::size(kRelief);
@@ -82,7 +81,7 @@ HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction
     filter.reach = 1;
     filter.context = &convolution;
     filter.filterSamples = Convolve;
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
 } // namespace qv8

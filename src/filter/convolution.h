@@ -2,7 +2,7 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
@@ -32,11 +32,10 @@ Convolution MakeConvolution(const LONG* kernel, int side, int divisor, int offse
 void Convolve(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
 
 // QV8CustomFilter. Returns a new picture, or 0 with its status set.
-HGLOBAL CustomFilter(const ImageSet& target, const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset,
-                     bool red, bool green, bool blue, const Caller& caller);
+HGLOBAL CustomFilter(const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset, bool red, bool green,
+                     bool blue, const Progress& progress);
 
 // QV8Emboss.
-HGLOBAL Emboss(const ImageSet& target, const AreaArguments& area, BYTE direction, BYTE depth, BYTE base,
-               const Caller& caller);
+HGLOBAL Emboss(const AreaArguments& area, BYTE direction, BYTE depth, BYTE base, const Progress& progress);
 
 } // namespace qv8

@@ -84,8 +84,8 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
     }
 }
 
-HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter, const Caller& caller) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
+HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter, const Progress& progress) {
+    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -101,25 +101,18 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
         CopyUnused(call.ring.format, sourcePixels, resultPixels, count);
         WriteRun(source, call, row, column, count, resultPixels);
     };
-    return WriteArea(source, area, result, {caller}, write) ? result.Release() : nullptr;
+    return WriteArea(source, area, result, progress, write) ? result.Release() : nullptr;
 }
 
 } // namespace
 
-HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, const Filter& filter,
-                    const Caller& caller) {
+HGLOBAL ApplyFilter(const AreaArguments& areaArguments, const Filter& filter, const Progress& progress) {
     Picture source;
-    if (!OpenPicture(target.hImage, kAcceptGreyOrTrueColour, source)) {
-        return nullptr;
-    }
-    if (!filter.valid) {
-        return Fail(QV8_STATUS_PARAMETER);
-    }
     Area area;
-    if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {
+    if (!OpenArea(areaArguments, kAcceptGreyOrTrueColour, filter.valid, source, area)) {
         return nullptr;
     }
-    return FilterArea(source.view, area, filter, caller);
+    return FilterArea(source.view, area, filter, progress);
 }
 
 } // namespace qv8

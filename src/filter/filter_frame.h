@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "area/area.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 #include "pixels/pixel_format.h"
 
 namespace qv8 {
@@ -63,7 +63,6 @@ struct Filter {
 };
 
 // Filters the area of a grey ramp or true-colour picture. Returns a new picture, or 0 with its status set.
-HGLOBAL ApplyFilter(const ImageSet& target, const AreaArguments& areaArguments, const Filter& filter,
-                    const Caller& caller);
+HGLOBAL ApplyFilter(const AreaArguments& areaArguments, const Filter& filter, const Progress& progress);
 
 } // namespace qv8

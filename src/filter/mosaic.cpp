@@ -228,8 +228,8 @@ BlockRow LayBlocks(const DibView& source, const WorkRect& rect, int blockWidth) 
     return result;
 }
 
-HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int blockHeight, const Caller& caller) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
+HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int blockHeight, const Progress& progress) {
+    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
@@ -239,23 +239,21 @@ HGLOBAL MosaicArea(const DibView& source, const Area& area, int blockWidth, int 
         (source.IsPaletted() && !MakeNearestColours(source, call.nearest))) {
         return nullptr;
     }
-    return PaintBlocks(call, blockHeight, {caller}) ? result.Release() : nullptr;
+    return PaintBlocks(call, blockHeight, progress) ? result.Release() : nullptr;
 }
 
 } // namespace
 
-HGLOBAL Mosaic(const ImageSet& target, const AreaArguments& areaArguments, int blockWidth, int blockHeight,
-               const Caller& caller) {
-    if (target.hImage != nullptr && blockWidth < 2 && blockHeight < 2) {
+HGLOBAL Mosaic(const AreaArguments& areaArguments, int blockWidth, int blockHeight, const Progress& progress) {
+    if (areaArguments.target.hImage != nullptr && blockWidth < 2 && blockHeight < 2) {
         return Fail(QV8_STATUS_PARAMETER);
     }
     Picture source;
     Area area;
-    if (!OpenPicture(target.hImage, kAcceptAll, source) ||
-        !ResolveArea(source.view, target.hMask, areaArguments, area)) {
+    if (!OpenArea(areaArguments, kAcceptAll, true, source, area)) {
         return nullptr;
     }
-    return MosaicArea(source.view, area, std::max(blockWidth, 1), std::max(blockHeight, 1), caller);
+    return MosaicArea(source.view, area, std::max(blockWidth, 1), std::max(blockHeight, 1), progress);
 }
 
 } // namespace qv8

@@ -37,8 +37,7 @@ OutlineKernels::Gradient GradientOf(BYTE edgeOperator) {
 
 } // namespace
 
-HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain,
-                const Caller& caller) {
+HGLOBAL Outline(const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain, const Progress& progress) {
     Filter filter;
     filter.valid = channel < std::size(kChannels);
     const Edges edges = {filter.valid ? kChannels[channel] : kLuminance, GradientOf(edgeOperator),
@@ -48,7 +47,7 @@ HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel,
     filter.filterPixels = OutlinePixels;
     filter.result = Filter::Result::kGrey;
     filter.wantsLuminance = edges.plane == kLuminance;
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
 } // namespace qv8

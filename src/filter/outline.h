@@ -2,12 +2,11 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
 // QV8Outline. Returns a new picture, or 0 with its status set.
-HGLOBAL Outline(const ImageSet& target, const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain,
-                const Caller& caller);
+HGLOBAL Outline(const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain, const Progress& progress);
 
 } // namespace qv8

@@ -105,15 +105,14 @@ void MedianPixels(const void* /*context*/, const FilterRow& at, int begin, int e
 
 // --- Neither ---------------------------------------------------------------------------------------------------------
 
-HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments, const Caller& caller) {
+HGLOBAL CopyUnchanged(const AreaArguments& areaArguments, const Progress& progress) {
     Picture source;
     Area area;
-    if (!OpenPicture(target.hImage, kAcceptGreyOrTrueColour, source) ||
-        !ResolveArea(source.view, target.hMask, areaArguments, area)) {
+    if (!OpenArea(areaArguments, kAcceptGreyOrTrueColour, true, source, area)) {
         return nullptr;
     }
-    NewPicture result = DuplicateDib(source.view, source.view.width, source.view.height, InitialPixels::kCopied);
-    if (!result || !ForEachRow(area.rect.Height(), {caller}, [](int /*row*/) {})) {
+    NewPicture result = DuplicateDib(source.view, InitialPixels::kCopied);
+    if (!result || !ForEachRow(area.rect.Height(), progress, [](int /*row*/) {})) {
         return nullptr;
     }
     return result.Release();
@@ -121,10 +120,9 @@ HGLOBAL CopyUnchanged(const ImageSet& target, const AreaArguments& areaArguments
 
 } // namespace
 
-HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode, BYTE sensitivity,
-                    const Caller& caller) {
+HGLOBAL RemoveNoise(const AreaArguments& area, BYTE mode, BYTE sensitivity, const Progress& progress) {
     if (mode != kByLuminance && mode != kByChannel) {
-        return CopyUnchanged(target, area, caller);
+        return CopyUnchanged(area, progress);
     }
     const int threshold = 255 - sensitivity;
     Filter filter;
@@ -137,7 +135,7 @@ HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode
         filter.wantsLuminance = true;
         filter.result = Filter::Result::kNeighbour;
     }
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
 } // namespace qv8

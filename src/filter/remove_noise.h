@@ -2,12 +2,11 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
 // QV8RemoveNoise. Returns a new picture, or 0 with its status set.
-HGLOBAL RemoveNoise(const ImageSet& target, const AreaArguments& area, BYTE mode, BYTE sensitivity,
-                    const Caller& caller);
+HGLOBAL RemoveNoise(const AreaArguments& area, BYTE mode, BYTE sensitivity, const Progress& progress);
 
 } // namespace qv8

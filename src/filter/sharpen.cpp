@@ -66,7 +66,7 @@ void SharpenPixels(const void* context, const FilterRow& at, int begin, int end,
 
 } // namespace
 
-HGLOBAL Sharpen(const ImageSet& target, const AreaArguments& area, BYTE strength, const Caller& caller) {
+HGLOBAL Sharpen(const AreaArguments& area, BYTE strength, const Progress& progress) {
     const auto factor = static_cast<float>(std::min<int>(strength, kMaxStrength) * 3.0 / 100.0);
     Filter filter;
     filter.reach = 1;
@@ -74,7 +74,7 @@ HGLOBAL Sharpen(const ImageSet& target, const AreaArguments& area, BYTE strength
     filter.filterPixels = SharpenPixels;
     filter.wantsLuminance = true;
     filter.scratchBytes = sizeof(short);
-    return ApplyFilter(target, area, filter, caller);
+    return ApplyFilter(area, filter, progress);
 }
 
 } // namespace qv8

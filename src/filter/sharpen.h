@@ -2,11 +2,11 @@
 #pragma once
 
 #include "filter/filter_frame.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
 // QV8Sharp. Returns a new picture, or 0 with its status set.
-HGLOBAL Sharpen(const ImageSet& target, const AreaArguments& area, BYTE strength, const Caller& caller);
+HGLOBAL Sharpen(const AreaArguments& area, BYTE strength, const Progress& progress);
 
 } // namespace qv8

@@ -25,13 +25,13 @@ inline bool Succeeded(const ImageSet& result) {
 template <class Work>
 [[gnu::noinline]] auto RunInOwnState(DWORD progressOwner, const Work& work) {
     HostState state;
-    return work(Caller{progressOwner, &state});
+    return work(Progress{{progressOwner, &state}});
 }
 
-// Runs work(caller) and returns its result, an empty one when the dialog does not open. Sets status 0 on success, 2
+// Runs work(progress) and returns its result, an empty one when the dialog does not open. Sets status 0 on success, 2
 // without the dialog; any other status is the worker's.
 template <class Work>
-auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, const Work& work) -> decltype(work(Caller())) {
+auto RunFramed(DWORD progressOwner, const DialogArguments& dialog, const Work& work) -> decltype(work(Progress())) {
     const bool ownDialog = progressOwner == 0;
     if (ownDialog && PercentDlgOpen(dialog.first, dialog.second, dialog.third) == 0) {
         SetErrorStatus(QV8_STATUS_DIALOG);
@@ -56,13 +56,13 @@ template <class Work>
 BOOL RunFramedInto(ImageSet* result, UnopenedPair unopened, DWORD progressOwner, const DialogArguments& dialog,
                    const Work& work) {
     bool hasRun = false;
-    const BOOL succeeded = RunFramed(progressOwner, dialog, [&](const Caller& caller) -> BOOL {
+    const BOOL succeeded = RunFramed(progressOwner, dialog, [&](const Progress& progress) -> BOOL {
         hasRun = true;
         if (result == nullptr) {
             SetErrorStatus(QV8_STATUS_PARAMETER);
             return FALSE;
         }
-        *result = work(caller);
+        *result = work(progress);
         return Succeeded(*result) ? TRUE : FALSE;
     });
     if (!hasRun && result != nullptr && unopened == UnopenedPair::kIsCleared) {

@@ -13,6 +13,11 @@ struct Progress {
     int fromPercent = 0;
     int toPercent = 100;
 
+    // For a step that takes the whole from one percentage to another.
+    Progress Slice(int from, int to) const {
+        return {caller, from, to};
+    }
+
     // Tells that step `current` of `last` (both from 0) is done. False when the call is to be cancelled; the status is
     // set then, and the worker returns 0.
     bool Report(int current, int last) const {

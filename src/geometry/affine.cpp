@@ -87,7 +87,7 @@ HGLOBAL StraightenPicture(HGLOBAL image, const POINT* corners, const Progress& p
         return nullptr;
     }
     const DibView& source = picture.view;
-    const Corners sorted = CornersOf(corners, source.width, source.height);
+    const Corners sorted = CornersOf(corners, source);
     const UprightSize size = SizeBetween(sorted);
     NewPicture result = DuplicateDib(source, size.width, size.height, InitialPixels::kZero);
     if (!result) {

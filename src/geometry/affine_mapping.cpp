@@ -4,13 +4,14 @@
 #include <cmath>
 #include <utility>
 
+#include "area/area.h"
+
 namespace qv8 {
 
-Corners CornersOf(const POINT* points, int pictureWidth, int pictureHeight) {
+Corners CornersOf(const POINT* points, const DibView& picture) {
     POINT sorted[4] = {};
     for (int i = 0; i < 4; ++i) {
-        const POINT point = {std::clamp<LONG>(points[i].x, 0, pictureWidth - 1),
-                             std::clamp<LONG>(points[i].y, 0, pictureHeight - 1)};
+        const POINT point = PointWithin(picture, points[i]);
         int place = i; // behind all that are not right of it: equal columns keep their order
         for (; place > 0 && sorted[place - 1].x > point.x; --place) {
             sorted[place] = sorted[place - 1];

@@ -2,7 +2,7 @@
 // in double precision, in the order written, so that every build puts the same pixels in the same places.
 #pragma once
 
-#include "platform/platform.h"
+#include "pixels/dib.h"
 
 namespace qv8 {
 
@@ -14,8 +14,8 @@ struct Corners {
     POINT lowerRight;
 };
 
-// `points` are four in any order; those outside a picture of this size are moved to its edge.
-Corners CornersOf(const POINT* points, int pictureWidth, int pictureHeight);
+// `points` are four in any order; those outside the picture are moved to its edge.
+Corners CornersOf(const POINT* points, const DibView& picture);
 
 // The largest upright rectangle between the edges; its sides are below 1 when there is none.
 struct UprightSize {

@@ -13,18 +13,6 @@ struct Channels {
     }
 };
 
-bool IsOutside(int place, int size) {
-    return static_cast<unsigned>(place) >= static_cast<unsigned>(size);
-}
-
-bool AllInside(const int* places, int count, int size) {
-    unsigned outside = 0;
-    for (int i = 0; i < count; ++i) {
-        outside |= static_cast<unsigned>(IsOutside(places[i], size));
-    }
-    return outside == 0;
-}
-
 void CopyChannels(const Blending& blending, const TurnedPicture& picture, const int* columns, const int* rows,
                   int count, Channels& channels) {
     BYTE pixels[kPlaces * 4];
@@ -35,16 +23,10 @@ void CopyChannels(const Blending& blending, const TurnedPicture& picture, const 
 // The same where places may be outside: those count as background.
 void CopyChannelsWithin(const Blending& blending, const TurnedPicture& picture, const int* columns, const int* rows,
                         int count, Channels& channels) {
-    const DibView& source = picture.source;
-    int columnsWithin[kPlaces] = {};
-    int rowsWithin[kPlaces] = {};
+    const ClampedPlaces places = ClampPlaces(picture.source, columns, rows, count);
+    CopyChannels(blending, picture, places.columns, places.rows, count, channels);
     for (int i = 0; i < count; ++i) {
-        columnsWithin[i] = std::clamp(columns[i], 0, source.width - 1);
-        rowsWithin[i] = std::clamp(rows[i], 0, source.height - 1);
-    }
-    CopyChannels(blending, picture, columnsWithin, rowsWithin, count, channels);
-    for (int i = 0; i < count; ++i) {
-        if (IsOutside(columns[i], source.width) || IsOutside(rows[i], source.height)) {
+        if (places.wereInside[i] == 0) {
             channels.blue[i] = blending.background.rgbBlue;
             channels.green[i] = blending.background.rgbGreen;
             channels.red[i] = blending.background.rgbRed;
@@ -66,10 +48,8 @@ Blending BlendingOf(const TurnedPicture& picture, const RGBQUAD& background) {
 
 void BlendPixels(const Blending& blending, const TurnedPicture& picture, const Places& places, int count,
                  BYTE* result) {
-    const DibView& source = picture.source;
-    const bool isInside =
-        AllInside(places.nextColumns, count, source.width) && AllInside(places.nextRows, count, source.height);
-    const auto copyNeighbours = isInside ? CopyChannels : CopyChannelsWithin;
+    const auto copyNeighbours =
+        AreInside(picture.source, places.nextColumns, places.nextRows, count) ? CopyChannels : CopyChannelsWithin;
     Channels pixel;
     Channels beside;
     Channels above;
@@ -85,6 +65,25 @@ void BlendPixels(const Blending& blending, const TurnedPicture& picture, const P
         blend(places, pixel.red, beside.red, above.red, diagonal.red, count, pixel.red);
     }
     blending.format.Encode(pixel.Row(), result, count);
+}
+
+bool AreInside(const DibView& picture, const int* columns, const int* rows, int count) {
+    unsigned outside = 0;
+    for (int i = 0; i < count; ++i) { // without a branch, so that it becomes vectors
+        outside |= static_cast<unsigned>(static_cast<unsigned>(columns[i]) >= static_cast<unsigned>(picture.width));
+        outside |= static_cast<unsigned>(static_cast<unsigned>(rows[i]) >= static_cast<unsigned>(picture.height));
+    }
+    return outside == 0;
+}
+
+ClampedPlaces ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count) {
+    ClampedPlaces places = {};
+    for (int i = 0; i < count; ++i) {
+        places.columns[i] = std::clamp(columns[i], 0, picture.width - 1);
+        places.rows[i] = std::clamp(rows[i], 0, picture.height - 1);
+        places.wereInside[i] = places.columns[i] == columns[i] && places.rows[i] == rows[i] ? 1 : 0;
+    }
+    return places;
 }
 
 Span PlacesWithin(const DibView& picture, const Places& places, int count) {

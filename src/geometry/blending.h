@@ -27,6 +27,17 @@ inline auto PackedBlendOf(const DibView& picture) {
                                           : nullptr;
 }
 
+// Whether all of these places, up to kPlaces, are in the picture.
+bool AreInside(const DibView& picture, const int* columns, const int* rows, int count);
+
+// Places moved to the nearest ones in a picture.
+struct ClampedPlaces {
+    int columns[kPlaces];
+    int rows[kPlaces];
+    BYTE wereInside[kPlaces]; // 1, or 0 for one that was moved
+};
+ClampedPlaces ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count);
+
 // The places, of those from 0 to before `count` along a line, that have all their neighbours in the picture, and
 // behind those a byte more to read: so not in the last row of memory.
 Span PlacesWithin(const DibView& picture, const Places& places, int count);

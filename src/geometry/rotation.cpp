@@ -50,7 +50,7 @@ CentredRect ResultBounds(const CentredRect& source, const Turn& turn, const Rota
 
 } // namespace
 
-ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, const Caller& caller) {
+ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, const Progress& whole) {
     MaskedPicture target;
     RotationOptions options = wanted;
     options.angle = std::clamp(wanted.angle, -kMaxAngle, kMaxAngle);
@@ -59,7 +59,8 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, c
     }
     const DibView& source = target.image.view;
     options.smooth = options.smooth && CanBlend(source);
-    Progress progress{caller};
+    Progress progressprogress;
+    Progress progress = whole;
     if (!ReportExchanges(source.height, options, progress)) {
         return {};
     }

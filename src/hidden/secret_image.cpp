@@ -66,14 +66,14 @@ void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, i
     });
 }
 
-HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength, const Caller& caller) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
+HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength, const Progress& progress) {
+    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
     const PixelFormat format = PixelFormatOf(source);
     const std::size_t begin = format.BytesOf(overlay.begin);
-    const bool done = ForEachRow(source.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(source.height, progress, [&](int row) {
         std::memcpy(result.Row(row), source.Row(row), source.stride);
         const std::int64_t patternRow = row + overlay.rowShift;
         if (patternRow >= 0 && patternRow < overlay.pattern.height && overlay.begin < overlay.end) {
@@ -85,12 +85,12 @@ HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength,
     return done ? result.Release() : nullptr;
 }
 
-HGLOBAL MarkWithPicture(const DibView& source, const SecretMark& mark, int strength, const Caller& caller) {
+HGLOBAL MarkWithPicture(const DibView& source, const SecretMark& mark, int strength, const Progress& progress) {
     Picture pattern;
     if (!OpenPicture(mark.pattern, kAccept1, pattern)) {
         return nullptr;
     }
-    return MarkPicture(source, PlaceOn(source, pattern.view, mark.rect.left, mark.rect.top), strength, caller);
+    return MarkPicture(source, PlaceOn(source, pattern.view, mark.rect.left, mark.rect.top), strength, progress);
 }
 
 // Copies a text that ends within the buffer; the rest becomes zeros. False for any other.
@@ -104,7 +104,7 @@ bool CopyText(LPCSTR text, char (&buffer)[kSize]) {
     return end != nullptr;
 }
 
-HGLOBAL MarkWithText(const DibView& source, const SecretMark& mark, int strength, const Caller& caller) {
+HGLOBAL MarkWithText(const DibView& source, const SecretMark& mark, int strength, const Progress& progress) {
     char text[kMaxText + 1];
     char faceName[kMaxFaceName + 1];
     if (mark.text == nullptr || !CopyText(mark.text, text) ||
@@ -121,7 +121,7 @@ HGLOBAL MarkWithText(const DibView& source, const SecretMark& mark, int strength
     if (!DrawTextPattern(block.get(), text, faceName, mark.style) || !OpenPicture(block.get(), kAccept1, pattern)) {
         return nullptr;
     }
-    return MarkPicture(source, PlaceOn(source, pattern.view, rect.left, rect.top), strength, caller);
+    return MarkPicture(source, PlaceOn(source, pattern.view, rect.left, rect.top), strength, progress);
 }
 
 // --- Checking --------------------------------------------------------------------------------------------------------
@@ -146,16 +146,16 @@ void CheckPixels(const PixelFormat& format, int threshold, const BYTE* unmarked,
 
 } // namespace
 
-HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, const Caller& caller) {
+HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, const Progress& progress) {
     Picture source;
     if (!OpenPicture(image, kAccept24, source)) {
         return nullptr;
     }
     const auto markWith = mark.pattern != nullptr ? MarkWithPicture : MarkWithText;
-    return markWith(source.view, mark, AsStep(strength), caller);
+    return markWith(source.view, mark, AsStep(strength), progress);
 }
 
-HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const Caller& caller) {
+HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const Progress& progress) {
     if (unmarked == nullptr || marked == nullptr) {
         return Fail(QV8_STATUS_PICTURE);
     }
@@ -174,7 +174,7 @@ HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const 
     }
     const PixelFormat format = PixelFormatOf(view);
     const int step = AsStep(threshold);
-    const bool done = ForEachRow(view.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(view.height, progress, [&](int row) {
         CheckPixels(format, step, view.Row(row), after.view.Row(row), result.Row(row), view.width);
     });
     return done ? result.Release() : nullptr;

@@ -1,7 +1,7 @@
 // A pattern hidden in the luminance of a picture, and the way to find it again.
 #pragma once
 
-#include "frame/caller.h"
+#include "frame/progress.h"
 #include "hidden/text_pattern.h"
 #include "qv8effect.h"
 
@@ -16,8 +16,8 @@ struct SecretMark {
     RECT rect; // rows counted from the top
 };
 
-HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, const Caller& caller);
+HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, const Progress& progress);
 
-HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const Caller& caller);
+HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const Progress& progress);
 
 } // namespace qv8

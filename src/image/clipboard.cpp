@@ -25,10 +25,10 @@ struct OpenedClipboard {
 
 // Runs use(row) for every row and reports each out of `height`, so that the last report is one short of the end.
 template <class Use>
-bool ForEachRowOutOfHeight(int height, const Caller& caller, Use use) {
+bool ForEachRowOutOfHeight(int height, const Progress& progress, Use use) {
     for (int row = 0; row < height; ++row) {
         use(row);
-        if (!Progress{caller}.Report(row, height)) {
+        if (!progress.Report(row, height)) {
             return false;
         }
     }
@@ -58,7 +58,7 @@ std::size_t OffsetOfRows(const Picture& picture) {
 }
 
 // The picture without its masks, which the clipboard is not given.
-GlobalBlock CopyForClipboard(const Picture& source, const Caller& caller) {
+GlobalBlock CopyForClipboard(const Picture& source, const Progress& progress) {
     const DibView& view = source.view;
     const std::uint64_t headerBytes = HeaderAndTableBytes(*view.header);
     const std::size_t rows = headerBytes != 0 ? OffsetOfRows(source) : 0;
@@ -73,7 +73,7 @@ GlobalBlock CopyForClipboard(const Picture& source, const Caller& caller) {
     const auto* const from = static_cast<const BYTE*>(source.lock.get());
     auto* const to = copy.As<BYTE>();
     std::memcpy(to, from, static_cast<std::size_t>(headerBytes));
-    const bool done = ForEachRowOutOfHeight(view.height, caller, [&](int row) {
+    const bool done = ForEachRowOutOfHeight(view.height, progress, [&](int row) {
         const std::size_t offset = static_cast<std::size_t>(row) * view.stride;
         std::memcpy(to + headerBytes + offset, from + rows + offset, view.stride);
     });
@@ -171,36 +171,36 @@ ClipboardCopy CopyOfClipboard() {
 
 } // namespace
 
-BOOL SetToClipboard(HWND window, HGLOBAL image, const Caller& caller) {
+BOOL SetToClipboard(HWND window, HGLOBAL image, const Progress& progress) {
     SetErrorStatus(QV8_STATUS_SUCCESS);
     Picture source;
     if (!LockPicture(image, source)) {
         SetErrorStatus(QV8_STATUS_PICTURE); // one that cannot be locked, too
         return FALSE;
     }
-    GlobalBlock copy = CheckPicture(source) ? CopyForClipboard(source, caller) : GlobalBlock();
+    GlobalBlock copy = CheckPicture(source) ? CopyForClipboard(source, progress) : GlobalBlock();
     if (!copy) {
         return FALSE;
     }
     source.lock.reset(); // emptying the clipboard frees the picture if that is where it came from
-    if (!caller.Call([&] { return GiveToClipboard(window, std::move(copy)); })) {
+    if (!progress.caller.Call([&] { return GiveToClipboard(window, std::move(copy)); })) {
         SetErrorStatus(QV8_STATUS_MEMORY);
         return FALSE;
     }
     return TRUE;
 }
 
-HGLOBAL GetFromClipboard(HWND window, const Caller& caller) {
+HGLOBAL GetFromClipboard(HWND window, const Progress& progress) {
     SetErrorStatus(QV8_STATUS_SUCCESS);
     // All of it is copied before the first report: whoever receives that may empty the clipboard, which frees the data.
-    ClipboardCopy copy = caller.Call([&] {
+    ClipboardCopy copy = progress.caller.Call([&] {
         OpenClipboard(window);
         return CopyOfClipboard();
     });
-    if (copy.picture && !ForEachRowOutOfHeight(copy.height, caller, [](int) {})) {
+    if (copy.picture && !ForEachRowOutOfHeight(copy.height, progress, [](int) {})) {
         copy = {{}, 0, QV8_STATUS_CANCELLED};
     }
-    caller.Call([] { return CloseClipboard(); });
+    progress.caller.Call([] { return CloseClipboard(); });
     SetErrorStatus(copy.status);
     return copy.picture.Release();
 }

@@ -1,16 +1,16 @@
 // Pictures to and from the clipboard, which holds them as CF_DIB.
 #pragma once
 
-#include "frame/caller.h"
+#include "frame/progress.h"
 #include "pixels/dib.h"
 
 namespace qv8 {
 
 // Puts a copy of the picture on the clipboard, in place of what it holds.
-BOOL SetToClipboard(HWND window, HGLOBAL image, const Caller& caller);
+BOOL SetToClipboard(HWND window, HGLOBAL image, const Progress& progress);
 
 // A new picture with what the clipboard holds.
-HGLOBAL GetFromClipboard(HWND window, const Caller& caller);
+HGLOBAL GetFromClipboard(HWND window, const Progress& progress);
 
 BOOL HasClipboardData(HWND window);
 

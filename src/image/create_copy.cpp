@@ -33,7 +33,7 @@ NewPicture NewOfDepth(int width, int height, int bitDepth) {
 
 } // namespace
 
-HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, BYTE blue, const Caller& caller) {
+HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, BYTE blue, const Progress& progress) {
     if (LayoutOfDepth(bitDepth) == nullptr) {
         return Fail(QV8_STATUS_DEPTH);
     }
@@ -44,7 +44,7 @@ HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, B
     const DibView& view = result.view;
     const RGBQUAD colour = ToFill(view, {blue, green, red, 0});
     FillRow(PackedPatternOf(view, colour), view, result.Row(0));
-    const bool done = ForEachRow(view.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(view.height, progress, [&](int row) {
         if (row > 0) {
             std::memcpy(result.Row(row), result.Row(0), view.stride);
         }
@@ -52,18 +52,18 @@ HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, B
     return done ? result.Release() : nullptr;
 }
 
-HGLOBAL CopyImage(HGLOBAL image, const Caller& caller) {
+HGLOBAL CopyImage(HGLOBAL image, const Progress& progress) {
     Picture source;
     if (!LockPicture(image, source) || !CheckPicture(source)) {
         return nullptr;
     }
     const DibView& view = source.view;
-    NewPicture result = DuplicateDib(view, view.width, view.height, InitialPixels::kUnwritten);
+    NewPicture result = DuplicateDib(view, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
-    const bool done = ForEachRow(view.height, Progress{caller},
-                                 [&](int row) { std::memcpy(result.Row(row), view.Row(row), view.stride); });
+    const bool done =
+        ForEachRow(view.height, progress, [&](int row) { std::memcpy(result.Row(row), view.Row(row), view.stride); });
     return done ? result.Release() : nullptr;
 }
 

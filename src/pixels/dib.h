@@ -125,4 +125,9 @@ NewPicture CreateDib(const DibDescription& description, InitialPixels pixels);
 // own size. Sets status 5 (size below 1) or 3.
 NewPicture DuplicateDib(const DibView& source, int width, int height, InitialPixels pixels);
 
+// The same at the source's own size.
+inline NewPicture DuplicateDib(const DibView& source, InitialPixels pixels) {
+    return DuplicateDib(source, source.width, source.height, pixels);
+}
+
 } // namespace qv8

@@ -65,14 +65,15 @@ void MarkRow(const PixelMatcher& matcher, const Area& area, int row, BYTE* maskR
 
 } // namespace
 
-ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& key, BYTE matchMode,
-                         BYTE tolerance, const Caller& caller) {
+ImageSet AutoSelectImage(const AreaArguments& areaArguments, const RGBQUAD& key, BYTE matchMode, BYTE tolerance,
+                         const Progress& progress) {
     if (matchMode > static_cast<BYTE>(MatchMode::kBrightness)) {
         return Fail(QV8_STATUS_PARAMETER);
     }
     Picture source;
     Area area;
-    if (!OpenPicture(image, kAcceptAll, source) || !ResolveShape(source.view, areaArguments, area)) {
+    if (!OpenPicture(areaArguments.target.hImage, kAcceptAll, source) ||
+        !ResolveShape(source.view, areaArguments, area)) {
         return {};
     }
     NewPicture result = CreateCutOut(source.view, area);
@@ -86,7 +87,6 @@ ImageSet AutoSelectImage(HGLOBAL image, const AreaArguments& areaArguments, cons
     const PixelMatcher matcher =
         MakePixelMatcher(source.view, MakeColourMatcher(static_cast<MatchMode>(matchMode), key, tolerance));
     const PixelPattern nothing = {};
-    const Progress progress{caller};
     for (int y = 0; y != area.rect.Height(); ++y) {
         const int row = area.rect.firstRow + y;
         CutRow(source.view, area, nothing, PixelCopy::kThroughChannels, row, result);

@@ -27,7 +27,7 @@ bool ResolveShape(const DibView& picture, const AreaArguments& arguments, Area& 
     if (arguments.areaType == QV8_AREA_MASK) {
         return Fail(QV8_STATUS_PARAMETER);
     }
-    return ResolveArea(picture, nullptr, arguments, area);
+    return ResolveArea(picture, arguments, area);
 }
 
 NewPicture CreateCutOut(const DibView& source, const Area& area) {

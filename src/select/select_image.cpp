@@ -20,11 +20,11 @@ bool ResolveDrawnShape(const DibView& picture, AreaArguments arguments, Area& ar
 
 } // namespace
 
-ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RGBQUAD& background,
-                     const Caller& caller) {
+ImageSet SelectImage(const AreaArguments& areaArguments, const RGBQUAD& background, const Progress& progress) {
     Picture source;
     Area area;
-    if (!OpenPicture(image, kAcceptAll, source) || !ResolveDrawnShape(source.view, areaArguments, area)) {
+    if (!OpenPicture(areaArguments.target.hImage, kAcceptAll, source) ||
+        !ResolveDrawnShape(source.view, areaArguments, area)) {
         return {};
     }
     NewPicture result = CreateCutOut(source.view, area);
@@ -32,7 +32,6 @@ ImageSet SelectImage(HGLOBAL image, const AreaArguments& areaArguments, const RG
         return {};
     }
     const PixelPattern pattern = PackedPatternOf(source.view, background);
-    const Progress progress{caller};
     const int last = area.rect.lastRow - area.rect.firstRow;
     for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {
         CutRow(source.view, area, pattern, PixelCopy::kExact, row, result);

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "area/area.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
 // The area of the given shape over a background, and the shape's mask. {0, 0} with the status set when it fails.
-ImageSet SelectImage(HGLOBAL image, const AreaArguments& area, const RGBQUAD& background, const Caller& caller);
+ImageSet SelectImage(const AreaArguments& area, const RGBQUAD& background, const Progress& progress);
 
 } // namespace qv8

@@ -56,8 +56,8 @@ RGBQUAD CurveEntry(const void* context, RGBQUAD colour) {
     return {tables.channel[0][colour.rgbBlue], tables.channel[1][colour.rgbGreen], tables.channel[2][colour.rgbRed], 0};
 }
 
-HGLOBAL ApplyCurves(const ImageSet& target, const AreaArguments& area, const Curves& curves, const Caller& caller) {
-    return ApplyTone(target, area, {&curves, CurvePixels, CurveEntry}, caller);
+HGLOBAL ApplyCurves(const AreaArguments& area, const Curves& curves, const Progress& progress) {
+    return ApplyTone(area, {&curves, CurvePixels, CurveEntry}, progress);
 }
 
 // Truncates toward zero and clamps; a value that is not a number becomes 0.
@@ -110,18 +110,17 @@ void SetShifts(Curves& curves) {
 
 } // namespace
 
-HGLOBAL RgbGamma(const ImageSet& target, const AreaArguments& area, double gammaRed, double gammaGreen,
-                 double gammaBlue, const Caller& caller) {
+HGLOBAL RgbGamma(const AreaArguments& area, double gammaRed, double gammaGreen, double gammaBlue,
+                 const Progress& progress) {
     const double gammas[3] = {gammaBlue, gammaGreen, gammaRed};
     Curves curves = {};
     for (int c = 0; c != 3; ++c) {
         SetGammaCurve(gammas[c], curves.pixels.channel[c], curves.entries.channel[c]);
     }
-    return ApplyCurves(target, area, curves, caller);
+    return ApplyCurves(area, curves, progress);
 }
 
-HGLOBAL RgbLevel(const ImageSet& target, const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue,
-                 const Caller& caller) {
+HGLOBAL RgbLevel(const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue, const Progress& progress) {
     const LONG levels[3] = {levelBlue, levelGreen, levelRed};
     Curves curves = {};
     for (int c = 0; c != 3; ++c) {
@@ -132,11 +131,10 @@ HGLOBAL RgbLevel(const ImageSet& target, const AreaArguments& area, LONG levelRe
     if (*std::max_element(levels, levels + 3) <= kMaxShiftLevel) {
         SetShifts(curves);
     }
-    return ApplyCurves(target, area, curves, caller);
+    return ApplyCurves(area, curves, progress);
 }
 
-HGLOBAL RgbRev(const ImageSet& target, const AreaArguments& area, bool invertRed, bool invertGreen, bool invertBlue,
-               const Caller& caller) {
+HGLOBAL RgbRev(const AreaArguments& area, bool invertRed, bool invertGreen, bool invertBlue, const Progress& progress) {
     const bool inverts[3] = {invertBlue, invertGreen, invertRed};
     Curves curves = {};
     for (int c = 0; c != 3; ++c) {
@@ -147,7 +145,7 @@ HGLOBAL RgbRev(const ImageSet& target, const AreaArguments& area, bool invertRed
     }
     curves.entries = curves.pixels;
     SetShifts(curves);
-    return ApplyCurves(target, area, curves, caller);
+    return ApplyCurves(area, curves, progress);
 }
 
 } // namespace qv8

@@ -2,17 +2,15 @@
 #pragma once
 
 #include "area/area.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
-HGLOBAL RgbGamma(const ImageSet& target, const AreaArguments& area, double gammaRed, double gammaGreen,
-                 double gammaBlue, const Caller& caller);
+HGLOBAL RgbGamma(const AreaArguments& area, double gammaRed, double gammaGreen, double gammaBlue,
+                 const Progress& progress);
 
-HGLOBAL RgbLevel(const ImageSet& target, const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue,
-                 const Caller& caller);
+HGLOBAL RgbLevel(const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue, const Progress& progress);
 
-HGLOBAL RgbRev(const ImageSet& target, const AreaArguments& area, bool invertRed, bool invertGreen, bool invertBlue,
-               const Caller& caller);
+HGLOBAL RgbRev(const AreaArguments& area, bool invertRed, bool invertGreen, bool invertBlue, const Progress& progress);
 
 } // namespace qv8

@@ -13,15 +13,15 @@
 namespace qv8 {
 namespace {
 
-HGLOBAL GreyTrueColour(const DibView& source, const Caller& caller) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
+HGLOBAL GreyTrueColour(const DibView& source, const Progress& progress) {
+    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
     const PixelFormat format = PixelFormatOf(source);
     const LuminanceKernels& kernels = TheLuminanceKernels();
     const bool isPacked = source.layout->IsNothingButBgr() && kernels.grey24 != nullptr;
-    const bool done = ForEachRow(source.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(source.height, progress, [&](int row) {
         const BYTE* const sourceRow = source.Row(row);
         BYTE* const resultRow = result.Row(row);
         ClearPadding(source, resultRow);
@@ -63,7 +63,7 @@ NewPicture NewGreyRampPicture(const DibView& source) {
     return result;
 }
 
-HGLOBAL GreyPalette(const DibView& source, const Caller& caller) {
+HGLOBAL GreyPalette(const DibView& source, const Progress& progress) {
     NewPicture result = NewGreyRampPicture(source);
     if (!result) {
         return nullptr;
@@ -73,7 +73,7 @@ HGLOBAL GreyPalette(const DibView& source, const Caller& caller) {
     for (int i = 0; i != 256; ++i) {
         newIndex[i] = RampIndex(result.view.paletteSize, LuminanceOf(palette.colours[i]));
     }
-    const bool done = ForEachRow(source.height, Progress{caller}, [&](int row) {
+    const bool done = ForEachRow(source.height, progress, [&](int row) {
         const BYTE* const sourceRow = source.Row(row);
         BYTE* const resultRow = result.Row(row);
         ForEachChunk(source.width, [&](int start, int count) {
@@ -88,12 +88,12 @@ HGLOBAL GreyPalette(const DibView& source, const Caller& caller) {
 
 } // namespace
 
-HGLOBAL SetGray(HGLOBAL image, const Caller& caller) {
+HGLOBAL SetGray(HGLOBAL image, const Progress& progress) {
     Picture source;
     if (!OpenPicture(image, kAcceptAll, source)) {
         return nullptr;
     }
-    return source.view.IsPaletted() ? GreyPalette(source.view, caller) : GreyTrueColour(source.view, caller);
+    return source.view.IsPaletted() ? GreyPalette(source.view, progress) : GreyTrueColour(source.view, progress);
 }
 
 } // namespace qv8

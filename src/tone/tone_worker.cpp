@@ -7,12 +7,11 @@
 namespace qv8 {
 namespace {
 
-HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, const Caller& caller) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kCopied);
+HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, const Progress& progress) {
+    NewPicture result = DuplicateDib(source, InitialPixels::kCopied);
     if (!result) {
         return nullptr;
     }
-    const Progress progress{caller};
     RGBQUAD* const palette = result.Palette();
     const auto last = static_cast<int>(source.paletteSize - 1);
     for (int i = 0; i <= last; ++i) {
@@ -27,12 +26,11 @@ HGLOBAL ApplyToPalette(const DibView& source, const ToneEffect& effect, const Ca
     return result.Release();
 }
 
-HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, const Caller& caller) {
-    NewPicture result = DuplicateDib(source, source.width, source.height, InitialPixels::kUnwritten);
+HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect& effect, const Progress& progress) {
+    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
     if (!result) {
         return nullptr;
     }
-    const Progress progress{caller};
     const PixelFormat format = PixelFormatOf(source);
     const auto write = [&](int /*row*/, int /*column*/, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
         effect.pixels(effect.context, format, sourcePixels, resultPixels, count);
@@ -58,20 +56,19 @@ void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& fo
     });
 }
 
-HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,
-                  const Caller& caller) {
+HGLOBAL ApplyTone(const AreaArguments& areaArguments, const ToneEffect& effect, const Progress& progress) {
     Picture source;
-    if (!OpenPicture(target.hImage, kAcceptAll, source)) {
+    if (!OpenPicture(areaArguments.target.hImage, kAcceptAll, source)) {
         return nullptr;
     }
     if (source.view.IsPaletted()) {
-        return ApplyToPalette(source.view, effect, caller);
+        return ApplyToPalette(source.view, effect, progress);
     }
     Area area;
-    if (!ResolveArea(source.view, target.hMask, areaArguments, area)) {
+    if (!ResolveArea(source.view, areaArguments, area)) {
         return nullptr;
     }
-    return ApplyToPixels(source.view, area, effect, caller);
+    return ApplyToPixels(source.view, area, effect, progress);
 }
 
 } // namespace qv8

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "area/area.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 #include "pixels/pixel_format.h"
 
 namespace qv8 {
@@ -25,7 +25,6 @@ void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& fo
 
 // Applies the effect to the colour table of a picture that has one, or to the pixels of the area of another.
 // Returns a new picture, or 0 with its status set.
-HGLOBAL ApplyTone(const ImageSet& target, const AreaArguments& areaArguments, const ToneEffect& effect,
-                  const Caller& caller);
+HGLOBAL ApplyTone(const AreaArguments& areaArguments, const ToneEffect& effect, const Progress& progress);
 
 } // namespace qv8

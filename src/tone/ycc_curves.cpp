@@ -116,36 +116,33 @@ void Planar(const void* context, const PixelFormat& format, const BYTE* source, 
 
 } // namespace
 
-HGLOBAL YccGamma(const ImageSet& target, const AreaArguments& area, double gammaY, double gammaCr, double gammaCb,
-                 const Caller& caller) {
+HGLOBAL YccGamma(const AreaArguments& area, double gammaY, double gammaCr, double gammaCb, const Progress& progress) {
     GammaTables tables;
     SetGammaTable(gammaY, 0, tables.pixels.y, tables.entries.y);
     SetGammaTable(gammaCr, 128, tables.pixels.cr, tables.entries.cr);
     SetGammaTable(gammaCb, 128, tables.pixels.cb, tables.entries.cb);
-    return ApplyTone(target, area, {&tables, Planar<GammaPixels>, GammaEntry}, caller);
+    return ApplyTone(area, {&tables, Planar<GammaPixels>, GammaEntry}, progress);
 }
 
-HGLOBAL YccLevel(const ImageSet& target, const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb,
-                 const Caller& caller) {
+HGLOBAL YccLevel(const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb, const Progress& progress) {
     const auto centred = [](LONG level) {
         return static_cast<int>(static_cast<std::uint32_t>(level) - std::uint32_t{128});
     };
     const YccShift shift = {{0, static_cast<int>(levelY)}, {0, centred(levelCr)}, {0, centred(levelCb)}};
-    return ApplyTone(target, area, {&shift, Planar<ShiftPixels>, ShiftEntry}, caller);
+    return ApplyTone(area, {&shift, Planar<ShiftPixels>, ShiftEntry}, progress);
 }
 
-HGLOBAL YccRev(const ImageSet& target, const AreaArguments& area, bool invertY, bool invertCr, bool invertCb,
-               const Caller& caller) {
+HGLOBAL YccRev(const AreaArguments& area, bool invertY, bool invertCr, bool invertCb, const Progress& progress) {
     const auto flip = [](bool invert) { return invert ? 255 : 0; };
     const YccShift shift = {{flip(invertY), 0}, {flip(invertCr), -128}, {flip(invertCb), -128}};
-    return ApplyTone(target, area, {&shift, Planar<ShiftPixels>, ShiftEntry}, caller);
+    return ApplyTone(area, {&shift, Planar<ShiftPixels>, ShiftEntry}, progress);
 }
 
-HGLOBAL Chroma(const ImageSet& target, const AreaArguments& area, LONG chroma, const Caller& caller) {
+HGLOBAL Chroma(const AreaArguments& area, LONG chroma, const Progress& progress) {
     const auto factor = static_cast<float>((std::clamp<LONG>(chroma, -100, 1000) + 100) / 100.0);
     const ToneEffect effect = factor == 1.0F ? ToneEffect{&factor, CopyPixels, CopyEntry}
                                              : ToneEffect{&factor, Planar<ScalePixels>, ScaleEntry};
-    return ApplyTone(target, area, effect, caller);
+    return ApplyTone(area, effect, progress);
 }
 
 } // namespace qv8

@@ -2,20 +2,17 @@
 #pragma once
 
 #include "area/area.h"
-#include "frame/caller.h"
+#include "frame/progress.h"
 
 namespace qv8 {
 
-HGLOBAL YccGamma(const ImageSet& target, const AreaArguments& area, double gammaY, double gammaCr, double gammaCb,
-                 const Caller& caller);
+HGLOBAL YccGamma(const AreaArguments& area, double gammaY, double gammaCr, double gammaCb, const Progress& progress);
 
-HGLOBAL YccLevel(const ImageSet& target, const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb,
-                 const Caller& caller);
+HGLOBAL YccLevel(const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb, const Progress& progress);
 
-HGLOBAL YccRev(const ImageSet& target, const AreaArguments& area, bool invertY, bool invertCr, bool invertCb,
-               const Caller& caller);
+HGLOBAL YccRev(const AreaArguments& area, bool invertY, bool invertCr, bool invertCb, const Progress& progress);
 
 // `chroma` is a change in percent, clamped to -100..1000.
-HGLOBAL Chroma(const ImageSet& target, const AreaArguments& area, LONG chroma, const Caller& caller);
+HGLOBAL Chroma(const AreaArguments& area, LONG chroma, const Progress& progress);
 
 } // namespace qv8
