@@ -3,12 +3,6 @@
 #ifndef QV8_PICTURES_INTERRUPT_H
 #define QV8_PICTURES_INTERRUPT_H
 
-#ifdef _WIN32
-#define QV8_REALIGN __attribute__((force_align_arg_pointer)) // for functions that may be called with any alignment
-#else
-#define QV8_REALIGN
-#endif
-
 // From now on it is noted.
 void WatchForInterrupt();
 

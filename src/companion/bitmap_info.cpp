@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "companion/entry.h"
 #include "qv8com.h"
 
 namespace {
@@ -56,11 +55,11 @@ int Saturated(std::uint64_t value) {
 
 extern "C" {
 
-QV8_ENTRY int QV8API DibNumColors(const void* picture) {
+QV8_REALIGN int QV8API DibNumColors(const void* picture) {
     return picture == nullptr ? 0 : Saturated(TableLength(HeaderOf(picture)));
 }
 
-QV8_ENTRY int QV8API GetDibPalSize(const void* picture) {
+QV8_REALIGN int QV8API GetDibPalSize(const void* picture) {
     if (picture == nullptr) {
         return 0;
     }
@@ -68,7 +67,7 @@ QV8_ENTRY int QV8API GetDibPalSize(const void* picture) {
     return Saturated(TableLength(header) * kEntryBytes + (HasMasksBehindHeader(header) ? kMaskBytes : 0));
 }
 
-QV8_ENTRY int QV8API GetBmp16Info(const void* picture) {
+QV8_REALIGN int QV8API GetBmp16Info(const void* picture) {
     if (picture == nullptr) {
         return -1;
     }
@@ -82,7 +81,7 @@ QV8_ENTRY int QV8API GetBmp16Info(const void* picture) {
     return HasMasks(picture, k565) ? 2 : HasMasks(picture, k555) ? 3 : -1;
 }
 
-QV8_ENTRY int QV8API GetBmp32Info(const void* picture) {
+QV8_REALIGN int QV8API GetBmp32Info(const void* picture) {
     if (picture == nullptr) {
         return -1;
     }

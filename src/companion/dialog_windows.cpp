@@ -11,7 +11,6 @@
 #include <cstring>
 
 #include "companion/dialog.h"
-#include "companion/entry.h"
 #include "companion/without_throwing.h"
 
 namespace qv8 {
@@ -58,7 +57,7 @@ alignas(4) constexpr EmptyDialog kEmptyDialog = {
 constexpr RECT kBarPlace = {8, 8, 192, 20};
 constexpr RECT kCancelPlace = {75, 27, 125, 41};
 
-QV8_ENTRY INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM) {
+QV8_REALIGN INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM) {
     auto* const dialog = reinterpret_cast<ProgressDialog*>(GetWindowLongPtrA(window, DWLP_USER));
     if (dialog == nullptr) {
         return FALSE;

@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "companion/dialog.h"
-#include "companion/entry.h"
 #include "companion/loading.h"
 #include "companion/owner_list.h"
 #include "companion/thread_slot.h"
@@ -89,25 +88,25 @@ bool ProgressIsUsable() {
 
 extern "C" {
 
-QV8_ENTRY int QV8API PercentDlgOpen(DWORD_PTR owner, DWORD_PTR title, DWORD_PTR) {
+QV8_REALIGN int QV8API PercentDlgOpen(DWORD_PTR owner, DWORD_PTR title, DWORD_PTR) {
     return qv8::PushDialog(reinterpret_cast<HWND>(owner), reinterpret_cast<LPCSTR>(title)) ? 1 : 0;
 }
 
-QV8_ENTRY int QV8API PercentProgress(int current, int last, int fromPercent, int toPercent, DWORD progressOwner) {
+QV8_REALIGN int QV8API PercentProgress(int current, int last, int fromPercent, int toPercent, DWORD progressOwner) {
     const int percent = qv8::PercentOf(current, last, fromPercent, toPercent);
     const bool goesOn = progressOwner == 0 ? qv8::ReportToDialog(percent) : qv8::ReportToOwner(progressOwner, percent);
     return goesOn ? 1 : 0;
 }
 
-QV8_ENTRY void QV8API PercentDlgClose(void) {
+QV8_REALIGN void QV8API PercentDlgClose(void) {
     qv8::PopDialog();
 }
 
-QV8_ENTRY DWORD QV8API AddProgressOwner(Qv8ProgressCallback callback, void* context) {
+QV8_REALIGN DWORD QV8API AddProgressOwner(Qv8ProgressCallback callback, void* context) {
     return callback != nullptr ? qv8::owners.Add({callback, context}) : 0;
 }
 
-QV8_ENTRY void QV8API RemoveProgressOwner(DWORD progressOwner) {
+QV8_REALIGN void QV8API RemoveProgressOwner(DWORD progressOwner) {
     qv8::owners.Remove(progressOwner);
 }
 

@@ -2,7 +2,6 @@
 #include <atomic>
 #include <cstdint>
 
-#include "companion/entry.h"
 #include "companion/loading.h"
 #include "companion/thread_slot.h"
 #include "qv8com.h"
@@ -29,14 +28,14 @@ bool StatusIsUsable() {
 
 extern "C" {
 
-QV8_ENTRY void QV8API SetErrorStatus(int code) {
+QV8_REALIGN void QV8API SetErrorStatus(int code) {
     const std::uintptr_t stored = static_cast<std::uint32_t>(code) ^ kTurned;
     if (!lastStatus.Set(reinterpret_cast<void*>(stored))) {
         statusWasLost = true;
     }
 }
 
-QV8_ENTRY int QV8API GetErrorStatus(void) {
+QV8_REALIGN int QV8API GetErrorStatus(void) {
     const auto stored = reinterpret_cast<std::uintptr_t>(lastStatus.Get());
     if (stored == 0) {
         return statusWasLost ? QV8_STATUS_MEMORY : QV8_STATUS_SUCCESS;
@@ -44,7 +43,7 @@ QV8_ENTRY int QV8API GetErrorStatus(void) {
     return static_cast<int>(static_cast<std::uint32_t>(stored) ^ kTurned);
 }
 
-QV8_ENTRY LPCSTR QV8API GetErrorStatusText(int code) {
+QV8_REALIGN LPCSTR QV8API GetErrorStatusText(int code) {
     switch (code) {
     case QV8_STATUS_SUCCESS:
         return "success";

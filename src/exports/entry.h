@@ -5,13 +5,6 @@
 #include "frame/call_frame.h"
 #include "frame/progress.h"
 
-// Callers align the stack to 4 bytes only, our code wants 16.
-#ifdef __i386__
-#define QV8_ENTRY __attribute__((force_align_arg_pointer))
-#else
-#define QV8_ENTRY
-#endif
-
 namespace qv8 {
 
 inline ImageSet ImagesOf(const ImageSet* target) {

@@ -7,11 +7,11 @@ using qv8::RunFramed;
 
 extern "C" {
 
-QV8_ENTRY HGLOBAL QV8API QV8SetSecretImage(HGLOBAL image, HGLOBAL picture, LPCSTR text, LPCSTR faceName,
-                                           DWORD pointSize, DWORD bold, DWORD italic, DWORD underline, DWORD strikeOut,
-                                           DWORD direction, DWORD angle, int strength, int left, int top, int right,
-                                           int bottom, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
-                                           DWORD_PTR dialog3) {
+QV8_REALIGN HGLOBAL QV8API QV8SetSecretImage(HGLOBAL image, HGLOBAL picture, LPCSTR text, LPCSTR faceName,
+                                             DWORD pointSize, DWORD bold, DWORD italic, DWORD underline,
+                                             DWORD strikeOut, DWORD direction, DWORD angle, int strength, int left,
+                                             int top, int right, int bottom, DWORD progressOwner, DWORD_PTR dialog1,
+                                             DWORD_PTR dialog2, DWORD_PTR dialog3) {
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
         const auto isSet = [](DWORD flag) { return static_cast<BYTE>(flag) != 0; };
         const qv8::TextStyle style = {static_cast<WORD>(pointSize),
@@ -26,8 +26,8 @@ QV8_ENTRY HGLOBAL QV8API QV8SetSecretImage(HGLOBAL image, HGLOBAL picture, LPCST
     });
 }
 
-QV8_ENTRY HGLOBAL QV8API QV8CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD progressOwner,
-                                             DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
+QV8_REALIGN HGLOBAL QV8API QV8CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, DWORD progressOwner,
+                                               DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3) {
     return RunFramed(progressOwner, {dialog1, dialog2, dialog3}, [&](const Progress& progress) {
         return qv8::CheckSecretImage(unmarked, marked, threshold, progress);
     });

@@ -4,6 +4,8 @@
 #include <array>
 #include <iterator>
 
+#include "qv8platform.h"
+
 namespace qv8 {
 namespace {
 
@@ -23,12 +25,6 @@ constexpr auto kTargets = [] {
 }();
 
 Target currentTarget = Target::kBaseline;
-
-#ifdef __i386__
-#define QV8_REALIGN __attribute__((force_align_arg_pointer))
-#else
-#define QV8_REALIGN
-#endif
 
 // Runs while the library is loaded, before any call can come in.
 __attribute__((constructor)) QV8_REALIGN void ChooseTarget() {

@@ -89,8 +89,7 @@ protected:
         return static_cast<DWORD>(reinterpret_cast<DWORD_PTR>(window_));
     }
 
-    __attribute__((force_align_arg_pointer)) static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam,
-                                                                               LPARAM lParam) {
+    QV8_REALIGN static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* const self = reinterpret_cast<CompanionDialog*>(GetWindowLongPtrA(window, GWLP_USERDATA));
         if (message == RegisterWindowMessageA(QV8_PROGRESS_MESSAGE)) {
             self->told_.push_back(static_cast<int>(wParam));
