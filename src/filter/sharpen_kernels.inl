@@ -46,12 +46,10 @@ void SharpenColours(float strength, const BYTE* luminance, const short* differen
     const PlanarRow from = source;
     const PlanarRow to = result;
     for (int i = 0; i < count; i += kLanes) {
-        const Floats red = LoadBytesAsFloats(from.red + i);
-        const Floats green = LoadBytesAsFloats(from.green + i);
-        const Floats blue = LoadBytesAsFloats(from.blue + i);
-        const Floats cb = red * Broadcast(-0.16874F) + green * Broadcast(-0.33126F) + blue * Broadcast(0.5F);
-        const Floats cr = red * Broadcast(0.5F) + green * Broadcast(-0.41869F) + blue * Broadcast(-0.08131F);
-        const Colours colours = Back(Sharpened(Broadcast(strength), luminance + i, differences + i), cr, cb);
+        const Colours before = {LoadBytesAsFloats(from.blue + i), LoadBytesAsFloats(from.green + i),
+                                LoadBytesAsFloats(from.red + i)};
+        const Colours colours = Back(Sharpened(Broadcast(strength), luminance + i, differences + i),
+                                     WeightedSum(before, kCrWeights), WeightedSum(before, kCbWeights));
         StoreFloatsAsBytes(to.blue + i, colours.blue);
         StoreFloatsAsBytes(to.green + i, colours.green);
         StoreFloatsAsBytes(to.red + i, colours.red);

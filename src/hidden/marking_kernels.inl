@@ -6,10 +6,9 @@
 void Raise(int strength, const PlanarRow& row, int count) {
     ForEachVector(
         row, count, [strength](const Colours& c) __attribute__((always_inline)) {
-            const Ints y =
-                Truncate(c.red * Broadcast(0.299F) + c.green * Broadcast(0.587F) + c.blue * Broadcast(0.114F));
-            const Floats cb = c.red * Broadcast(-0.16874F) + c.green * Broadcast(-0.33126F) + c.blue * Broadcast(0.5F);
-            const Floats cr = c.red * Broadcast(0.5F) + c.green * Broadcast(-0.41869F) + c.blue * Broadcast(-0.08131F);
+            const Ints y = Truncate(WeightedSum(c, kLuminanceWeights));
+            const Floats cb = WeightedSum(c, kCbWeights);
+            const Floats cr = WeightedSum(c, kCrWeights);
             const Ints raised = y + BroadcastInt(strength);
             const Ints isByte = (raised & BroadcastInt(~255)) == BroadcastInt(0); // all bits or none
             const Floats luminance = ToFloats((raised & isByte) | (y & ~isByte));

@@ -1,5 +1,7 @@
 #include "pixels/luminance_kernels.h"
 
+#include "pixels/ycc_weights.h"
+
 #define QV8_KERNELS LuminanceKernels
 #define QV8_KERNELS_FILE "pixels/luminance_kernels.inl"
 #include "simd/each_target.h"

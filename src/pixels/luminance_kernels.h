@@ -1,4 +1,4 @@
-// Luminance of a colour: products with 0.299, 0.587 and 0.114, each in single precision.
+// Luminance of a colour: products with kLuminanceWeights, each in single precision.
 #pragma once
 
 #include "pixels/pixel_kernels.h"

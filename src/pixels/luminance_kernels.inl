@@ -1,15 +1,12 @@
 // Compiled once per target, see each_target.h.
 
-constexpr float kRed = 0.299F;
-constexpr float kGreen = 0.587F;
-constexpr float kBlue = 0.114F;
+#include "pixels/ycc_lanes.inl"
 
 void Luminance(const PlanarRow& channels, BYTE* result, int count) {
     const PlanarRow row = channels; // which storing bytes cannot change
     const auto step = [](const BYTE* blue, const BYTE* green, const BYTE* red, BYTE* luminance) {
-        StoreFloatsAsBytes(luminance, LoadBytesAsFloats(red) * Broadcast(kRed) +
-                                          LoadBytesAsFloats(green) * Broadcast(kGreen) +
-                                          LoadBytesAsFloats(blue) * Broadcast(kBlue));
+        const Colours colours = {LoadBytesAsFloats(blue), LoadBytesAsFloats(green), LoadBytesAsFloats(red)};
+        StoreFloatsAsBytes(luminance, WeightedSum(colours, kLuminanceWeights));
     };
     int i = 0;
     for (; i + kLanes <= count; i += kLanes) {
@@ -31,6 +28,9 @@ void GreyLevel(const PlanarRow& row, BYTE* __restrict result, int count) {
     const BYTE* __restrict const blue = row.blue;
     const BYTE* __restrict const green = row.green;
     const BYTE* __restrict const red = row.red;
+    constexpr auto kRed = static_cast<float>(kLuminanceWeights.red);
+    constexpr auto kGreen = static_cast<float>(kLuminanceWeights.green);
+    constexpr auto kBlue = static_cast<float>(kLuminanceWeights.blue);
     for (int i = 0; i < count; ++i) {
         const double sum = static_cast<double>(static_cast<float>(red[i]) * kRed) +
                            static_cast<double>(static_cast<float>(green[i]) * kGreen) +
@@ -54,10 +54,10 @@ void Grey24(const BYTE* source, BYTE* result, int count) {
     int i = 0;
     for (; i + kLanes + 2 <= count; i += kLanes) { // four bytes more are read and written
         const Bytes pixels = LoadPixels24(source + 3 * i);
-        const Floats red = ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, reds)));
-        const Floats green = ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, greens)));
-        const Floats blue = ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, blues)));
-        const Ints sum = Truncate(red * Broadcast(kRed) + green * Broadcast(kGreen) + blue * Broadcast(kBlue));
+        const auto channel = [&](Bytes places) {
+            return ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, places)));
+        };
+        const Ints sum = Truncate(WeightedSum({channel(blues), channel(greens), channel(reds)}, kLuminanceWeights));
         StorePixels24(result + 3 * i, ShuffleBytes(reinterpret_cast<Bytes>(sum), threeTimes));
     }
     for (; i < count; ++i) {

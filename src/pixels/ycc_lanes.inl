@@ -14,11 +14,16 @@ struct Components {
     Ints cb;
 };
 
-// Sums start with `offset` last: 128 for components in 0..255, 0, which changes no sum, for components around 0.
+inline Floats WeightedSum(const Colours& c, const ColourWeights& weights) {
+    return c.red * Broadcast(static_cast<float>(weights.red)) + c.green * Broadcast(static_cast<float>(weights.green)) +
+           c.blue * Broadcast(static_cast<float>(weights.blue));
+}
+
+// `offset` is added last: 128 for components in 0..255, 0, which changes no sum, for components around 0.
 inline Components Forward(const Colours& c, Floats offset) {
-    const Floats y = c.red * Broadcast(0.299F) + c.green * Broadcast(0.587F) + c.blue * Broadcast(0.114F);
-    const Floats cr = c.red * Broadcast(0.5F) + c.green * Broadcast(-0.41869F) + c.blue * Broadcast(-0.08131F) + offset;
-    const Floats cb = c.red * Broadcast(-0.16874F) + c.green * Broadcast(-0.33126F) + c.blue * Broadcast(0.5F) + offset;
+    const Floats y = WeightedSum(c, kLuminanceWeights);
+    const Floats cr = WeightedSum(c, kCrWeights) + offset;
+    const Floats cb = WeightedSum(c, kCbWeights) + offset;
     return {Truncate(y), Truncate(cr), Truncate(cb)};
 }
 

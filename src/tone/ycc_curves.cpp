@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "pixels/ycc_weights.h"
 #include "tone/gamma_curve.h"
 #include "tone/tone_worker.h"
 #include "tone/ycc_kernels.h"
@@ -22,9 +23,9 @@ Components ForwardEntry(const RGBQUAD& colour, double offset) {
     const double red = colour.rgbRed;
     const double green = colour.rgbGreen;
     const double blue = colour.rgbBlue;
-    return {static_cast<int>(0.299 * red + 0.587 * green + 0.114 * blue),
-            static_cast<int>(0.5 * red + -0.41869 * green + -0.08131 * blue + offset),
-            static_cast<int>(-0.16874 * red + -0.33126 * green + 0.5 * blue + offset)};
+    const auto sum = [&](const ColourWeights& w) { return w.red * red + w.green * green + w.blue * blue; };
+    return {static_cast<int>(sum(kLuminanceWeights)), static_cast<int>(sum(kCrWeights) + offset),
+            static_cast<int>(sum(kCbWeights) + offset)};
 }
 
 RGBQUAD BackEntry(int y, int cr, int cb) {

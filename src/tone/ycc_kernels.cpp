@@ -1,5 +1,7 @@
 #include "tone/ycc_kernels.h"
 
+#include "pixels/ycc_weights.h"
+
 #define QV8_KERNELS YccKernels
 #define QV8_KERNELS_FILE "tone/ycc_kernels.inl"
 #include "simd/each_target.h"
