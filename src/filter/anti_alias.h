@@ -6,7 +6,7 @@
 
 namespace qv8 {
 
-// QV8AntiAlias. Returns a new picture, or 0 with its status set.
+// QV8AntiAlias. Statuses as ApplyFilter.
 HGLOBAL AntiAlias(const AreaArguments& area, const Progress& progress);
 
 } // namespace qv8

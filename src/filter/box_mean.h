@@ -6,7 +6,7 @@
 
 namespace qv8 {
 
-// QV8Shade. Returns a new picture, or 0 with its status set.
+// QV8Shade. `radius` is in pixels, clamped to 1..20. Statuses as ApplyFilter.
 HGLOBAL Shade(const AreaArguments& area, BYTE radius, const Progress& progress);
 
 } // namespace qv8

@@ -31,11 +31,13 @@ Convolution MakeConvolution(const LONG* kernel, int side, int divisor, int offse
 // The filter's kernel; `context` is a Convolution.
 void Convolve(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result);
 
-// QV8CustomFilter. Returns a new picture, or 0 with its status set.
+// QV8CustomFilter. `kernel` holds 81 weights, the row above first; the sum is divided by `divisor`, then `offset` is
+// added, in levels. Statuses as ApplyFilter, 5 also without a kernel or for a divisor of 0.
 HGLOBAL CustomFilter(const AreaArguments& area, const LONG* kernel, BYTE divisor, BYTE offset, bool red, bool green,
                      bool blue, const Progress& progress);
 
-// QV8Emboss.
+// QV8Emboss. `direction` is a number of qv8effect.h; `depth` 1..5, clamped, the strongest last; `base` is the level of
+// even surfaces. Statuses as ApplyFilter, 5 also for another direction.
 HGLOBAL Emboss(const AreaArguments& area, BYTE direction, BYTE depth, BYTE base, const Progress& progress);
 
 } // namespace qv8

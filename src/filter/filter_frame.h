@@ -62,7 +62,8 @@ struct Filter {
     int scratchBytes = 0;                  // for each sample
 };
 
-// Filters the area of a grey ramp or true-colour picture. Returns a new picture, or 0 with its status set.
+// Filters the area of a grey ramp or true-colour picture; another one gives status 7. Statuses as frame/status.h has
+// them.
 HGLOBAL ApplyFilter(const AreaArguments& areaArguments, const Filter& filter, const Progress& progress);
 
 } // namespace qv8

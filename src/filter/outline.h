@@ -6,7 +6,8 @@
 
 namespace qv8 {
 
-// QV8Outline. Returns a new picture, or 0 with its status set.
+// QV8Outline. `channel` and `edgeOperator` are numbers of qv8effect.h; the length of the gradient, in levels, is
+// multiplied by `gain`, 0..100, clamped. Statuses as ApplyFilter, 5 also for another channel.
 HGLOBAL Outline(const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE gain, const Progress& progress);
 
 } // namespace qv8

@@ -6,7 +6,8 @@
 
 namespace qv8 {
 
-// QV8RemoveNoise. Returns a new picture, or 0 with its status set.
+// QV8RemoveNoise. `mode` 0 takes whole pixels, 1 single channels that differ from a neighbour by more than
+// 255 - `sensitivity` levels, any other nothing. Statuses as ApplyFilter.
 HGLOBAL RemoveNoise(const AreaArguments& area, BYTE mode, BYTE sensitivity, const Progress& progress);
 
 } // namespace qv8

@@ -6,7 +6,7 @@
 
 namespace qv8 {
 
-// QV8Sharp. Returns a new picture, or 0 with its status set.
+// QV8Sharp. `strength` is in percent, clamped to 0..100. Statuses as ApplyFilter.
 HGLOBAL Sharpen(const AreaArguments& area, BYTE strength, const Progress& progress);
 
 } // namespace qv8

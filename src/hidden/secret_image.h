@@ -16,8 +16,13 @@ struct SecretMark {
     RECT rect; // rows counted from the top
 };
 
+// QV8SetSecretImage, for 24-bit pictures. `strength` is what is added to the luminance of marked pixels, in levels,
+// below 0 to darken. Statuses as frame/status.h has them: 5 for no text or one that is too long, 9 when it cannot be
+// drawn, 2 when there is nothing to draw on.
 HGLOBAL SetSecretImage(HGLOBAL image, const SecretMark& mark, int strength, const Progress& progress);
 
+// QV8CheckSecretImage. Returns a 1-bit picture of the size of both, white where the luminance of `marked` is
+// `threshold` levels or more above that of `unmarked`. Statuses 1, 3 and 7, which stands for different sizes too.
 HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const Progress& progress);
 
 } // namespace qv8

@@ -6,7 +6,8 @@
 
 namespace qv8 {
 
-// True-colour pictures keep their depth; palette pictures get the full grey ramp of their depth.
+// QV8SetGray. True-colour pictures keep their depth; those with a colour table get the full grey ramp of their depth.
+// Statuses 1, 3 and 7.
 HGLOBAL SetGray(HGLOBAL image, const Progress& progress);
 
 } // namespace qv8

@@ -24,7 +24,7 @@ void ApplyPlanarTone(const void* context, PlanarTone tone, const PixelFormat& fo
                      int count);
 
 // Applies the effect to the colour table of a picture that has one, or to the pixels of the area of another.
-// Returns a new picture, or 0 with its status set.
+// Statuses as frame/status.h has them, but 5 for a bad area only.
 HGLOBAL ApplyTone(const AreaArguments& areaArguments, const ToneEffect& effect, const Progress& progress);
 
 } // namespace qv8
