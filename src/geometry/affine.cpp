@@ -22,8 +22,8 @@ bool IsNearlyUpright(const Corners& corners) {
            std::abs(corners.lowerLeft.y - corners.lowerRight.y) <= kMostSlant;
 }
 
-// Copies an area whose edges are upright. Row y of the area, counted from the top, gets the pixels of the row above it,
-// y - 1: that is what this effect has always given. Row 0 has none above, and stays 0.
+// Copies an area whose edges are upright. Rows are taken one too high: where row y of the source, counted from the top,
+// is due, the result gets row y - 1, and zeros for row 0. Pictures have always been straightened so.
 // The result is the largest rectangle between the edges. Where these slant, the area is up to two pixels larger: its
 // upper rows and the right end of its rows are left out.
 bool CopyUpright(const DibView& source, const Corners& corners, const NewPicture& result, const Progress& progress) {
@@ -49,8 +49,8 @@ bool CopyUpright(const DibView& source, const Corners& corners, const NewPicture
     return true;
 }
 
-// Writes each pixel of the area's bounding box to its place in the straightened picture, if it has one there. Pixels
-// are read from the row above, as in CopyUpright.
+// Writes each pixel of the area's bounding box to its place in the straightened picture, if it has one there. Rows are
+// taken one too high, as in CopyUpright.
 bool Distort(const DibView& source, const Corners& corners, const Patch& patch, const NewPicture& result,
              const Progress& progress) {
     const auto left = static_cast<int>(std::min(corners.lowerLeft.x, corners.upperLeft.x));

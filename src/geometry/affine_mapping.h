@@ -24,7 +24,8 @@ struct UprightSize {
 };
 UprightSize SizeBetween(const Corners& corners);
 
-// A bilinear patch whose frame is the lower left corner with the edges to the right and upwards from there.
+// A bilinear patch. Points are told in coordinates of its own, s and t: from the lower left corner s times the lower
+// edge and t times the left edge.
 struct Patch {
     double originX;
     double originY;
@@ -33,13 +34,13 @@ struct Patch {
     double upX; // the left edge
     double upY;
     double determinant;
-    double a; // where the corner opposite to the origin is in that frame
+    double a; // s and t of the upper right corner
     double b;
     double width; // of the result
     double height;
 };
 
-// False when the frame has no area.
+// False when the lower and the left edge are on one line.
 bool MakePatch(const Corners& corners, const UprightSize& size, Patch& patch);
 
 } // namespace qv8

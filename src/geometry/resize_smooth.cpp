@@ -95,7 +95,7 @@ void BlendColumns(const Blender& blender, int first, const CellRow& cells, const
     }
 }
 
-// Sets the cell behind the last one to the last one of `from`.
+// Gives the last column of a row of cells a neighbour to its right: a copy of the last cell of `from`.
 void SetBehindLast(const Blender& blender, const CellRow& cells, const CellRow& from) {
     const CellReader& reader = blender.reader;
     for (int c = 0; c != reader.channels; ++c) {
@@ -104,8 +104,8 @@ void SetBehindLast(const Blender& blender, const CellRow& cells, const CellRow& 
     }
 }
 
-// Reads and blends the lower cells of a group of rows. The last cell's right neighbour is its own pixel in the first
-// row, not a mean.
+// Reads and blends the cells of a group of rows. To the right of the last one stands a pixel, not a mean: the first one
+// of the last cell. In a group of one row that is the cell itself.
 void BlendLower(Blender& blender, const PixelGroup& rows) {
     CellReader& reader = blender.reader;
     const bool isHeld = rows.first == std::exchange(blender.heldRow, -1) && rows.count == 1;
@@ -124,8 +124,8 @@ void BlendLower(Blender& blender, const PixelGroup& rows) {
     BlendColumns(blender, isHeld ? blender.columnsBefore : 0, blender.lower, blender.blendedLower);
 }
 
-// Reads and blends the row above `rows`. Both edges fall back to the pixel itself in the corner between the row and
-// the column behind: in the last column of every row, and all along the last row.
+// Reads and blends the cells above `rows`. To the right of the last one stands the last cell of `rows`. Where there are
+// no rows above, the first pixel of each cell of `rows` stands in for the cell above it and for that one's neighbour.
 void BlendUpper(Blender& blender, const PixelGroup& rows) {
     CellReader& reader = blender.reader;
     if (rows.next < reader.task.rows.oldSize) {

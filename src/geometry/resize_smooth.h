@@ -1,4 +1,4 @@
-// Scaling by blending pixels, in planes of levels whatever the layout.
+// Scaling by blending pixels: channel by channel, at 24 bits all three side by side as they are stored.
 #pragma once
 
 #include "frame/progress.h"

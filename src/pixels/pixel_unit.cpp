@@ -13,8 +13,8 @@ struct __attribute__((packed)) ThreeBytes {
     BYTE last;
 };
 
-// A pixel at any address. Read and written through this type it goes by way of registers; with memcpy compilers put
-// pixels of three bytes together on the stack first.
+// A pixel at any address, aligned or not. Copied through this type a pixel of three bytes goes by way of registers; for
+// memcpy of three bytes compilers put it together on the stack first, which takes longer.
 template <class Unit>
 struct __attribute__((packed, may_alias)) Stored {
     Unit unit;
@@ -70,8 +70,8 @@ void ScatterEach(const int* __restrict columns, const int* __restrict rows, int 
     const auto bits = static_cast<std::size_t>(result.view.bitCount);
     BYTE* const bottom = result.Row(0);
     for (int i = 0; i < count; ++i) {
-        // Pixels along a slanting line go to a new row, and so a new line of the cache, every time, and each store
-        // would wait for its line to come. So they are asked for in advance.
+        // Along a slanting line each pixel goes to another row, and so to another line of the cache, whose coming each
+        // store would wait for. So the lines are asked for some pixels in advance.
         constexpr int kAhead = 40;
         if (i % 4 == 0 && i + kAhead < count && columns[i + kAhead] >= 0) {
             const int row = rows[i + kAhead];
