@@ -129,7 +129,7 @@ bool StoreNearest(Pasting& pasting, const PlanarRow& colours, int count, BYTE* r
 // Stores pixels from `begin` to before `end`, all of them seen, in these colours.
 bool StoreRun(Pasting& pasting, const Part& part, int begin, int end, const Samples& samples, PlanarChunk& shown,
               BYTE* resultRow) {
-    const PlanarRow colours = {shown.blue + begin, shown.green + begin, shown.red + begin};
+    const PlanarRow colours = shown.Row().From(begin);
     if (pasting.base.picture.IsPaletted()) {
         return StoreNearest(pasting, colours, end - begin, resultRow, part.column + begin);
     }
@@ -187,7 +187,7 @@ void PasteLine(const Pasting& pasting, int row, const Span& columns, BYTE* resul
     Places places;
     FindPastePlaces(pasting.placement, row, columns.begin, 1, false, places);
     LayPacked(pasting, pasting.pasted.picture.Row(places.rows[0]) + std::ptrdiff_t{places.columns[0]} * 3,
-              columns.end - columns.begin, resultRow + std::ptrdiff_t{columns.begin} * 3);
+              columns.Count(), resultRow + std::ptrdiff_t{columns.begin} * 3);
 }
 
 // As PastePart, where pixels are blended from the bytes of the picture. Those at its edges go the other way.
@@ -196,7 +196,7 @@ bool PasteBlended(Pasting& pasting, const Part& part, BYTE* resultRow) {
     FindPastePlaces(pasting.placement, part.row, part.column, part.count, true, places);
     const DibView& picture = pasting.pasted.picture;
     const Span within = PlacesWithin(picture, places, part.count);
-    const int count = within.end - within.begin;
+    const int count = within.Count();
     if (count < part.count && count != 0) {
         FindPastePlaces(pasting.placement, part.row, part.column + within.begin, count, true, places);
     }
@@ -214,14 +214,14 @@ bool PasteBlended(Pasting& pasting, const Part& part, BYTE* resultRow) {
 
 bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
     if (pasting.packs && pasting.placement.isExact && pasting.placement.columnStep == 1) {
-        if (columns.begin < columns.end) {
+        if (!columns.IsEmpty()) {
             PasteLine(pasting, row, columns, resultRow);
         }
         return true;
     }
     const auto paste = pasting.packs && pasting.smooth ? PasteBlended : PastePart;
     bool isDone = true;
-    ForEachPart(columns.end - columns.begin, kPlaces, [&](int start, int count) {
+    ForEachPart(columns.Count(), kPlaces, [&](int start, int count) {
         isDone = isDone && paste(pasting, {row, columns.begin + start, count}, resultRow);
     });
     return isDone;

@@ -1,20 +1,7 @@
 #include "compose/paste_placement.h"
 
-#include <algorithm>
-
 namespace qv8 {
 namespace {
-
-// Columns counted from the middle, `end` not included.
-struct Columns {
-    std::int64_t begin;
-    std::int64_t end;
-
-    void CutTo(std::int64_t first, std::int64_t behind) {
-        begin = std::max(begin, first);
-        end = std::max(begin, std::min(end, behind));
-    }
-};
 
 // For turns by quarters: which column, or which row, of the pasted picture lies at each column of a row of the base.
 // With every column it goes on by one, back by one or stays, as the picture is turned.
@@ -25,8 +12,8 @@ struct ExactLine {
     std::int64_t At(std::int64_t column) const {
         return start + step * column;
     }
-    // Leaves of the columns those where it is inside the picture, from 0 to size - 1.
-    void Cut(std::int64_t size, Columns& columns) const {
+    // Leaves of the columns, which count from the middle, those where it is inside the picture, from 0 to size - 1.
+    void Cut(std::int64_t size, WideSpan& columns) const {
         if (step == 0) {
             columns.end = start >= 0 && start < size ? columns.end : columns.begin;
         } else {
@@ -46,20 +33,20 @@ ExactLines ExactLinesOf(const PastePlacement& placement, std::int64_t y) {
             {-placement.source.firstRow + y * placement.columnStep, placement.rowStep}};
 }
 
-Columns CoveredExactly(const PastePlacement& placement, std::int64_t y, Columns columns) {
+WideSpan CoveredExactly(const PastePlacement& placement, std::int64_t y, WideSpan columns) {
     const ExactLines lines = ExactLinesOf(placement, y);
     lines.column.Cut(placement.source.width, columns);
     lines.row.Cut(placement.source.height, columns);
     return columns;
 }
 
-Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns columns, PasteGuesses& guesses) {
+WideSpan CoveredFreely(const PastePlacement& placement, std::int64_t y, WideSpan columns, PasteGuesses& guesses) {
     const CentredRect& reach = placement.reach;
     if (y < reach.firstRow || y >= reach.firstRow + reach.height) {
         return {0, 0};
     }
     columns.CutTo(reach.firstColumn, reach.firstColumn + reach.width);
-    if (columns.begin >= columns.end) {
+    if (columns.IsEmpty()) {
         return columns;
     }
     const SourceLines lines = SourceLinesOf(placement.turn.back, static_cast<int>(y));
@@ -70,9 +57,10 @@ Columns CoveredFreely(const PastePlacement& placement, std::int64_t y, Columns c
     return {inside.begin, inside.end};
 }
 
-// A rectangle outside of which no pixel of the base is covered. Places in the picture are cut off toward zero, so that
-// up to a pixel around its border counts as the border; and far from the centre neighbouring numbers of single
-// precision are more than a pixel apart. The room makes up for both.
+// A rectangle outside of which no pixel of the base is covered: the bounds of the turned picture, with room around. Two
+// things let pixels beyond the bounds be covered. Coordinates in the picture count from its middle and are truncated
+// toward it, so that those up to a pixel outside are taken for the border. And in pictures of millions of pixels a side
+// they lie so far from the middle that single precision does not tell neighbouring columns apart.
 CentredRect ReachOf(const Turn& turn, const CentredRect& source) {
     const CentredRect bounds = BoundsOf(turn.forth, source);
     const std::int64_t room = 2 + (source.width + source.height) / (1 << 20);
@@ -90,19 +78,20 @@ PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angl
     placement.turn = TurnBy(angle);
     placement.reach = ReachOf(placement.turn, placement.source);
     placement.isExact = angle % kQuarterTurn == 0;
-    const int quarters = angle / kQuarterTurn & 3; // 0 to 3, for negative angles too: -1 is 3
-    constexpr int kColumnSteps[] = {1, 0, -1, 0};
-    placement.columnStep = kColumnSteps[quarters];
-    placement.rowStep = -kColumnSteps[(quarters + 3) & 3];
+    // A step to the right in the base, turned back: cosine and negative sine of the angle.
+    constexpr int kCosines[] = {1, 0, -1, 0};
+    const int quarters = QuartersOf(angle);
+    placement.columnStep = kCosines[quarters];
+    placement.rowStep = -kCosines[(quarters + 3) % 4];
     return placement;
 }
 
 Span CoveredColumns(const PastePlacement& placement, int row, PasteGuesses& guesses) {
     const std::int64_t y = row - placement.middleRow;
-    const Columns base = {-placement.middleColumn, placement.baseWidth - placement.middleColumn};
-    const Columns covered =
+    const WideSpan base = {-placement.middleColumn, placement.baseWidth - placement.middleColumn};
+    const WideSpan covered =
         placement.isExact ? CoveredExactly(placement, y, base) : CoveredFreely(placement, y, base, guesses);
-    if (covered.begin >= covered.end) {
+    if (covered.IsEmpty()) {
         return {};
     }
     return {static_cast<int>(covered.begin + placement.middleColumn),

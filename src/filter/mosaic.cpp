@@ -182,10 +182,8 @@ void PaintRow(const MosaicCall& call, int row) {
     std::memcpy(result + copyFrom, source.Row(row) + copyFrom, source.stride - copyFrom);
     ForEachRun(call.area, row, [&](int column, int count) {
         if (keepsUnused) {
-            const int i = column - call.blocks.readFrom;
-            const PlanarRow& means = call.rows.means;
             const PixelFormat& format = call.reader.format;
-            format.Encode({means.blue + i, means.green + i, means.red + i}, result + format.BytesOf(column), count);
+            format.Encode(call.rows.means.From(column - call.blocks.readFrom), result + format.BytesOf(column), count);
         } else {
             const auto bits = static_cast<std::size_t>(source.bitCount);
             const std::size_t begin = bits * static_cast<std::size_t>(column);

@@ -119,9 +119,8 @@ void FindPairs(CellReader& reader) {
         while (end != reader.cellCount && reader.groupCount[end] == 2) {
             ++end;
         }
-        if (end - begin > reader.pairsEnd - reader.pairsBegin) {
-            reader.pairsBegin = begin;
-            reader.pairsEnd = end;
+        if (end - begin > reader.pairs.Count()) {
+            reader.pairs = {begin, end};
         }
     }
 }
@@ -143,17 +142,17 @@ void AverageFewPairs(const CellReader& reader, const BYTE* lower, const BYTE* up
 // Means of groups of two rows where most groups of columns are of two. False where they are not.
 bool ReadMeansOfFour(CellReader& reader, const PixelGroup& rows) {
     constexpr int kWorthIt = 8;
-    const int pairs = reader.pairsEnd - reader.pairsBegin;
+    const int pairs = reader.pairs.Count();
     if (!reader.IsPacked() || rows.count != 2 || pairs < kWorthIt || reader.cellCount - pairs > pairs) {
         return false;
     }
     const BYTE* const lower = reader.task.source->Row(rows.first);
     const BYTE* const upper = reader.task.source->Row(rows.first + 1);
-    const std::size_t first = reader.Samples(reader.groupFirst[reader.pairsBegin]);
-    AverageFewPairs(reader, lower, upper, 0, reader.pairsBegin);
+    const std::size_t first = reader.Samples(reader.groupFirst[reader.pairs.begin]);
+    AverageFewPairs(reader, lower, upper, 0, reader.pairs.begin);
     reader.kernels.averageFourTriples(lower + first, upper + first, pairs,
-                                      reader.means[0] + reader.Samples(reader.pairsBegin));
-    AverageFewPairs(reader, lower, upper, reader.pairsEnd, reader.cellCount);
+                                      reader.means[0] + reader.Samples(reader.pairs.begin));
+    AverageFewPairs(reader, lower, upper, reader.pairs.end, reader.cellCount);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // What smooth scaling blends: a cell for each group of columns in a group of rows, a pixel or the mean of its group.
 #pragma once
 
+#include "frame/span.h"
 #include "geometry/resize_copy.h"
 #include "geometry/resize_kernels.h"
 #include "pixels/pixel_format.h"
@@ -28,8 +29,7 @@ struct CellReader {
     int cellCount = 0;
     int fewestColumns = 0; // of a cell
     int mostColumns = 0;
-    int pairsBegin = 0; // a run of cells of two columns each
-    int pairsEnd = 0;
+    Span pairs = {}; // a run of cells of two columns each
     LockedBlock block = {};
 
     // All in the block.

@@ -34,8 +34,8 @@ bool MakeTurned(const DibView& source, const CentredRect& bounds, TurnedPicture&
     return static_cast<bool>(picture.result);
 }
 
-// Where the result lies, counted from the centre of both: in the place of the source when the size is kept, around the
-// turned corners otherwise. Quarter turns only exchange the sides, without the rounding of other angles.
+// Where the result lies when its centre is laid on that of the source: where the source lies when the size is kept,
+// else around the turned corners. Quarter turns only exchange the sides, without the rounding of other angles.
 CentredRect ResultBounds(const CentredRect& source, const Turn& turn, const RotationOptions& options) {
     if (options.keepSize) {
         return source;
@@ -73,9 +73,9 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, c
     }
     image.background = PatternOf(source, options.background);
     TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
-    const int quarters = options.angle / kQuarterTurn & 3; // 0 to 3, for negative angles too: -1 is 3
-    const bool done = options.angle % kQuarterTurn == 0 ? TurnQuarters(image, mask, quarters, options, progress)
-                                                        : MapPicture(image, mask, turn.back, bounds, options, progress);
+    const bool done = options.angle % kQuarterTurn == 0
+                          ? TurnQuarters(image, mask, QuartersOf(options.angle), options, progress)
+                          : MapPicture(image, mask, turn.back, bounds, options, progress);
     return done ? ImageSet{image.result.Release(), turnedMask.result.Release()} : ImageSet{};
 }
 

@@ -16,6 +16,11 @@ constexpr double kPi = 3.141592657;
 constexpr int kQuarterTurn = 9000; // angles are in hundredths of a degree, counter-clockwise
 constexpr int kMaxAngle = 35999;
 
+// The whole quarters of an angle: 0 to 3, of a multiple of a quarter below 0 too, as -1 is 3.
+constexpr int QuartersOf(int angle) {
+    return angle / kQuarterTurn & 3;
+}
+
 // A linear map around the centre: (x, y) goes to (x * columnByX + y * columnByY, x * rowByX + y * rowByY).
 struct LinearMap {
     float columnByX;

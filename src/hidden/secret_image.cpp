@@ -6,13 +6,14 @@
 
 #include "area/area.h"
 #include "area/area_mask.h"
-#include "frame/rows.h"
+#include "frame/span.h"
 #include "frame/status.h"
 #include "hidden/marking_kernels.h"
 #include "pixels/indices.h"
 #include "pixels/luminance_kernels.h"
 #include "pixels/pixel_format.h"
 #include "pixels/planar_chunks.h"
+#include "pixels/write_rows.h"
 
 namespace qv8 {
 namespace {
@@ -27,21 +28,21 @@ int AsStep(int difference) {
 // --- Marking ---------------------------------------------------------------------------------------------------------
 
 // A pattern on a picture. `columnShift` and `rowShift` lead from a place in the picture to the one in the pattern; rows
-// count from the bottom. `begin` and `end` are the columns of the picture under the pattern.
+// count from the bottom. `columns` are those of the picture under the pattern.
 struct Overlay {
     DibView pattern;
     std::int64_t columnShift;
     std::int64_t rowShift;
-    int begin;
-    int end;
+    Span columns;
 };
 
 Overlay PlaceOn(const DibView& picture, const DibView& pattern, int left, int top) {
     const std::int64_t column = left;
     const std::int64_t lastRow = std::int64_t{picture.height} - 1 - top;
-    const auto inPicture = [&](std::int64_t x) { return std::clamp<std::int64_t>(x, 0, picture.width); };
-    return {pattern, -column, pattern.height - 1 - lastRow, static_cast<int>(inPicture(column)),
-            static_cast<int>(inPicture(column + pattern.width))};
+    const auto inPicture = [&](std::int64_t x) {
+        return static_cast<int>(std::clamp<std::int64_t>(x, 0, picture.width));
+    };
+    return {pattern, -column, pattern.height - 1 - lastRow, {inPicture(column), inPicture(column + pattern.width)}};
 }
 
 // Marks `count` pixels of a row where the pattern's row, from `column` on, has its bits set.
@@ -67,22 +68,17 @@ void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, i
 }
 
 HGLOBAL MarkPicture(const DibView& source, const Overlay& overlay, int strength, const Progress& progress) {
-    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
-    if (!result) {
-        return nullptr;
-    }
     const PixelFormat format = PixelFormatOf(source);
-    const std::size_t begin = format.BytesOf(overlay.begin);
-    const bool done = ForEachRow(source.height, progress, [&](int row) {
-        std::memcpy(result.Row(row), source.Row(row), source.stride);
+    const std::size_t begin = format.BytesOf(overlay.columns.begin);
+    return WriteRows(DuplicateDib(source, InitialPixels::kUnwritten), progress, [&](int row, BYTE* resultRow) {
+        std::memcpy(resultRow, source.Row(row), source.stride);
         const std::int64_t patternRow = row + overlay.rowShift;
-        if (patternRow >= 0 && patternRow < overlay.pattern.height && overlay.begin < overlay.end) {
+        if (patternRow >= 0 && patternRow < overlay.pattern.height && !overlay.columns.IsEmpty()) {
             MarkPixels(format, overlay.pattern.Row(static_cast<int>(patternRow)),
-                       static_cast<int>(overlay.begin + overlay.columnShift), strength, source.Row(row) + begin,
-                       result.Row(row) + begin, overlay.end - overlay.begin);
+                       static_cast<int>(overlay.columns.begin + overlay.columnShift), strength, source.Row(row) + begin,
+                       resultRow + begin, overlay.columns.Count());
         }
     });
-    return done ? result.Release() : nullptr;
 }
 
 HGLOBAL MarkWithPicture(const DibView& source, const SecretMark& mark, int strength, const Progress& progress) {
@@ -168,16 +164,11 @@ HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const 
     if (view.width != after.view.width || view.height != after.view.height) {
         return Fail(QV8_STATUS_PICTURE);
     }
-    NewPicture result = NewMask(view.width, view.height);
-    if (!result) {
-        return nullptr;
-    }
     const PixelFormat format = PixelFormatOf(view);
     const int step = AsStep(threshold);
-    const bool done = ForEachRow(view.height, progress, [&](int row) {
-        CheckPixels(format, step, view.Row(row), after.view.Row(row), result.Row(row), view.width);
+    return WriteRows(NewMask(view.width, view.height), progress, [&](int row, BYTE* resultRow) {
+        CheckPixels(format, step, view.Row(row), after.view.Row(row), resultRow, view.width);
     });
-    return done ? result.Release() : nullptr;
 }
 
 } // namespace qv8

@@ -7,6 +7,7 @@
 #include "frame/status.h"
 #include "pixels/palettes.h"
 #include "pixels/pixel_fill.h"
+#include "pixels/write_rows.h"
 
 namespace qv8 {
 namespace {
@@ -58,13 +59,8 @@ HGLOBAL CopyImage(HGLOBAL image, const Progress& progress) {
         return nullptr;
     }
     const DibView& view = source.view;
-    NewPicture result = DuplicateDib(view, InitialPixels::kUnwritten);
-    if (!result) {
-        return nullptr;
-    }
-    const bool done =
-        ForEachRow(view.height, progress, [&](int row) { std::memcpy(result.Row(row), view.Row(row), view.stride); });
-    return done ? result.Release() : nullptr;
+    return WriteRows(DuplicateDib(view, InitialPixels::kUnwritten), progress,
+                     [&](int row, BYTE* resultRow) { std::memcpy(resultRow, view.Row(row), view.stride); });
 }
 
 } // namespace qv8

@@ -12,7 +12,7 @@ void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int co
     ForEachChunk(count, [&](int start, int part) {
         BYTE indices[kChunkPixels + 8];
         const BYTE* const first = UnpackFrom(reader.picture.bitCount, row, column + start, part, indices);
-        DecodePixels(reader, first, part, {result.blue + start, result.green + start, result.red + start});
+        DecodePixels(reader, first, part, result.From(start));
     });
 }
 

@@ -1,5 +1,5 @@
-// Pixels as planar 8-bit channels, and back: how the channels of a pixel are coded stands here only. Which picture has
-// which coding is told by pixel_layout.
+// Pixels as planar 8-bit channels, and back: how the channels of a pixel are coded stands here only, while pixel_layout
+// tells which picture has which coding. Beside that, copies of packed pixels that pay for vectors.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +13,10 @@ struct PlanarRow {
     BYTE* blue;
     BYTE* green;
     BYTE* red;
+
+    PlanarRow From(std::ptrdiff_t first) const {
+        return {blue + first, green + first, red + first};
+    }
 };
 
 // decode: `count` packed pixels into channels. encode: channels into pixels; bytes that no channel uses are left alone.
@@ -37,7 +41,7 @@ struct PixelKernels {
     // 24-bit pixels backwards, from the one before `end` on.
     void (*reverse24)(const BYTE* end, BYTE* result, int count);
     // Columns of 24-bit pixels become rows: pixel i of row k of four, `resultStep` bytes apart, is the k-th pixel at
-    // `source` + i * `sourceStep`. Two pixels more can be read there.
+    // `source` + i * `sourceStep`. Two pixels behind these four must be readable.
     void (*turnFour24)(const BYTE* source, std::ptrdiff_t sourceStep, BYTE* result, std::ptrdiff_t resultStep,
                        int count);
 };

@@ -2,28 +2,23 @@
 
 #include <algorithm>
 
-#include "frame/rows.h"
 #include "pixels/indices.h"
 #include "pixels/luminance_kernels.h"
 #include "pixels/palettes.h"
 #include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"
 #include "pixels/planar_chunks.h"
+#include "pixels/write_rows.h"
 
 namespace qv8 {
 namespace {
 
 HGLOBAL GreyTrueColour(const DibView& source, const Progress& progress) {
-    NewPicture result = DuplicateDib(source, InitialPixels::kUnwritten);
-    if (!result) {
-        return nullptr;
-    }
     const PixelFormat format = PixelFormatOf(source);
     const LuminanceKernels& kernels = TheLuminanceKernels();
     const bool isPacked = source.layout->IsNothingButBgr() && kernels.grey24 != nullptr;
-    const bool done = ForEachRow(source.height, progress, [&](int row) {
+    const auto write = [&](int row, BYTE* resultRow) {
         const BYTE* const sourceRow = source.Row(row);
-        BYTE* const resultRow = result.Row(row);
         ClearPadding(source, resultRow);
         if (isPacked) {
             kernels.grey24(sourceRow, resultRow, source.width);
@@ -38,8 +33,8 @@ HGLOBAL GreyTrueColour(const DibView& source, const Progress& progress) {
             ClearBeforeEncoding(format, resultRow + offset, count);
             format.Encode({grey, grey, grey}, resultRow + offset, count);
         });
-    });
-    return done ? result.Release() : nullptr;
+    };
+    return WriteRows(DuplicateDib(source, InitialPixels::kUnwritten), progress, write);
 }
 
 // The index of a grey level in a full ramp of so many entries. Of black and white the brighter half is white.
@@ -64,18 +59,13 @@ NewPicture NewGreyRampPicture(const DibView& source) {
 }
 
 HGLOBAL GreyPalette(const DibView& source, const Progress& progress) {
-    NewPicture result = NewGreyRampPicture(source);
-    if (!result) {
-        return nullptr;
-    }
     const FullPalette palette = FullPaletteOf(source);
     BYTE newIndex[256];
     for (int i = 0; i != 256; ++i) {
-        newIndex[i] = RampIndex(result.view.paletteSize, LuminanceOf(palette.colours[i]));
+        newIndex[i] = RampIndex(1U << source.bitCount, LuminanceOf(palette.colours[i]));
     }
-    const bool done = ForEachRow(source.height, progress, [&](int row) {
+    return WriteRows(NewGreyRampPicture(source), progress, [&](int row, BYTE* resultRow) {
         const BYTE* const sourceRow = source.Row(row);
-        BYTE* const resultRow = result.Row(row);
         ForEachChunk(source.width, [&](int start, int count) {
             BYTE indices[kChunkPixels];
             UnpackIndices(source.bitCount, sourceRow, start, count, indices);
@@ -83,7 +73,6 @@ HGLOBAL GreyPalette(const DibView& source, const Progress& progress) {
             PackIndices(source.bitCount, indices, count, resultRow, start);
         });
     });
-    return done ? result.Release() : nullptr;
 }
 
 } // namespace
