@@ -5,40 +5,15 @@
 
 #include "area/masked_picture.h"
 #include "frame/status.h"
-#include "geometry/mirror_flip.h"
+#include "geometry/exchange_reports.h"
 #include "pixels/pixel_format.h"
 
 namespace qv8 {
 namespace {
 
-// Copies of the pasted picture and its mask that are mirrored and flipped.
-struct Exchanged {
-    NewPicture image;
-    NewPicture mask;
-};
-
-bool CopyWhole(const DibView& picture, NewPicture& copy) {
-    copy = DuplicateDib(picture, InitialPixels::kCopied);
-    return static_cast<bool>(copy);
-}
-
-bool ExchangeSides(const MaskedPicture& pasted, const PasteOptions& options, Progress& progress, Exchanged& result) {
-    if (!options.mirror && !options.flip) {
-        return true;
-    }
-    if (!CopyWhole(pasted.image.view, result.image) ||
-        (pasted.Mask() != nullptr && !CopyWhole(*pasted.Mask(), result.mask))) {
-        return false;
-    }
-    NewPicture* const mask = result.mask ? &result.mask : nullptr;
-    return ForEachExchange(options.mirror, options.flip, progress, [&](Exchange exchange, const Progress& part) {
-        return (exchange == Exchange::kMirror ? MirrorDib : FlipDib)(result.image, mask, part);
-    });
-}
-
 bool MakePasting(const DibView& base, const DibView& pasted, const DibView* mask, const PasteOptions& options,
                  Pasting& pasting) {
-    pasting.placement = PlacePicture(base, pasted, options.angle, options.x, options.y);
+    pasting.placement = PlacePicture(base, pasted, options.angle, options.mirror, options.flip, options.x, options.y);
     pasting.base = MakeColourReader(base);
     pasting.pasted = MakeColourReader(pasted);
     pasting.mask = mask;
@@ -88,14 +63,11 @@ HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteO
     PasteOptions options = wanted;
     options.angle = std::clamp(wanted.angle, -kMaxAngle, kMaxAngle);
     Progress progress = whole;
-    Exchanged exchanged;
-    if (!ExchangeSides(pasted, options, progress, exchanged)) {
+    if (!ReportExchanges(pasted.image.view.height, options.mirror, options.flip, progress)) {
         return nullptr;
     }
-    const DibView& image = exchanged.image ? exchanged.image.view : pasted.image.view;
-    const DibView* const mask = exchanged.mask ? &exchanged.mask.view : pasted.Mask();
     Pasting pasting = {};
-    if (!MakePasting(base.view, image, mask, options, pasting)) {
+    if (!MakePasting(base.view, pasted.image.view, pasted.Mask(), options, pasting)) {
         return nullptr;
     }
     NewPicture result = DuplicateDib(base.view, InitialPixels::kUnwritten);

@@ -213,7 +213,8 @@ bool PasteBlended(Pasting& pasting, const Part& part, BYTE* resultRow) {
 } // namespace
 
 bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
-    if (pasting.packs && pasting.placement.isExact && pasting.placement.columnStep == 1) {
+    const PastePlacement& placement = pasting.placement;
+    if (pasting.packs && placement.isExact && placement.directions.column.Step(placement.columnStep) == 1) {
         if (!columns.IsEmpty()) {
             PasteLine(pasting, row, columns, resultRow);
         }

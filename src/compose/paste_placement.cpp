@@ -3,8 +3,8 @@
 namespace qv8 {
 namespace {
 
-// For turns by quarters: which column, or which row, of the pasted picture lies at each column of a row of the base.
-// With every column it goes on by one, back by one or stays, as the picture is turned.
+// For turns by quarters: which column, or which row, of the pasted picture lies at each column of a row of the base, as
+// a centred coordinate. With every column it goes on by one, back by one or stays, as the picture is turned.
 struct ExactLine {
     std::int64_t start; // at the middle column
     int step;           // -1, 0 or 1
@@ -12,13 +12,14 @@ struct ExactLine {
     std::int64_t At(std::int64_t column) const {
         return start + step * column;
     }
-    // Leaves of the columns, which count from the middle, those where it is inside the picture, from 0 to size - 1.
-    void Cut(std::int64_t size, WideSpan& columns) const {
+    // Leaves of the columns, which count from the middle, those where it is one of `size` coordinates from `first` on.
+    void Cut(std::int64_t first, std::int64_t size, WideSpan& columns) const {
+        const std::int64_t from = first - start;
         if (step == 0) {
-            columns.end = start >= 0 && start < size ? columns.end : columns.begin;
+            columns.end = from <= 0 && from + size > 0 ? columns.end : columns.begin;
         } else {
-            const std::int64_t first = step > 0 ? -start : start - size + 1;
-            columns.CutTo(first, first + size);
+            const std::int64_t begin = step > 0 ? from : 1 - from - size;
+            columns.CutTo(begin, begin + size);
         }
     }
 };
@@ -29,14 +30,14 @@ struct ExactLines {
 };
 
 ExactLines ExactLinesOf(const PastePlacement& placement, std::int64_t y) {
-    return {{-placement.source.firstColumn - y * placement.rowStep, placement.columnStep},
-            {-placement.source.firstRow + y * placement.columnStep, placement.rowStep}};
+    return {{-y * placement.rowStep, placement.columnStep}, {y * placement.columnStep, placement.rowStep}};
 }
 
 WideSpan CoveredExactly(const PastePlacement& placement, std::int64_t y, WideSpan columns) {
     const ExactLines lines = ExactLinesOf(placement, y);
-    lines.column.Cut(placement.source.width, columns);
-    lines.row.Cut(placement.source.height, columns);
+    const CentredRect& source = placement.source;
+    lines.column.Cut(source.firstColumn, source.width, columns);
+    lines.row.Cut(source.firstRow, source.height, columns);
     return columns;
 }
 
@@ -69,7 +70,8 @@ CentredRect ReachOf(const Turn& turn, const CentredRect& source) {
 
 } // namespace
 
-PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angle, int x, int y) {
+PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angle, bool mirror, bool flip, int x,
+                            int y) {
     PastePlacement placement = {};
     placement.baseWidth = base.width;
     placement.middleColumn = x;
@@ -77,6 +79,7 @@ PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angl
     placement.source = {-((pasted.width - 1) / 2), -(pasted.height / 2), pasted.width, pasted.height};
     placement.turn = TurnBy(angle);
     placement.reach = ReachOf(placement.turn, placement.source);
+    placement.directions = Directions::Of(placement.source, mirror, flip);
     placement.isExact = angle % kQuarterTurn == 0;
     // A step to the right in the base, turned back: cosine and negative sine of the angle.
     constexpr int kCosines[] = {1, 0, -1, 0};
@@ -104,22 +107,22 @@ void FindPastePlaces(const PastePlacement& placement, int row, int column, int c
     const std::int64_t y = row - placement.middleRow;
     if (placement.isExact) {
         const ExactLines lines = ExactLinesOf(placement, y);
-        places.columns[0] = static_cast<int>(lines.column.At(x));
-        places.rows[0] = static_cast<int>(lines.row.At(x));
+        places.columns[0] = placement.directions.column.PlaceOf(static_cast<int>(lines.column.At(x)));
+        places.rows[0] = placement.directions.row.PlaceOf(static_cast<int>(lines.row.At(x)));
         return;
     }
-    const Directions directions = {{0, static_cast<int>(-placement.source.firstColumn), 1.0F},
-                                   {0, static_cast<int>(-placement.source.firstRow), 1.0F}};
     const RotationKernels& kernels = TheRotationKernels();
     const auto find = withNeighbours ? kernels.findNeighbours : kernels.findPlaces;
-    find(SourceLinesOf(placement.turn.back, static_cast<int>(y)), directions, static_cast<int>(x), count, places);
+    find(SourceLinesOf(placement.turn.back, static_cast<int>(y)), placement.directions, static_cast<int>(x), count,
+         places);
 }
 
 void CopyPastePixels(const PastePlacement& placement, const Places& places, const DibView& picture,
                      const PixelUnit& unit, int count, BYTE* result) {
     if (placement.isExact) {
-        unit.copyLine(picture, places.columns[0], places.rows[0], placement.columnStep, placement.rowStep, count,
-                      result);
+        const Directions& directions = placement.directions;
+        unit.copyLine(picture, places.columns[0], places.rows[0], directions.column.Step(placement.columnStep),
+                      directions.row.Step(placement.rowStep), count, result);
     } else {
         unit.gather(picture, places.columns, places.rows, count, result);
     }

@@ -16,13 +16,16 @@ struct PastePlacement {
     CentredRect source;
     CentredRect reach; // the turned picture lies inside of it; for free turns
     Turn turn;
-    bool isExact; // a turn by quarters: one step to the right is one step in the picture
-    int columnStep;
+    Directions directions; // of the picture's columns and rows, backwards where it is mirrored or flipped
+    bool isExact;          // a turn by quarters: one step to the right is one step in the picture
+    int columnStep;        // which one, but for the directions
     int rowStep;
 };
 
-// The middle of the pasted picture, turned by `angle`, comes to lie on column `x` and row `y` from the top of the base.
-PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angle, int x, int y);
+// The middle of the pasted picture, mirrored and flipped and then turned by `angle`, comes to lie on column `x` and row
+// `y` from the top of the base.
+PastePlacement PlacePicture(const DibView& base, const DibView& pasted, int angle, bool mirror, bool flip, int x,
+                            int y);
 
 // Where to look first for the columns of the next row.
 struct PasteGuesses {

@@ -79,8 +79,7 @@ void WriteTurned(const PictureMapping& work, const SourceLines& lines, int row, 
 bool MapPicture(TurnedPicture& image, TurnedPicture* mask, const LinearMap& back, const CentredRect& bounds,
                 const RotationOptions& options, const Progress& progress) {
     const CentredRect source = CentredRectOf(image.source);
-    const Directions directions = {Direction::Of(image.source.width, options.mirror),
-                                   Direction::Of(image.source.height, options.flip)};
+    const Directions directions = Directions::Of(source, options.mirror, options.flip);
     Blending blending;
     if (options.smooth) {
         blending = BlendingOf(image, options.background);

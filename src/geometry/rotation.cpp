@@ -3,24 +3,16 @@
 #include <limits>
 
 #include "area/masked_picture.h"
-#include "frame/rows.h"
 #include "frame/status.h"
 #include "geometry/blending.h"
+#include "geometry/exchange_reports.h"
 #include "geometry/linear_mapping.h"
-#include "geometry/mirror_flip.h"
 #include "geometry/quarter_turn.h"
 #include "pixels/pixel_fill.h"
 #include "pixels/pixel_format.h"
 
 namespace qv8 {
 namespace {
-
-// Mirroring and flipping are part of the mapping from the result back to the source and need no pass of their own, but
-// callers expect the reports of one for each. Leaves the percentages after these in `progress`.
-bool ReportExchanges(int height, const RotationOptions& options, Progress& progress) {
-    return ForEachExchange(options.mirror, options.flip, progress,
-                           [height](Exchange, const Progress& part) { return ForEachRow(height, part, [](int) {}); });
-}
 
 bool MakeTurned(const DibView& source, const CentredRect& bounds, TurnedPicture& picture) {
     constexpr std::int64_t kMaxSide = std::numeric_limits<int>::max();
@@ -61,7 +53,7 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, c
     options.smooth = options.smooth && CanBlend(source);
     Progress progressprogress;
     Progress progress = whole;
-    if (!ReportExchanges(source.height, options, progress)) {
+    if (!ReportExchanges(source.height, options.mirror, options.flip, progress)) {
         return {};
     }
     const Turn turn = TurnBy(options.angle);

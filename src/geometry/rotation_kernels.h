@@ -14,14 +14,27 @@ struct Direction {
     int base;
     float sign; // 1 or -1
 
-    static Direction Of(int size, bool backwards) {
-        return backwards ? Direction{-1, size - size / 2, -1.0F} : Direction{0, size / 2, 1.0F};
+    // For a side whose first place has the centred coordinate `first`.
+    static Direction Of(std::int64_t first, std::int64_t size, bool backwards) {
+        return backwards ? Direction{-1, static_cast<int>(size + first), -1.0F}
+                         : Direction{0, static_cast<int>(-first), 1.0F};
+    }
+    int PlaceOf(int centred) const {
+        return (centred ^ exchange) + base;
+    }
+    int Step(int step) const {
+        return exchange == 0 ? step : -step;
     }
 };
 
 struct Directions {
     Direction column;
     Direction row;
+
+    static Directions Of(const CentredRect& picture, bool mirror, bool flip) {
+        return {Direction::Of(picture.firstColumn, picture.width, mirror),
+                Direction::Of(picture.firstRow, picture.height, flip)};
+    }
 };
 
 // Where pixels come from; for blending, the places next to those and how much of them is taken.
