@@ -175,7 +175,11 @@ Recipe ParseRecipe(const std::string& text, const std::string& fileName) {
     return RecipeReader(fileName).Read(ParseJson(text, fileName));
 }
 
-Recipe LoadRecipe(const std::string& fileName) {
+std::string LoadRecipeText(const std::string& fileName) {
     const std::vector<BYTE> text = ReadWholeFile(fileName, kLargestFile, [](const std::vector<BYTE>&) {});
-    return ParseRecipe(std::string(text.begin(), text.end()), fileName);
+    return {text.begin(), text.end()};
+}
+
+Recipe LoadRecipe(const std::string& fileName) {
+    return ParseRecipe(LoadRecipeText(fileName), fileName);
 }

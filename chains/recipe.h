@@ -21,7 +21,10 @@ bool IsRecipeName(const std::string& word);
 // Reads a recipe from a file. Throws a Failure that names the line and the parameter of a mistake.
 Recipe LoadRecipe(const std::string& fileName);
 
-// The same from text.
+// The text of a recipe's file, which is no longer than a recipe may be. Throws a Failure.
+std::string LoadRecipeText(const std::string& fileName);
+
+// Reads a recipe from text.
 Recipe ParseRecipe(const std::string& text, const std::string& fileName);
 
 #endif

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <new>
 
+#include "pictures/channel_order.h"
+
 namespace {
 
 constexpr std::uint64_t kLargestBlock = 0x7FFFFFFF;
@@ -73,9 +75,5 @@ std::span<const RGBQUAD> GreyRamp(unsigned depth) {
 }
 
 void SwapRedAndBlue(BYTE* row, std::size_t width, std::size_t pixelBytes) {
-    for (std::size_t x = 0; x < width; ++x, row += pixelBytes) {
-        const BYTE first = row[0];
-        row[0] = row[2];
-        row[2] = first;
-    }
+    SwapRedAndBlue(row, row, width, pixelBytes);
 }

@@ -1,0 +1,259 @@
+#include "arrays.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "catalogue/picture_header.h"
+#include "chains/alpha.h"
+#include "pictures/channel_order.h"
+#include "pictures/codec.h"
+#include "pictures/failure.h"
+#include "pictures/picture_rows.h"
+
+namespace {
+
+ArrayView ViewOf(const py::array& array, const char* name, bool hasChannels) {
+    const std::string subject = std::string(name) + ": ";
+    ArrayView view;
+    const auto dimensions = static_cast<std::size_t>(array.ndim());
+    if (dimensions == 3 && hasChannels) {
+        view.channels = static_cast<std::size_t>(array.shape(2));
+    }
+    const bool fits = dimensions == 2 || (dimensions == 3 && (view.channels == 3 || view.channels == 4));
+    if (!fits || array.size() == 0) {
+        throw py::value_error(subject + (hasChannels ? "an array of H x W, H x W x 3 or H x W x 4 with pixels is needed"
+                                                     : "an array of H x W is needed"));
+    }
+    if (array.shape(0) > 0x7FFFFFFF || array.shape(1) > 0x7FFFFFFF) {
+        throw py::value_error(subject + "the array is too large");
+    }
+    view.first = static_cast<const BYTE*>(array.data());
+    view.height = static_cast<std::size_t>(array.shape(0));
+    view.width = static_cast<std::size_t>(array.shape(1));
+    for (std::size_t i = 0; i != dimensions; ++i) {
+        view.steps.at(i) = array.strides(static_cast<py::ssize_t>(i));
+    }
+    return view;
+}
+
+void RequireType(const py::array& array, const char* name, char kind, const char* type) {
+    if (array.dtype().kind() != kind || array.itemsize() != 1) {
+        throw py::type_error(std::string(name) + ": an array of " + type + " is needed, not of " +
+                             py::str(array.dtype()).cast<std::string>());
+    }
+}
+
+const BYTE* RowOf(const ArrayView& view, std::size_t y) {
+    return view.first + static_cast<std::ptrdiff_t>(y) * view.steps[0];
+}
+
+// A row as the picture has it: blue first.
+void CopyRow(const ArrayView& view, const BYTE* from, BYTE* to) {
+    const std::size_t channels = view.channels;
+    const auto whole = static_cast<std::ptrdiff_t>(channels);
+    const bool isDense = view.steps[1] == whole;
+    if (isDense && channels == 1) {
+        std::memcpy(to, from, view.width);
+    } else if (isDense && view.steps[2] == 1) {
+        SwapRedAndBlue(from, to, view.width, channels);
+    } else if (isDense && view.steps[2] == -1 && channels == 3) { // blue first already
+        std::memcpy(to, from - 2, 3 * view.width);
+    } else {
+        const std::array<std::ptrdiff_t, 4> order{channels == 1 ? 0 : 2, 1, 0, 3};
+        for (std::size_t x = 0; x < view.width; ++x, from += view.steps[1]) {
+            for (std::size_t c = 0; c < channels; ++c) {
+                *to++ = from[order[c] * view.steps[2]];
+            }
+        }
+    }
+}
+
+// Eight pixels of a mask, a byte of 0 or 1 each, as bits, the first one highest.
+BYTE PackedBits(const BYTE* pixels) {
+    static_assert(std::endian::native == std::endian::little);
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, pixels, sizeof bytes);
+    return static_cast<BYTE>(bytes * 0x8040201008040201U >> 56U);
+}
+
+void PackRow(const ArrayView& view, const BYTE* from, BYTE* to, std::size_t invert) {
+    std::array<BYTE, 8> pixels{};
+    for (std::size_t x = 0; x < view.width; x += 8) {
+        const std::size_t count = std::min<std::size_t>(8, view.width - x);
+        if (count == 8 && view.steps[1] == 1) {
+            std::memcpy(pixels.data(), from + x, 8);
+        } else {
+            pixels.fill(0);
+            for (std::size_t i = 0; i < count; ++i) {
+                pixels[i] = from[static_cast<std::ptrdiff_t>(x + i) * view.steps[1]] != 0;
+            }
+        }
+        to[x / 8] = static_cast<BYTE>(PackedBits(pixels.data()) ^ invert);
+    }
+}
+
+// Turns rows of a picture, bottom-up and blue first, into rows of an array where they are.
+void TurnOver(BYTE* first, std::size_t stride, std::size_t width, std::size_t height, std::size_t channels) {
+    const std::size_t bytes = width * channels;
+    const auto copy = [=](const BYTE* from, BYTE* to) {
+        if (channels == 1) {
+            std::memcpy(to, from, bytes);
+        } else {
+            SwapRedAndBlue(from, to, width, channels);
+        }
+    };
+    std::vector<BYTE> kept(bytes);
+    for (std::size_t y = 0; y < height / 2; ++y) {
+        BYTE* const upper = first + y * stride;
+        BYTE* const lower = first + (height - 1 - y) * stride;
+        copy(upper, kept.data());
+        copy(lower, upper);
+        std::memcpy(lower, kept.data(), bytes);
+    }
+    if (height % 2 == 1 && channels != 1) {
+        SwapRedAndBlue(first + height / 2 * stride, first + height / 2 * stride, width, channels);
+    }
+}
+
+// Whether the indices of an 8-bit picture are grey levels themselves.
+bool IsGreyRamp(const LockedPicture& picture) {
+    if (picture.Header().biBitCount != 8 || picture.TableEntries() != 256) {
+        return false;
+    }
+    for (std::size_t i = 0; i < 256; ++i) {
+        const RGBQUAD& entry = picture.Table()[i];
+        if (entry.rgbBlue != i || entry.rgbGreen != i || entry.rgbRed != i) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+ArrayView ViewOfPicture(const py::array& array, const char* name) {
+    RequireType(array, name, 'u', "uint8");
+    return ViewOf(array, name, true);
+}
+
+ArrayView ViewOfMask(const py::array& array, const char* name) {
+    RequireType(array, name, 'b', "bool");
+    return ViewOf(array, name, false);
+}
+
+Picture PictureFromView(const ArrayView& view) {
+    Picture picture = view.channels == 1
+                          ? NewPicture(view.width, view.height, 8, GreyRamp(8))
+                          : NewPicture(view.width, view.height, static_cast<unsigned>(8 * view.channels));
+    const LockedPicture locked(picture);
+    for (std::size_t y = 0; y < view.height; ++y) {
+        CopyRow(view, RowOf(view, y), locked.RowFromTop(y));
+    }
+    return picture;
+}
+
+Picture MaskFromView(const ArrayView& view, bool inverted) {
+    Picture mask = NewPicture(view.width, view.height, 1, GreyRamp(1));
+    const LockedPicture locked(mask);
+    for (std::size_t y = 0; y < view.height; ++y) {
+        PackRow(view, RowOf(view, y), locked.RowFromTop(y), inverted ? 0xFF : 0);
+    }
+    return mask;
+}
+
+Picture CopyOf(const Picture& picture) {
+    Picture copy(GlobalAlloc(GMEM_MOVEABLE, GlobalSize(picture.Handle())));
+    if (!copy) {
+        throw std::bad_alloc();
+    }
+    std::memcpy(LockedPicture(copy).Bytes(), LockedPicture(picture).Bytes(), GlobalSize(picture.Handle()));
+    return copy;
+}
+
+ArrayPixels::ArrayPixels(Picture picture, bool alpha) {
+    std::size_t channels = 0;
+    {
+        const LockedPicture locked(picture);
+        const WORD depth = locked.Header().biBitCount;
+        channels = IsGreyRamp(locked) ? 1 : depth == 24 ? 3 : 0;
+        if (depth == 32 && catalogue::HasKnownLayout(picture.Handle()) && (alpha || HasAlpha(picture))) {
+            channels = 4;
+        }
+    }
+    if (channels != 0) {
+        TakeOver(std::move(picture), channels);
+    } else {
+        Convert(picture, alpha);
+    }
+}
+
+ArrayPixels::ArrayPixels(Picture mask) : type_("?") {
+    const LockedPicture locked(mask);
+    block_ = NewPicture(locked.Width(), locked.Height(), 8, GreyRamp(8));
+    const LockedPicture bytes(block_);
+    for (std::size_t y = 0; y < locked.Height(); ++y) {
+        const BYTE* const from = locked.RowFromTop(y);
+        BYTE* const to = bytes.Bytes() + bytes.PixelOffset() + y * bytes.Stride();
+        for (std::size_t x = 0; x < locked.Width(); ++x) {
+            to[x] = static_cast<BYTE>(from[x / 8] >> (7 - x % 8) & 1U);
+        }
+    }
+    shape_ = {locked.Height(), locked.Width()};
+    rowStep_ = bytes.Stride();
+    first_ = static_cast<BYTE*>(GlobalLock(block_.Handle())) + bytes.PixelOffset();
+}
+
+ArrayPixels::~ArrayPixels() {
+    if (block_) {
+        GlobalUnlock(block_.Handle());
+    }
+}
+
+// The rows stay where they are: an array may have padding behind them.
+void ArrayPixels::TakeOver(Picture picture, std::size_t channels) {
+    block_ = std::move(picture);
+    const LockedPicture locked(block_);
+    shape_ = {locked.Height(), locked.Width()};
+    if (channels != 1) {
+        shape_.push_back(channels);
+    }
+    rowStep_ = locked.Stride();
+    first_ = static_cast<BYTE*>(GlobalLock(block_.Handle())) + locked.PixelOffset();
+    TurnOver(first_, rowStep_, locked.Width(), locked.Height(), channels);
+}
+
+void ArrayPixels::Convert(const Picture& picture, bool alpha) {
+    try {
+        PictureRows rows(picture, alpha);
+        const std::size_t channels = rows.Channels();
+        Picture plain = channels == 1 ? NewPicture(rows.Width(), rows.Height(), 8, GreyRamp(8))
+                                      : NewPicture(rows.Width(), rows.Height(), static_cast<unsigned>(8 * channels));
+        {
+            const LockedPicture locked(plain);
+            for (std::size_t y = 0; y < rows.Height(); ++y) {
+                std::memcpy(locked.RowFromTop(y), rows.Row(y), rows.Width() * channels);
+            }
+        }
+        TakeOver(std::move(plain), channels);
+    } catch (const Refusal& refusal) {
+        throw Failure(kExitUsage, refusal.what());
+    }
+}
+
+py::array ArrayPixels::Release() {
+    std::vector<std::size_t> steps{rowStep_, shape_.size() == 3 ? shape_[2] : 1};
+    if (shape_.size() == 3) {
+        steps.push_back(1);
+    }
+    const auto free = [](void* kept) {
+        auto* const block = static_cast<Picture*>(kept);
+        GlobalUnlock(block->Handle());
+        delete block;
+    };
+    const py::capsule owner(new Picture(std::move(block_)), free);
+    return py::array(py::dtype(type_), shape_, steps, first_, owner);
+}
