@@ -1,6 +1,7 @@
 # Flags of everything that is ours. `qv8_flags` is linked privately by every target.
 add_library(qv8_flags INTERFACE)
-target_compile_options(qv8_flags INTERFACE -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Werror
+target_compile_options(qv8_flags INTERFACE -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow
+                       $<$<BOOL:${QV8_WARNINGS_AS_ERRORS}>:-Werror>
                        # GCC 12 sees overlaps in std::string that are not there, at -O3
                        $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 # The same arithmetic on every build: in the named precision, which on x86 takes SSE2 registers, and no fused multiply-add.

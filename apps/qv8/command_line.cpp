@@ -20,6 +20,7 @@
 #include "message.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
+#include "qv8version.h"
 
 namespace {
 

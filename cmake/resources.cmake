@@ -1,0 +1,25 @@
+# Windows: who a file is, for the system's own windows, and a manifest. A target of its own, as the flags of a C++
+# compiler mean nothing to the compiler of resources.
+function(add_windows_resources target name)
+  if(NOT WIN32)
+    return()
+  endif()
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL EXECUTABLE)
+    set(description "Applies picture effects to files")
+    set(kind exe)
+    set(file_type VFT_APP)
+    set(manifest_number 1) # the process's own
+  else()
+    set(description "${PROJECT_DESCRIPTION}")
+    set(kind dll)
+    set(file_type VFT_DLL)
+    set(manifest_number 2) # a library's
+  endif()
+  set(base ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${kind}.manifest.in ${base}.manifest @ONLY)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.rc.in ${base}.rc @ONLY)
+  set_source_files_properties(${base}.rc PROPERTIES OBJECT_DEPENDS ${base}.manifest)
+  add_library(${target}_resources OBJECT ${base}.rc)
+  target_sources(${target} PRIVATE $<TARGET_OBJECTS:${target}_resources>)
+endfunction()

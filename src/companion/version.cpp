@@ -1,0 +1,7 @@
+// The version of the files that are loaded, for applications that were built beside others.
+#include "companion/entry.h"
+#include "qv8version.h"
+
+extern "C" QV8_ENTRY DWORD QV8API GetQv8Version(void) {
+    return QV8_VERSION_NUMBER;
+}
