@@ -60,3 +60,8 @@ if(NOT WIN32)
 endif()
 configure_file(cmake/qv8effect.pc.in ${PROJECT_BINARY_DIR}/qv8effect.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qv8effect.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+find_program(QV8_DPKG dpkg-shlibdeps DOC "Says that .deb packages can be made")
+if(QV8_DPKG AND NOT CMAKE_CROSSCOMPILING)
+  include(packages)
+endif()
