@@ -83,7 +83,7 @@ def wrap(text, begin, limit=118):
 
 def csharp():
     def parameter(kind, name):
-        return f"{TYPES[kind][CSHARP]} {name}"
+        return f"{TYPES[kind][CSHARP]} {'@' if name == 'base' else ''}{name}"  # which is a word of C#
 
     lines = [f"// {NOTE}", "using System;", "using System.Runtime.InteropServices;", "", "public static class Qv8", "{"]
     lines += [f"    public const uint {name} = {value};" for name, value in constants()]
