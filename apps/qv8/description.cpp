@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "catalogue/text.h"
+#include "qv8version.h"
 
 namespace {
 
