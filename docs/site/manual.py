@@ -97,7 +97,7 @@ def library_page(header, version):
         for parameter in section.parameters:
             text += f".TP\n\\fI{parameter.names[0]}\\fR [{parameter.limits(roff)}]\n{parameter.text(roff)}\n"
     for group, element in header.groups.items():
-        text += f".SH {escape(group.upper())}\n{markup.render(element, roff) or '.br'}\n"
+        text += f".SH {escape(group.upper())}\n{markup.render(element, roff)}\n"
         text += "".join(function_part(function) for function in header.functions if function.group == group)
     return text + ".SH SEE ALSO\n.BR qv8 (1)\n"
 
