@@ -160,7 +160,7 @@ class Site:
         for section in library.sections:
             self.note(section.title, f"conventions.html#{section.identity}", markup.render(section.element, markup.PLAIN))
         self.guides()
-        self.write("index", "index.html", "Qv8Effect", pages=pages)
+        self.write("index", "index.html", "Qv8Effect", pages=pages, count=len(library.functions))
         (self.out / "search-index.js").write_text("const INDEX = " + json.dumps(self.index) + ";\n")
         for name in ("style.css", "site.js"):
             shutil.copy(HERE / name, self.out)
