@@ -137,8 +137,8 @@ class Site:
             ("chroma --amount -100 --ellipse 40,20,220,210 portrait.png area-ellipse.png", "grey inside an ellipse"),
             ("chroma --amount -100 --polygon 20,280 120,20 240,280 portrait.png area-polygon.png", "grey in a polygon"),
             ("auto-select-image --colour 60,110,180 --tolerance 40 --mask-out sky.png landscape.png box.png",
-             "a mask: the sky by its colour"),
-            ("rgb-level --red 60 --mask sky.png landscape.png red-sky.png", "a red sky, through that mask"))]
+             "the picture of the area, here the whole"),
+            ("rgb-level --red 60 --mask sky.png landscape.png red-sky.png", "a red sky and its mirror image, through that mask"))]
         values = {"first-program": {"sources": sources, "outputs": outputs}, "areas": {"examples": areas},
                   "colour-reduction": {"samples": [self.reductions(name) for name in ("landscape", "portrait")]},
                   "progress": {"sources": sources, "outputs": outputs}}
