@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
+#include "pictures/codec.h"
 #include "pictures/failure.h"
 #include "recorded.h"
 
@@ -76,6 +78,21 @@ TEST(WritePicture, ColourTablesMakeSmallFiles) {
         EXPECT_LT(size(ReadRecorded("table1.png")), size(ReadRecorded("table2.png")));
         EXPECT_LT(size(ReadRecorded("table2.png")), size(ReadRecorded("table4.png")));
         EXPECT_LT(size(ReadRecorded("table4.png")), size(colours));
+    }
+}
+
+// How hard a PNG is packed depends on a sample of its rows.
+TEST(WritePicture, PngsOfAllKindsAndHeightsAreWhole) {
+    for (const unsigned noise : {0U, 7U, 255U}) {
+        for (const unsigned height : {1U, 8U, 127U, 128U, 129U, 1500U}) {
+            LoadedPicture before{NewPicture(11, height, 24), ImageFormat::kPng, {}, {}};
+            const LockedPicture to(before.picture);
+            std::minstd_rand random(height);
+            for (std::size_t i = 0; i < 33 * height; ++i) {
+                to.RowFromTop(i / 33)[i % 33] = static_cast<BYTE>(i + (random() & noise));
+            }
+            EXPECT_EQ(HashOf(Again(before, For(ImageFormat::kPng))), HashOf(before)) << noise << " " << height;
+        }
     }
 }
 
