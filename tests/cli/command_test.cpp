@@ -164,6 +164,8 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
     const std::string out = folder.Name("out.bmp");
     const std::string cut = folder.Store("cut.bmp", Slice(BuildBmp(kForm), 0, 90));
     const std::string other = folder.Store("other.bmp", BuildBmp({.bits = 1, .width = 9, .height = 4}));
+    const std::string header = folder.Store("header.bmp", Slice(BuildBmp(kForm), 0, 30));
+    const std::string low = folder.Store("low.bmp", BuildBmp({.bits = 1, .width = kForm.width, .height = 3}));
     const std::string nowhere = folder.Name("nowhere");
     const std::string kernel = folder.Store("kernel", Bytes(70000, ' '));
     const std::string longName(5000, 'n');
@@ -195,9 +197,15 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         {{"convert-color", "--depth", "7", in, out}, 2, "--depth"},
         {{"rgb-rev", nowhere, out}, 3, "nowhere"},
         {{"rgb-rev", cut, out}, 3, "cut.bmp"},
+        {{"rgb-rev", header, out}, 3, "header.bmp"},
         {{"rgb-rev", "--max-pixels", "31", in, out}, 3, "limit of 31"},
         {{"rgb-rev", "--mask", cut, in, out}, 3, "cut.bmp"},
         {{"rgb-rev", "--mask", other, in, out}, 3, "9 x 4"},
+        {{"rgb-rev", "--mask", low, in, out}, 3, " x 3"},
+        {{"convert-color", "--colours", "1", in, out}, 2, "2 to 256"},
+        {{"convert-color", "--colours", "9", "--depth", "4", in, out}, 2, "colours"},
+        {{"rgb-rev", "-", "-", "--format", "gif"}, 2, "gif"},
+        {{"create-image", "--width", "3", "--height", "2", "-"}, 2, "--format"},
         {{"info", "/nowhere"}, 3, "/nowhere"},
         {{"rgb-rev", in, nowhere + "/out.bmp"}, 4, "nowhere"},
         {{"rgb-level", "--red", "", in, out}, 2, "behind --red"},
@@ -239,7 +247,7 @@ TEST(Command, ExitCodesAndWordsSayWhatIsWrong) {
         EXPECT_EQ(outcome.code, wrong.code) << outcome.err;
         EXPECT_TRUE(Has(outcome.err, wrong.told)) << outcome.err;
         EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
-        EXPECT_EQ(folder.FileCount(), 4U) << outcome.err;
+        EXPECT_EQ(folder.FileCount(), 6U) << outcome.err;
     }
     EXPECT_EQ(folder.Load("in.bmp"), BuildBmp(kForm));
     EXPECT_EQ(RunQv8({"rgb-level", "--red", "010", in, out}).code, 0); // ten, and not eight

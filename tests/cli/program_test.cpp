@@ -30,12 +30,14 @@ fs::path ProgramPath() {
 #endif
 }
 
-// Runs the program through the system's command interpreter; what it says goes to the given files.
-int RunQv8(const std::vector<std::string>& words, const fs::path& out, const fs::path& err) {
+// Runs the program through the system's command interpreter; what it says goes to the given files, what it reads comes
+// from one.
+int RunQv8(const std::vector<std::string>& words, const fs::path& out, const fs::path& err, const fs::path& in = {}) {
     std::u8string line = u8"\"" + ProgramPath().u8string() + u8"\"";
     for (const std::string& word : words) {
         line += u8" \"" + std::u8string(word.begin(), word.end()) + u8"\"";
     }
+    line += in.empty() ? u8"" : u8" <\"" + in.u8string() + u8"\"";
     line += u8" >\"" + out.u8string() + u8"\" 2>\"" + err.u8string() + u8"\"";
 #ifdef _WIN32
     return _wsystem((L"\"" + fs::path(line).wstring() + L"\"").c_str());
@@ -62,6 +64,24 @@ TEST(Program, ShowsNoBarInAFileAndTakesNamesOfAllLanguages) {
     EXPECT_EQ(RunQv8({"convert-color", "--depth", "24", in, out}, folder.Path("out"), folder.Path("err")), 0);
     EXPECT_TRUE(folder.Load("err").empty());
     EXPECT_EQ(folder.Load("\xC3\xB8\xD0\x96.bmp").size(), 14U + 40 + 2 * 12);
+}
+
+TEST(Program, StandsInPipes) {
+    const Folder folder;
+    const Bytes picture = BuildBmp({.width = 4, .height = 40}); // rows without padding
+    folder.Store("in.bmp", picture);
+    const auto run = [&](const std::vector<std::string>& words, const char* in, const char* out) {
+        EXPECT_EQ(RunQv8(words, folder.Path(out), folder.Path("err"), folder.Path(in)), 0) << words[0];
+    };
+    run({"rgb-rev", "-", "-", "--format", "png"}, "in.bmp", "middle");
+    run({"run", "rgb-rev", "-", "-o", "-", "--format", "bmp"}, "middle", "out");
+    run({"copy-image", "-", "-"}, "in.bmp", "same"); // in the format of the input
+    EXPECT_EQ(folder.Load("middle")[1], 'P');
+    EXPECT_EQ(Slice(folder.Load("out"), 54), Slice(picture, 54));
+    EXPECT_EQ(Slice(folder.Load("same"), 54), Slice(picture, 54));
+    folder.Store("cut", Slice(folder.Load("middle"), 0, 20));
+    EXPECT_EQ(RunQv8({"rgb-rev", "-", "-"}, folder.Path("out"), folder.Path("err"), folder.Path("cut")), 3);
+    EXPECT_TRUE(folder.Load("out").empty());
 }
 
 #ifdef _WIN32

@@ -1,9 +1,14 @@
 // Chains, recipes and runs over many files.
+#include <atomic>
+#include <chrono>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "batch_report.h"
 #include "files.h"
 #include "inputs.h"
+#include "memory_budget.h"
 #include "pictures/image_file.h"
 #include "pictures/interrupt.h"
 #include "run_qv8.h"
@@ -185,6 +190,28 @@ TEST(Run, RefusesWhatCannotBeMeant) {
     }
     EXPECT_EQ(files.Results("in"), 5U);
     EXPECT_EQ(files.folder.Load("in/a.bmp"), files.picture);
+}
+
+TEST(Run, ABigPictureWaitsForMemory) {
+    MemoryBudget budget(100);
+    std::atomic<bool> returned{false};
+    bool waited = false;
+    std::thread second;
+    {
+        MemoryBudget::Share first(budget);
+        first.Take(60);
+        second = std::thread([&] {
+            MemoryBudget::Share share(budget);
+            share.Take(60);
+            waited = returned;
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        returned = true;
+    }
+    second.join();
+    EXPECT_TRUE(waited);
+    MemoryBudget::Share alone(budget);
+    alone.Take(1000); // more than there is, so nothing else is under way
 }
 
 TEST(Run, TheLineTellsWhatIsLeft) {
