@@ -7,6 +7,7 @@
 #include "chains/mask.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
+#include "pictures/quantise.h"
 
 namespace {
 
@@ -39,7 +40,7 @@ ReadyChain::ReadyChain(const Chain& chain, std::uint64_t maxPixels) {
 }
 
 ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPixels) {
-    ReadyStep ready{step.effect, {}, {}, {}, nullptr};
+    ReadyStep ready{step.effect, {}, {}, {}, nullptr, step.ChosenColours(), false};
     Step filled = step;
     for (Setting& setting : filled.settings) {
         if (setting.file.empty()) {
@@ -67,6 +68,7 @@ ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPix
         CheckMaskSize(ready.mask, ready.maskName, std::get<HGLOBAL>(owner->value), owner->file);
         ready.mask = nullptr;
     }
+    ready.dither = step.Dithers();
     ready.request.values = filled.OwnValues();
     catalogue::MakeArea(*step.effect, filled.AreaValues(), ready.request.area);
     ready.request.maxPixels = maxPixels;
@@ -74,6 +76,9 @@ ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPix
 }
 
 ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient) {
+    if (step.colours != 0) {
+        return ChooseColours(step, subject);
+    }
     HGLOBAL const image = subject.image != nullptr ? subject.image->Handle() : nullptr;
     if (step.mask != nullptr) {
         CheckMaskSize(step.mask, step.maskName, image, subject.name);
@@ -92,6 +97,14 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
     }
     throw EffectFailure(outcome.failed == catalogue::Failed::kValues ? kExitUsage : kExitEffectFailed,
                         subject.name + ": " + step.effect->name + ": " + outcome.words, outcome.status);
+}
+
+ChainResult ReadyChain::ChooseColours(const ReadyStep& step, const Subject& subject) {
+    try {
+        return {Quantise(*subject.image, step.colours, step.dither), {}, false, {}};
+    } catch (const Failure& failure) {
+        throw Failure(failure.Code(), subject.name + ": " + step.effect->name + ": " + failure.what());
+    }
 }
 
 // Effects that move pixels clear the fourth bytes: alpha goes the same way as a picture of its own then.

@@ -66,9 +66,12 @@ private:
         std::vector<Picture> pictures; // what the request names
         std::string maskName;          // of the mask that has to fit the picture; empty when there is none
         HGLOBAL mask = nullptr;
+        unsigned colours = 0; // that are chosen for the eye; 0: the export is called
+        bool dither = false;  // with them
     };
     static ReadyStep Prepare(const Step& step, std::uint64_t maxPixels);
     static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient);
+    static ChainResult ChooseColours(const ReadyStep& step, const Subject& subject);
     static void KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ChainResult& result);
 
     std::vector<ReadyStep> steps_;

@@ -35,6 +35,7 @@ public:
         }
         WriteOptions options;
         options.quality = options_.quality.value_or(options.quality);
+        options.progressive = options_.progressive;
         options.strip = options_.strip;
         options.sync = options_.sync;
         std::unique_ptr<OutputFile> mask;
@@ -103,6 +104,7 @@ FileReport RunOnFile(const ReadyChain& chain, const FileNames& names, const File
     if (!result.image) { // there was nothing to do
         result.image = std::move(source.picture);
     }
+    source.picture = {}; // its memory is there for the encoder
     source.metadata.alpha = result.alpha;
     report.notes.insert(report.notes.end(), result.notes.begin(), result.notes.end());
     report.pixels = hasInput ? report.pixels : PixelsOf(result.image);

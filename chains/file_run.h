@@ -20,6 +20,7 @@ struct FileOptions {
     std::uint64_t maxPixels = std::uint64_t{256} << 20;
     std::string format;         // empty: what the ending of the output's name asks for
     std::optional<int> quality; // of JPEG and WebP; 90 unless given
+    bool progressive = false;   // a JPEG that appears in steps
     bool strip = false;         // leave profile, EXIF and resolution out
     bool sync = true;           // the file is on the disk before it takes its place
     // Told the size of the input before memory is taken for it.

@@ -56,11 +56,12 @@ Step ParseStep(const Words& words) {
 
 void AddParameters(CLI::App& command, Step& step) {
     const std::size_t own = step.effect->Parameters().size();
+    const std::size_t areaEnd = own + catalogue::AreaParameters(*step.effect).size();
     for (std::size_t i = 0; i != step.settings.size(); ++i) {
         Setting& setting = step.settings[i];
         const catalogue::Parameter& parameter = *setting.parameter;
         const std::string name = "--" + std::string(parameter.name);
-        const std::string group = i < own ? "Options" : "Area of effect";
+        const std::string group = i < own || i >= areaEnd ? "Options" : "Area of effect";
         const std::string form = catalogue::FormOf(parameter);
         if (form.empty()) {
             command

@@ -152,10 +152,12 @@ Recipe RecipeReader::Read(const JsonNode& root) const {
             recipe.format = Text(member);
         } else if (member.name == "quality") {
             recipe.quality = Whole(member, 1, 100);
+        } else if (member.name == "progressive") {
+            recipe.progressive = Truth(member);
         } else if (member.name == "force") {
             recipe.force = Truth(member);
         } else {
-            const std::vector<std::string> known{"steps", "name", "format", "quality", "force"};
+            const std::vector<std::string> known{"steps", "name", "format", "quality", "progressive", "force"};
             Fail(member, "a recipe has no " + member.name + Suggestion(member.name, known));
         }
     }

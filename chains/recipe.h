@@ -12,6 +12,7 @@ struct Recipe {
     std::string name;   // pattern of the results' names; empty unless the recipe says it
     std::string format; // likewise
     std::optional<int> quality;
+    bool progressive = false;
     bool force = false;
 };
 

@@ -1,13 +1,54 @@
 #include "chains/step.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
+#include <span>
 
+#include "catalogue/parameters.h"
 #include "catalogue/run.h"
 #include "catalogue/text.h"
 #include "pictures/failure.h"
+#include "pictures/quantise.h"
 
 namespace {
+
+constexpr const char* kColours = "colours";
+constexpr const char* kDither = "dither";
+
+// What the export of an effect does not have.
+std::span<const catalogue::Parameter> AddedParameters(const catalogue::Effect& effect) {
+    static constexpr catalogue::Parameter kAdded[] = {
+        {.name = kColours, .help = "the best for the eye, in place of --depth", .range = {2, 256}}};
+    return effect.name == std::string("convert-color") ? kAdded : std::span<const catalogue::Parameter>();
+}
+
+template <class Settings>
+auto* FindNamed(Settings& settings, const std::string& name) {
+    const auto found =
+        std::find_if(settings.begin(), settings.end(), [&](const Setting& s) { return s.parameter->name == name; });
+    return found == settings.end() ? nullptr : &*found;
+}
+
+bool IsGiven(const Setting& setting) {
+    const LONG* const number = std::get_if<LONG>(&setting.value);
+    const bool isUnsetFlag = setting.parameter->kind == catalogue::Kind::kFlag && number != nullptr && *number == 0;
+    return setting.value.index() != 0 && !isUnsetFlag;
+}
+
+// What is wrong with the values of a step that chooses colours for the eye.
+std::string CheckChosenColours(const Step& step) {
+    if (!CanQuantise()) {
+        return "--colours is missing in this program, which was built without Leptonica";
+    }
+    for (const Setting& setting : step.settings) {
+        const std::string name = setting.parameter->name;
+        if (IsGiven(setting) && name != kColours && name != kDither) {
+            return kColours + (" excludes " + name);
+        }
+    }
+    return {};
+}
 
 // Letters that have to be put in, taken out, exchanged or swapped with their neighbour to make one word of the other.
 std::size_t Distance(const std::string& from, const std::string& to) {
@@ -26,17 +67,18 @@ std::size_t Distance(const std::string& from, const std::string& to) {
     return rows.back().back();
 }
 
-std::vector<catalogue::Value> Values(std::vector<Setting>::const_iterator begin,
-                                     std::vector<Setting>::const_iterator end) {
+std::vector<catalogue::Value> Values(std::span<const Setting> settings) {
     std::vector<catalogue::Value> values;
-    std::transform(begin, end, std::back_inserter(values), [](const Setting& setting) { return setting.value; });
+    std::transform(settings.begin(), settings.end(), std::back_inserter(values),
+                   [](const Setting& setting) { return setting.value; });
     return values;
 }
 
 } // namespace
 
 Step::Step(const catalogue::Effect& described) : effect(&described) {
-    for (const auto parameters : {described.Parameters(), catalogue::AreaParameters(described)}) {
+    for (const auto parameters :
+         {described.Parameters(), catalogue::AreaParameters(described), AddedParameters(described)}) {
         for (const catalogue::Parameter& parameter : parameters) {
             settings.push_back({&parameter, {}, {}});
         }
@@ -44,17 +86,30 @@ Step::Step(const catalogue::Effect& described) : effect(&described) {
 }
 
 Setting* Step::Find(const std::string& name) {
-    const auto found =
-        std::find_if(settings.begin(), settings.end(), [&](const Setting& s) { return s.parameter->name == name; });
-    return found == settings.end() ? nullptr : &*found;
+    return FindNamed(settings, name);
+}
+
+const Setting* Step::Find(const std::string& name) const {
+    return FindNamed(settings, name);
 }
 
 std::vector<catalogue::Value> Step::OwnValues() const {
-    return Values(settings.begin(), settings.begin() + std::ssize(effect->Parameters()));
+    return Values(std::span(settings).first(effect->Parameters().size()));
 }
 
 std::vector<catalogue::Value> Step::AreaValues() const {
-    return Values(settings.begin() + std::ssize(effect->Parameters()), settings.end());
+    return Values(std::span(settings).subspan(effect->Parameters().size(), catalogue::AreaParameters(*effect).size()));
+}
+
+unsigned Step::ChosenColours() const {
+    const Setting* const setting = Find(kColours);
+    const bool given = setting != nullptr && !AddedParameters(*effect).empty() && IsGiven(*setting);
+    return given ? static_cast<unsigned>(std::get<LONG>(setting->value)) : 0;
+}
+
+bool Step::Dithers() const {
+    const Setting* const setting = Find(kDither);
+    return setting != nullptr && IsGiven(*setting);
 }
 
 bool IsOffered(const catalogue::Effect& effect) {
@@ -76,6 +131,9 @@ std::string Set(Setting& setting, const std::string& text) {
 }
 
 std::string CheckStep(const Step& step) {
+    if (step.ChosenColours() != 0) {
+        return CheckChosenColours(step);
+    }
     catalogue::Area area;
     const std::string mistake = catalogue::CheckValues(*step.effect, step.OwnValues());
     return mistake.empty() ? catalogue::MakeArea(*step.effect, step.AreaValues(), area) : mistake;

@@ -18,12 +18,18 @@ struct Step {
     explicit Step(const catalogue::Effect& described);
 
     const catalogue::Effect* effect;
-    std::vector<Setting> settings; // the effect's own parameters, then those of its area
+    // The effect's own parameters, those of its area, and what only the command line adds.
+    std::vector<Setting> settings;
 
     // The setting of that name, or null.
     Setting* Find(const std::string& name);
+    const Setting* Find(const std::string& name) const;
     std::vector<catalogue::Value> OwnValues() const;
     std::vector<catalogue::Value> AreaValues() const;
+
+    // How many colours are to be chosen for the eye, and not by the effect's export; 0 when it is called.
+    unsigned ChosenColours() const;
+    bool Dithers() const;
 };
 
 using Chain = std::vector<Step>;

@@ -70,6 +70,8 @@ void AddOutputOptions(CLI::App& command, FileOptions& files) {
         ->type_name("N")
         ->transform(Between(1, 100))
         ->group("Files");
+    command.add_flag("--progressive", files.progressive, "a JPEG output that appears in steps, and is smaller")
+        ->group("Files");
     command.add_flag("--strip", files.strip, "leave profile, EXIF and resolution out")->group("Files");
     command.add_flag("!--no-sync", files.sync, "do not wait until the disk has the output")->group("Files");
     command.add_flag("--force", files.mayReplace, "replace an output that is there already")->group("Files");

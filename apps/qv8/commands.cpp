@@ -57,6 +57,7 @@ ExitCode RunCommand::Run(std::ostream& out, std::ostream& err) {
         batch.files.quality = recipe.quality;
     }
     batch.files.mayReplace = batch.files.mayReplace || recipe.force || !batch.output.empty();
+    batch.files.progressive = batch.files.progressive || recipe.progressive;
     batch.memory = megabytes << 20;
     const bool hasInputs = !batch.inputs.names.empty() || !batch.inputs.listName.empty();
     if (batch.output.empty() == batch.outFolder.empty()) {
