@@ -32,8 +32,13 @@ private:
         return packed_[place_++];
     }
 
+    // Some writers compress rows together with what fills them up to whole groups of four bytes.
     void Put(unsigned value) {
-        Require(x_ < width_ && y_ < height_, "its pixels go beyond the picture");
+        Require(x_ < (width_ + 3) / 4 * 4 && y_ < height_, "its pixels go beyond the picture");
+        if (x_ >= width_) {
+            ++x_;
+            return;
+        }
         BYTE* const row = pixels_ + y_ * stride_;
         if (nibbles_) {
             row[x_ / 2] = static_cast<BYTE>(row[x_ / 2] | value << (x_ % 2 == 0 ? 4 : 0));

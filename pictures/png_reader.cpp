@@ -140,7 +140,11 @@ void DecodeInPlace(spng_ctx* context, const Plan& plan, const LockedPicture& pic
     int result = SPNG_OK;
     while (result == SPNG_OK) {
         spng_row_info info{};
-        Check(spng_get_row_info(context, &info));
+        result = spng_get_row_info(context, &info);
+        if (result == SPNG_EOI) { // of an interlaced picture whose last rows have no pixels
+            break;
+        }
+        Check(result);
         BYTE* const row = picture.RowFromTop(info.row_num);
         result = spng_decode_row(context, row, rowBytes);
         if (!interlaced) {

@@ -90,12 +90,17 @@ std::vector<RGBQUAD> TableOf(TIFF* file, const Layout& layout) {
     std::uint16_t* blue = nullptr;
     Require(TIFFGetField(file, TIFFTAG_COLORMAP, &red, &green, &blue) != 0, "it has no colour table");
     const std::size_t count = std::size_t{1} << layout.bits;
-    // Some writers store levels of 8 bits where there should be 16.
-    const auto isSmall = [count](const std::uint16_t* levels) {
-        return std::all_of(levels, levels + count, [](unsigned level) { return level < 256; });
+    // Some writers store levels of 8 bits in the lower or in the upper half of the 16 that there should be.
+    const auto none = [&](unsigned bits) {
+        const auto clear = [bits](unsigned level) { return (level & bits) == 0; };
+        return std::all_of(red, red + count, clear) && std::all_of(green, green + count, clear) &&
+               std::all_of(blue, blue + count, clear);
     };
-    const bool small = isSmall(red) && isSmall(green) && isSmall(blue);
-    const auto level = [small](unsigned value) { return small ? static_cast<BYTE>(value) : Rounded(value); };
+    const bool lower = none(0xFF00);
+    const bool upper = none(0x00FF);
+    const auto level = [&](unsigned value) {
+        return lower ? static_cast<BYTE>(value) : upper ? static_cast<BYTE>(value >> 8) : Rounded(value);
+    };
     std::vector<RGBQUAD> table;
     for (std::size_t i = 0; i < count; ++i) {
         table.push_back({level(blue[i]), level(green[i]), level(red[i]), 0});
