@@ -255,6 +255,10 @@ void TakeNotes(TIFF* file, const Layout& layout, LoadedPicture& loaded) {
         loaded.notes.emplace_back("its colours became red, green and blue without its profile");
         loaded.metadata.profile.clear();
     }
+    if (layout.photometric == PHOTOMETRIC_PALETTE && layout.samples > 1) {
+        loaded.notes.emplace_back(
+            "what it holds besides the indices into its colour table, such as alpha, was left out");
+    }
     if (TIFFLastDirectory(file) == 0) {
         loaded.notes.emplace_back("only the first of its pictures was read");
     }
