@@ -23,7 +23,7 @@ struct MappingKernels {
     using DitherRow = void (*)(const IndexChoice& choice, const ColourTwice* palette, const MappingRows& rows,
                                int width, int step);
 
-    MapRow mapRow[4];          // for each ChooseBy
+    MapRow mapRow[4];          // for each ChooseBy but the threshold, which has kernels of its own
     DitherRow ditherRow[2][4]; // where the errors of the row above are replaced, and where they are kept
 };
 

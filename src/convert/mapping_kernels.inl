@@ -62,15 +62,6 @@ inline void StoreFirst(short* error, Twice value) {
 
 // --- Choosing an index -----------------------------------------------------------------------------------------------
 
-struct ByThreshold {
-    unsigned least;
-
-    explicit ByThreshold(const IndexChoice& choice) : least(choice.least) {}
-    unsigned operator()(unsigned blue, unsigned green, unsigned red) const {
-        return blue + green + red >= least ? 1 : 0;
-    }
-};
-
 struct ByFixedLevels {
     const BYTE* level;
 
@@ -206,7 +197,7 @@ void DitherBlackAndWhite(const IndexChoice& choice, const ColourTwice* /*palette
 }
 
 constexpr MappingKernels kKernels = {
-    {MapRow<ByThreshold>, MapRow<ByFixedLevels>, MapRow<ByInverseMap>, MapRow<ByNearest>},
+    {nullptr, MapRow<ByFixedLevels>, MapRow<ByInverseMap>, MapRow<ByNearest>},
     {{DitherBlackAndWhite, DitherRow<ByFixedLevels, false>, DitherRow<ByInverseMap, false>,
       DitherRow<ByNearest, false>},
      {DitherBlackAndWhite, DitherRow<ByFixedLevels, true>, DitherRow<ByInverseMap, true>, DitherRow<ByNearest, true>}}};
