@@ -1,6 +1,7 @@
-"""Makes the manual pages qv8(1) and qv8effect(3)."""
+"""Makes the manual pages qv8(1) and qv8effect(3), compressed as systems keep them."""
 
 import argparse
+import gzip
 import re
 import tomllib
 from pathlib import Path
@@ -111,9 +112,10 @@ def main():
     examples = tomllib.loads((HERE / "examples.toml").read_text())["examples"]
     out = Path(options.out)
     out.mkdir(parents=True, exist_ok=True)
-    (out / "qv8.1").write_text(command_page(program, examples))
     library = headers.read_header(options.xml, "qv8effect.h")
-    (out / "qv8effect.3").write_text(library_page(library, program.version))
+    for name, text in (("qv8.1", command_page(program, examples)),
+                       ("qv8effect.3", library_page(library, program.version))):
+        (out / f"{name}.gz").write_bytes(gzip.compress(text.encode(), mtime=0))
 
 
 if __name__ == "__main__":
