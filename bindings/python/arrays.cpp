@@ -96,42 +96,69 @@ void PackRow(const ArrayView& view, const BYTE* from, BYTE* to, std::size_t inve
     }
 }
 
-// Turns rows of a picture, bottom-up and blue first, into rows of an array where they are.
-void TurnOver(BYTE* first, std::size_t stride, std::size_t width, std::size_t height, std::size_t channels) {
-    const std::size_t bytes = width * channels;
-    const auto copy = [=](const BYTE* from, BYTE* to) {
-        if (channels == 1) {
-            std::memcpy(to, from, bytes);
-        } else {
-            SwapRedAndBlue(from, to, width, channels);
-        }
-    };
-    std::vector<BYTE> kept(bytes);
-    for (std::size_t y = 0; y < height / 2; ++y) {
-        BYTE* const upper = first + y * stride;
-        BYTE* const lower = first + (height - 1 - y) * stride;
-        copy(upper, kept.data());
-        copy(lower, upper);
-        std::memcpy(lower, kept.data(), bytes);
+using Levels = std::array<BYTE, 256>;
+
+// The grey levels that the indices of an 8-bit picture stand for; black where its table has none.
+Levels LevelsOf(const LockedPicture& picture) {
+    Levels levels{};
+    for (std::size_t i = 0; i < std::min<std::size_t>(picture.TableEntries(), levels.size()); ++i) {
+        levels[i] = picture.Table()[i].rgbRed;
     }
-    if (height % 2 == 1 && channels != 1) {
-        SwapRedAndBlue(first + height / 2 * stride, first + height / 2 * stride, width, channels);
-    }
+    return levels;
 }
 
-// Whether the indices of an 8-bit picture are grey levels themselves.
-bool IsGreyRamp(const LockedPicture& picture) {
-    if (picture.Header().biBitCount != 8 || picture.TableEntries() != 256) {
-        return false;
-    }
-    for (std::size_t i = 0; i < 256; ++i) {
-        const RGBQUAD& entry = picture.Table()[i];
-        if (entry.rgbBlue != i || entry.rgbGreen != i || entry.rgbRed != i) {
-            return false;
+bool AreIndices(const Levels& levels) {
+    std::size_t i = 0;
+    return std::all_of(levels.begin(), levels.end(), [&i](BYTE level) { return level == i++; });
+}
+
+// Turns rows of a picture, bottom-up and blue first or indices, into rows of an array where they are.
+class RowTurner {
+public:
+    RowTurner(const LockedPicture& picture, std::size_t channels)
+        : first_(picture.Bytes() + picture.PixelOffset()), stride_(picture.Stride()), width_(picture.Width()),
+          height_(picture.Height()), channels_(channels) {
+        if (channels == 1) {
+            levels_ = LevelsOf(picture);
+            keepsIndices_ = AreIndices(levels_);
         }
     }
-    return true;
-}
+
+    void Turn() const {
+        std::vector<BYTE> kept(width_ * channels_);
+        for (std::size_t y = 0; y < height_ / 2; ++y) {
+            BYTE* const upper = first_ + y * stride_;
+            BYTE* const lower = first_ + (height_ - 1 - y) * stride_;
+            Copy(upper, kept.data());
+            Copy(lower, upper);
+            std::memcpy(lower, kept.data(), kept.size());
+        }
+        if (height_ % 2 == 1) {
+            BYTE* const middle = first_ + height_ / 2 * stride_;
+            Copy(middle, kept.data());
+            std::memcpy(middle, kept.data(), kept.size());
+        }
+    }
+
+private:
+    void Copy(const BYTE* from, BYTE* to) const {
+        if (channels_ != 1) {
+            SwapRedAndBlue(from, to, width_, channels_);
+        } else if (keepsIndices_) {
+            std::memcpy(to, from, width_);
+        } else {
+            std::transform(from, from + width_, to, [this](BYTE index) { return levels_[index]; });
+        }
+    }
+
+    BYTE* first_;
+    std::size_t stride_;
+    std::size_t width_;
+    std::size_t height_;
+    std::size_t channels_;
+    Levels levels_{};
+    bool keepsIndices_ = false;
+};
 
 } // namespace
 
@@ -179,7 +206,7 @@ ArrayPixels::ArrayPixels(Picture picture, bool alpha) {
     {
         const LockedPicture locked(picture);
         const WORD depth = locked.Header().biBitCount;
-        channels = IsGreyRamp(locked) ? 1 : depth == 24 ? 3 : 0;
+        channels = depth == 8 && HasGreyTable(locked) ? 1 : depth == 24 ? 3 : 0;
         if (depth == 32 && catalogue::HasKnownLayout(picture.Handle()) && (alpha || HasAlpha(picture))) {
             channels = 4;
         }
@@ -223,7 +250,7 @@ void ArrayPixels::TakeOver(Picture picture, std::size_t channels) {
     }
     rowStep_ = locked.Stride();
     first_ = static_cast<BYTE*>(GlobalLock(block_.Handle())) + locked.PixelOffset();
-    TurnOver(first_, rowStep_, locked.Width(), locked.Height(), channels);
+    RowTurner(locked, channels).Turn();
 }
 
 void ArrayPixels::Convert(const Picture& picture, bool alpha) {

@@ -149,7 +149,7 @@ def test_areas_are_those_of_the_command_line(tmp_path):
 
 def test_a_rectangle_is_its_pixels():
     image = picture()
-    for sides in [(3, 5, 40, 30), (-4, -9, 200, 2), (7, 8, 8, 9)]:
+    for sides in [(3, 5, 40, 30), (-4, -9, 200, 2), (7, 8, 8, 9), (7, 8, 8, 20)]:
         left, top, right, bottom = (max(side, 0) for side in sides)
         expected = image.copy()
         expected[top:bottom, left:right] = 255 - expected[top:bottom, left:right]
