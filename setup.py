@@ -1,6 +1,8 @@
 """Builds the Python package with CMake; the installed Debian packages are all it needs:
 
 pip install --no-build-isolation --no-index .
+
+CMAKE_ARGS may hold further options for CMake.
 """
 
 import os
@@ -29,14 +31,15 @@ class BuildWithCMake(build_ext):
         }
         jobs = str(len(os.sched_getaffinity(0)))
         configure = ["cmake", "-S", ROOT, "-B", folder, "-G", "Ninja"]
-        subprocess.run(configure + [f"-D{name}={value}" for name, value in options.items()], check=True)
+        more = os.environ.get("CMAKE_ARGS", "").split()
+        subprocess.run(configure + [f"-D{name}={value}" for name, value in options.items()] + more, check=True)
         subprocess.run(["cmake", "--build", folder, "--target", "qv8_python_package", "-j", jobs], check=True)
         subprocess.run(["cmake", "--install", folder, "--component", "python", "--strip", "--prefix",
                         Path(self.build_lib).resolve()], check=True)
 
 
 setup(
-    version=re.search(r"project\(\w+ VERSION (\S+)", ROOT.joinpath("CMakeLists.txt").read_text())[1],
+    version=".".join(re.findall(r"#define QV8_VERSION_[MP]\w+ (\d+)", ROOT.joinpath("include/qv8version.h").read_text())),
     packages=[],
     ext_modules=[Extension("qv8._native", [])],
     cmdclass={"build_ext": BuildWithCMake},

@@ -1,5 +1,5 @@
-# What is installed, in three components: `runtime` (the libraries), `development` (what their users build with) and
-# `tools` (the command line).
+# What is installed, in components: `runtime` (the libraries), `development` (what their users build with), `tools` (the
+# command line), and `python`, which bindings/python installs.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Qv8Effect)

@@ -46,6 +46,12 @@ add_deb(tools qv8 graphics "libqv8effect ${same_version}" BINARIES
   DESCRIPTION "A command line for BMP, PNG, JPEG, TIFF and WebP files: single effects, chains of
 them, and recipes over many files at once. Output files are written whole or not at
 all.")
+if(TARGET qv8_python)
+  add_deb(python python3-qv8 python "libqv8effect ${same_version}, python3 (>= 3.11~), python3 (<< 3.12~), python3-numpy" BINARIES
+    SUMMARY "picture effects on NumPy arrays"
+    DESCRIPTION "A Python package with a function for every effect of libqv8effect, the recipes and the
+files of the command line. Arrays in, arrays out.")
+endif()
 set(CPACK_COMPONENTS_ALL ${deb_components})
 
 # The licences of what a file holds: ours, and those of the headers that are compiled into the command line.

@@ -18,4 +18,7 @@ echo "<- C, the .debs, find_package"
 cc lighter.c $(pkg-config --cflags --libs qv8effect) -o lighter
 expect_lighter ./lighter
 echo "<- C, the .debs, pkg-config"
-apt-get -qq -y purge qv8 libqv8effect libqv8effect-dev > install.log 2>&1
+python3 -c 'import qv8; qv8.write("lighter.bmp", qv8.rgb_gamma(qv8.read("picture.bmp"), -0.5, -0.5, -0.5))'
+cmp lighter.bmp expected.bmp && rm lighter.bmp
+echo "the same bytes <- Python, the .debs"
+apt-get -qq -y purge python3-qv8 qv8 libqv8effect libqv8effect-dev > install.log 2>&1

@@ -37,7 +37,7 @@ sheet = {
     'convert_color("4", dither=True)': qv8.convert_color(picture, "4", dither=True),
     "rotation(20, smooth=True)": qv8.rotation(picture, angle=20, smooth=True),
     "select_image(area=middle)": qv8.select_image(picture, (255, 255, 255), area=middle)[0],
-    "a chain": qv8.Recipe("chroma --amount 60 | sharp --strength 60 | outline --gain 3")(picture),
+    "a chain": qv8.Recipe("shade --radius 3 | mosaic --width 6 --height 6 | sharp --strength 40")(picture),
 }
 
 # %% [markdown]
