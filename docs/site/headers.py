@@ -64,11 +64,13 @@ class Section:
 @dataclass
 class Header:
     name: str
+    brief: ElementTree.Element
     about: ElementTree.Element
     sections: list[Section] = field(default_factory=list)
     functions: list[Function] = field(default_factory=list)
     groups: dict[str, ElementTree.Element] = field(default_factory=dict)  # the text of each group of functions
     statuses: list[tuple[str, str, ElementTree.Element]] = field(default_factory=list)
+    macros: list[tuple[str, ElementTree.Element]] = field(default_factory=list)  # those that are described
 
     def shared(self):
         return {name: parameter for section in self.sections for parameter in section.parameters
@@ -94,7 +96,7 @@ def read_function(member, group):
 def read_header(folder, name):
     compound = ElementTree.parse(Path(folder) / (name.replace(".", "_8") + ".xml")).getroot().find("compounddef")
     about = compound.find("detaileddescription")
-    header = Header(name, about)
+    header = Header(name, compound.find("briefdescription"), about)
     for section in about.findall("sect1"):
         header.sections.append(Section(section.get("id").rsplit("_1")[-1], section.findtext("title"), section,
                                        parameters_of(section)))
@@ -105,6 +107,8 @@ def read_header(folder, name):
         for member in part.findall("memberdef"):
             if member.get("kind") == "function":
                 header.functions.append(read_function(member, group))
+            if member.get("kind") == "define" and markup.render(member.find("briefdescription"), markup.PLAIN):
+                header.macros.append((member.findtext("name"), member.find("briefdescription")))
             for value in member.findall("enumvalue"):
                 if value.findtext("name").startswith("QV8_STATUS_"):
                     header.statuses.append((value.findtext("name"), value.findtext("initializer").lstrip("= "),

@@ -87,7 +87,7 @@ def function_part(function):
 
 def library_page(header, version):
     roff = markup.ROFF
-    about = markup.render(header.about, roff)
+    about = markup.render(header.brief, roff) + "\n" + markup.render(header.about, roff)
     text = heading("qv8effect", 3, "Picture effects", version)
     text += ".SH NAME\nqv8effect \\- effects on packed device\\-independent bitmaps\n"
     text += ".SH SYNOPSIS\n.nf\n\\fB#include <qv8effect.h>\n#include <qv8com.h>\\fR\n.fi\n.PP\n"

@@ -18,13 +18,14 @@ from pictures import Gallery
 from program import Program
 
 HERE = Path(__file__).parent
-HEADERS = ("qv8effect.h", "qv8com.h", "qv8platform.h")
+HEADERS = ("qv8effect.h", "qv8com.h", "qv8platform.h", "qv8version.h")
 GUIDES = (("first-program", "Your first program"), ("areas", "Areas and masks"),
           ("colour-reduction", "Colour reduction: which one"), ("progress", "Progress and cancelling"),
           ("threads", "Threads and memory"), ("moving", "Moving an old application over"),
           ("exactness", "Exactness: what is promised"))
 # The pages of the companion libraries are a header each.
-HEADER_PAGES = {"qv8com.h": ("companion", "Companion"), "qv8platform.h": ("platform", "Platform")}
+HEADER_PAGES = {"qv8com.h": ("companion", "Companion"), "qv8platform.h": ("platform", "Platform"),
+                "qv8version.h": ("version", "Version")}
 
 RETURNS = {
     "HGLOBAL": "A new picture, which the caller frees with GlobalFree, or 0. What is passed in stays the caller's and is "
