@@ -5,6 +5,9 @@
 // outermost column of the middle row towards the outermost row, by steps of a column, a row or both. Each step looks at
 // F at the two pixels on either side of the curve: if their sum says that the curve is nearer to the outer one, the
 // walk goes there. Only whole numbers are used, of more than 64 bits for the largest shapes.
+//
+// The tips of narrow tall ellipses are less than half a pixel wide on either side of the centre, where the walk has no
+// column left to step to: they are the one or two columns in the middle.
 #include <cstdint>
 #include <utility>
 
@@ -44,8 +47,11 @@ public:
     std::int64_t Lower() const {
         return lower_;
     }
+    bool IsAtTheTip() const { // in the middle, with rows left perhaps
+        return left_ > right_;
+    }
     bool IsOver() const {
-        return left_ > right_ || upper_ < top_;
+        return upper_ < top_;
     }
 
     // Returns whether the walk went on to another row.
@@ -59,12 +65,16 @@ public:
             diagonal_ += columnGain_;
         }
         if (stepRow) {
-            --upper_;
-            ++lower_;
+            NextRow();
             rowGain_ += rowGrowth_;
             diagonal_ += rowGain_;
         }
         return stepRow;
+    }
+
+    void NextRow() {
+        --upper_;
+        ++lower_;
     }
 
 private:
@@ -76,10 +86,9 @@ private:
     Wide rowGrowth_;
 };
 
-// Very narrow ellipses end in a line of single pixels that the walk does not come to; it stays out of the shape.
 void DrawWalk(const Pixels& target, OutlineWalk walk, Ink pen, Ink brush) {
     bool isNewRow = true;
-    while (!walk.IsOver()) {
+    while (!walk.IsOver() && !walk.IsAtTheTip()) {
         for (const std::int64_t y : {walk.Upper(), walk.Lower()}) {
             if (isNewRow) {
                 target.FillSpan(y, walk.Left() + 1, walk.Right(), brush);
@@ -88,6 +97,11 @@ void DrawWalk(const Pixels& target, OutlineWalk walk, Ink pen, Ink brush) {
             target.Set(walk.Right(), y, pen);
         }
         isNewRow = walk.Next();
+    }
+    for (; !walk.IsOver(); walk.NextRow()) {
+        for (const std::int64_t y : {walk.Upper(), walk.Lower()}) {
+            target.FillSpan(y, walk.Left() - 1, walk.Right() + 2, pen);
+        }
     }
 }
 

@@ -124,6 +124,24 @@ TEST(Drawing, OutlinesWithThePenAndFillsWithTheBrush) {
     EXPECT_EQ(bits, expected);
 }
 
+#ifndef _WIN32 // where nothing is known of them
+TEST(Drawing, FillsTheTipsOfNarrowEllipses) {
+    for (const POINT size : {POINT{3, 8}, {3, 300}, {4, 40}, {5, 600}, {6, 601}}) {
+        Shape shape;
+        shape.kind = Shape::kEllipse;
+        shape.width = size.x;
+        shape.height = size.y;
+        shape.points = {{0, 0}, size};
+        ASSERT_TRUE(DrawShape(shape));
+        const int middle = (size.x - 1) / 2;
+        for (int y = 0; y != size.y; ++y) {
+            ASSERT_TRUE(shape.IsSet(middle, y) && shape.IsSet(size.x / 2, y)) << Describe(shape) << ", row " << y;
+        }
+        EXPECT_FALSE(shape.IsSet(middle - 1, 0) || shape.IsSet(size.x / 2 + 1, size.y - 1)) << Describe(shape);
+    }
+}
+#endif
+
 TEST(Drawing, SelectsABitmapIntoOneContextAtATime) {
     Canvas canvas(4, 4);
     const HDC other = CreateCompatibleDC(nullptr);
