@@ -34,11 +34,13 @@ bool MakeColumnMap(const ScaledSide& side, ColumnMap& map) {
         return false;
     }
     int* const columns = map.block.As<int>();
-    ForEachGroup(side, [&](const PixelGroup& group) {
+    for (int first = 0; first < side.oldSize && map.count < side.newSize;) {
+        const PixelGroup group = GroupAt(side, first);
         for (int i = 0; i != group.resultCount; ++i) {
             columns[map.count++] = group.first;
         }
-    });
+        first = group.next;
+    }
     return true;
 }
 

@@ -5,6 +5,9 @@
 namespace qv8 {
 namespace {
 
+// Of a side that shrinks more than this, the end of a group is looked for near where it must be.
+constexpr float kLongGroups = 1.0F / 64;
+
 // Where the block of a source position begins. The product is formed in double precision: halves go up exactly.
 std::int64_t PlaceOf(const ScaledSide& side, std::int64_t position) {
     return static_cast<std::int64_t>(static_cast<double>(position) * static_cast<double>(side.factor) + 0.5);
@@ -19,6 +22,13 @@ ScaledSide MakeScaledSide(int oldSize, int newSize) {
 PixelGroup GroupAt(const ScaledSide& side, int first) {
     const std::int64_t begin = PlaceOf(side, first);
     std::int64_t next = std::int64_t{first} + 1;
+    if (side.factor < kLongGroups && begin < side.newSize) {
+        const double lastBefore = (static_cast<double>(begin) + 0.5) / static_cast<double>(side.factor) - 2;
+        const auto near = static_cast<std::int64_t>(lastBefore);
+        if (near > next && PlaceOf(side, near) == begin) { // places never fall
+            next = near;
+        }
+    }
     std::int64_t end = PlaceOf(side, next);
     while (!side.Enlarges() && end == begin && end < side.newSize) {
         end = PlaceOf(side, ++next);
