@@ -25,14 +25,14 @@ std::size_t TakePeak() {
 extern "C" {
 
 __attribute__((visibility("default"))) HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes) {
-    static const auto next = reinterpret_cast<decltype(&GlobalAlloc)>(dlsym(RTLD_NEXT, "GlobalAlloc"));
+    static const auto next = reinterpret_cast<decltype(&GlobalAlloc)>(dlsym(RTLD_NEXT, "qv8_GlobalAlloc"));
     bench::taken += static_cast<std::ptrdiff_t>(bytes);
     bench::peak = std::max(bench::peak, bench::taken);
     return next(flags, bytes);
 }
 
 __attribute__((visibility("default"))) HGLOBAL GlobalFree(HGLOBAL block) {
-    static const auto next = reinterpret_cast<decltype(&GlobalFree)>(dlsym(RTLD_NEXT, "GlobalFree"));
+    static const auto next = reinterpret_cast<decltype(&GlobalFree)>(dlsym(RTLD_NEXT, "qv8_GlobalFree"));
     bench::taken -= static_cast<std::ptrdiff_t>(GlobalSize(block));
     return next(block);
 }

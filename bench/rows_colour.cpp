@@ -10,7 +10,7 @@ HGLOBAL Whole(Function* function, const Scene& scene, Own... own) {
     return function(&target, QV8_AREA_WHOLE, nullptr, 0, nullptr, 1, own..., QuietOwner(), 0, 0, 0);
 }
 
-template <int kFrom, int kTo, BOOL kFixed = 0, BOOL kDither = 0>
+template <int kFrom, int kTo, QV8BOOL kFixed = 0, QV8BOOL kDither = 0>
 HGLOBAL Convert(const Scene& scene) {
     return QV8ConvertColor(scene.Picture(kFrom), kTo, kFixed, kDither, 128, QuietOwner(), 0, 0, 0);
 }

@@ -25,7 +25,7 @@ HGLOBAL ResizeEx(const Scene& scene) {
     return result.hImage;
 }
 
-template <LONG kAngle, DWORD kSmooth, BOOL kMirror = 0, BOOL kFlip = 0>
+template <LONG kAngle, DWORD kSmooth, QV8BOOL kMirror = 0, QV8BOOL kFlip = 0>
 HGLOBAL Rotate(const Scene& scene) {
     const ImageSet target = {scene.Picture(), nullptr};
     return QV8Rotation(&target, kAngle, kMirror, kFlip, kSmooth, 30, 60, 90, 0, QuietOwner(), 0, 0, 0).hImage;

@@ -94,7 +94,7 @@ struct Slot {
 
 struct CallResult {
     ImageSet pictures{};
-    BOOL flag = FALSE;
+    QV8BOOL flag = FALSE;
 };
 
 struct Effect {

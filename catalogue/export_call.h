@@ -53,7 +53,7 @@ inline CallResult AsResult(HGLOBAL picture) {
 inline CallResult AsResult(const ImageSet& pictures) {
     return {pictures, FALSE};
 }
-inline CallResult AsResult(BOOL flag) {
+inline CallResult AsResult(QV8BOOL flag) {
     return {{}, flag};
 }
 

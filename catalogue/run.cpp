@@ -233,7 +233,7 @@ std::string MakeArea(const Effect& effect, const std::vector<Value>& values, Are
             continue;
         }
         if (name == "outside") {
-            area.inside = static_cast<BOOL>(std::get<LONG>(values[i]) == 0);
+            area.inside = static_cast<QV8BOOL>(std::get<LONG>(values[i]) == 0);
             continue;
         }
         if (!shape.empty()) {

@@ -35,7 +35,7 @@ struct Area {
     HGLOBAL mask = nullptr; // the caller's
     std::vector<POINT> points;
     RECT rect{};
-    BOOL inside = TRUE;
+    QV8BOOL inside = TRUE;
 };
 
 } // namespace catalogue

@@ -4,9 +4,9 @@
  *
  * How parameters are written here: `@param name [unit, range] meaning`. "Clamped" means that a value out of range
  * counts as the nearest one in range, without an error. BYTE and flag arguments arrive in 32-bit slots; of BYTE
- * arguments only the low byte counts, a BOOL or a flag is true when it is not 0. All functions use the standard Windows
- * calling convention and are exported under their plain names. Parameters that many functions have in common are
- * described in this part only.
+ * arguments only the low byte counts, a QV8BOOL or a flag is true when it is not 0. All functions use the standard
+ * Windows calling convention and are exported under their plain names. Parameters that many functions have in common
+ * are described in this part only.
  *
  * @section pictures Pictures
  * A picture is an HGLOBAL from GlobalAlloc (movable memory) that holds, without gaps, a 40-byte BITMAPINFOHEADER, the
@@ -70,6 +70,9 @@
  * @param pointCount [number, at least 2] of corners.
  * @param rect [pixels, y counted from the top] bounding rectangle of the ellipse, right and bottom excluded; cut to the
  *             picture; either order of its sides. Null counts as all zeros.
+ *             On Windows the system draws the ellipse, and whether it fills the outermost rows of one much taller than
+ *             wide (5 x 600, or 3 wide and 8 high) is its affair; elsewhere the one or two columns in the middle go up
+ *             to both ends. All other shapes are the same everywhere.
  * @param inside [flag] set: the effect applies inside the polygon or ellipse; 0: outside it.
  */
 #ifndef QV8EFFECT_H
@@ -125,7 +128,7 @@ enum { QV8_DEPTH_GREY = 80 };
  *   above 0 darkens.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBGamma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                            const RECT* rect, BOOL inside, double gammaRed, double gammaGreen,
+                                            const RECT* rect, QV8BOOL inside, double gammaRed, double gammaGreen,
                                             double gammaBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                             DWORD_PTR dialog3);
 
@@ -134,7 +137,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBGamma(const ImageSet* target, DWORD areaTy
  * @param levelRed,levelGreen,levelBlue [levels, any number] 0 leaves the channel.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBLevel(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                            const RECT* rect, BOOL inside, LONG levelRed, LONG levelGreen,
+                                            const RECT* rect, QV8BOOL inside, LONG levelRed, LONG levelGreen,
                                             LONG levelBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                             DWORD_PTR dialog3);
 
@@ -143,8 +146,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBLevel(const ImageSet* target, DWORD areaTy
  * @param invertRed,invertGreen,invertBlue [flag] the channels to invert.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBRev(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                          const RECT* rect, BOOL inside, BOOL invertRed, BOOL invertGreen,
-                                          BOOL invertBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                          const RECT* rect, QV8BOOL inside, QV8BOOL invertRed, QV8BOOL invertGreen,
+                                          QV8BOOL invertBlue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                           DWORD_PTR dialog3);
 
 /**
@@ -153,7 +156,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8RGBRev(const ImageSet* target, DWORD areaType
  *   way there and back.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCGamma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                            const RECT* rect, BOOL inside, double gammaY, double gammaCr,
+                                            const RECT* rect, QV8BOOL inside, double gammaY, double gammaCr,
                                             double gammaCb, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                             DWORD_PTR dialog3);
 
@@ -163,7 +166,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCGamma(const ImageSet* target, DWORD areaTy
  *   back.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCLevel(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                            const RECT* rect, BOOL inside, LONG levelY, LONG levelCr, LONG levelCb,
+                                            const RECT* rect, QV8BOOL inside, LONG levelY, LONG levelCr, LONG levelCb,
                                             DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                             DWORD_PTR dialog3);
 
@@ -172,15 +175,16 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCLevel(const ImageSet* target, DWORD areaTy
  * @param invertY,invertCr,invertCb [flag] the components to invert.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8YCCRev(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                          const RECT* rect, BOOL inside, BOOL invertY, BOOL invertCr, BOOL invertCb,
-                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+                                          const RECT* rect, QV8BOOL inside, QV8BOOL invertY, QV8BOOL invertCr,
+                                          QV8BOOL invertCb, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                          DWORD_PTR dialog3);
 
 /**
  * Strengthens or weakens colour.
  * @param chroma [percent, -100 (grey) .. 1000; clamped] the change; 0 returns an exact copy.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Chroma(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                          const RECT* rect, BOOL inside, LONG chroma, DWORD progressOwner,
+                                          const RECT* rect, QV8BOOL inside, LONG chroma, DWORD progressOwner,
                                           DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
@@ -216,7 +220,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8SetGray(HGLOBAL image, DWORD progressOwner, D
  * the depth the picture has; 7 also for a picture of a depth that does not exist, and for 16 bits with channel masks
  * other than 5-5-5 and 5-6-5, whatever the wanted depth. A zero handle returns 0 and leaves the status alone.
  */
-QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, BOOL fixedPalette, BOOL dither,
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, QV8BOOL fixedPalette, QV8BOOL dither,
                                                 DWORD threshold, DWORD progressOwner, DWORD_PTR dialog1,
                                                 DWORD_PTR dialog2, DWORD_PTR dialog3);
 
@@ -240,8 +244,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8ConvertColor(HGLOBAL image, DWORD bitDepth, B
  * 5 null kernel or a divisor of 0.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8CustomFilter(const ImageSet* target, DWORD areaType, const POINT* points,
-                                                int pointCount, const RECT* rect, BOOL inside, const LONG* kernel,
-                                                DWORD divisor, DWORD offset, BOOL red, BOOL green, BOOL blue,
+                                                int pointCount, const RECT* rect, QV8BOOL inside, const LONG* kernel,
+                                                DWORD divisor, DWORD offset, QV8BOOL red, QV8BOOL green, QV8BOOL blue,
                                                 DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                                 DWORD_PTR dialog3);
 
@@ -251,7 +255,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8CustomFilter(const ImageSet* target, DWORD ar
  *   and may change by a level.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                         const RECT* rect, BOOL inside, DWORD strength, DWORD progressOwner,
+                                         const RECT* rect, QV8BOOL inside, DWORD strength, DWORD progressOwner,
                                          DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
@@ -263,7 +267,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Sharp(const ImageSet* target, DWORD areaType,
  * 5 another direction.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Emboss(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                          const RECT* rect, BOOL inside, DWORD direction, DWORD depth, DWORD base,
+                                          const RECT* rect, QV8BOOL inside, DWORD direction, DWORD depth, DWORD base,
                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
@@ -271,7 +275,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Emboss(const ImageSet* target, DWORD areaType
  * @param radius [pixels, 1..20, clamped; low byte] from the middle of the square to its edge.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                         const RECT* rect, BOOL inside, DWORD radius, DWORD progressOwner,
+                                         const RECT* rect, QV8BOOL inside, DWORD radius, DWORD progressOwner,
                                          DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
@@ -283,24 +287,25 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Shade(const ImageSet* target, DWORD areaType,
  * Mode 0 of an 8-bit picture stores the level found as the index: it wants the levels of the table in order.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8RemoveNoise(const ImageSet* target, DWORD areaType, const POINT* points,
-                                               int pointCount, const RECT* rect, BOOL inside, DWORD mode,
+                                               int pointCount, const RECT* rect, QV8BOOL inside, DWORD mode,
                                                DWORD sensitivity, DWORD progressOwner, DWORD_PTR dialog1,
                                                DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /** Averages each pixel with its left and right neighbours. */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8AntiAlias(const ImageSet* target, DWORD areaType, const POINT* points,
-                                             int pointCount, const RECT* rect, BOOL inside, DWORD progressOwner,
+                                             int pointCount, const RECT* rect, QV8BOOL inside, DWORD progressOwner,
                                              DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
  * Paints blocks with their mean colour; all depths. Blocks begin at the lower left corner of the area's bounding box;
- * the mean is of all of a block's pixels, also those outside the area.
+ * the mean is of all of a block's pixels, also those outside the area. A row of blocks is one step of the work:
+ * progress is told, and a cancel heard, when it is done.
  * @param blockWidth,blockHeight [pixels, any number] size of a block; one of them below 2 counts as 1.
  * @par Statuses
  * 5 both below 2.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Mosaic(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                          const RECT* rect, BOOL inside, int blockWidth, int blockHeight,
+                                          const RECT* rect, QV8BOOL inside, int blockWidth, int blockHeight,
                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
@@ -312,8 +317,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Mosaic(const ImageSet* target, DWORD areaType
  * 5 another channel.
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Outline(const ImageSet* target, DWORD areaType, const POINT* points, int pointCount,
-                                           const RECT* rect, BOOL inside, DWORD channel, DWORD edgeOperator, DWORD gain,
-                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                           const RECT* rect, QV8BOOL inside, DWORD channel, DWORD edgeOperator,
+                                           DWORD gain, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                            DWORD_PTR dialog3);
 
 /** @} */
@@ -330,7 +335,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Outline(const ImageSet* target, DWORD areaTyp
  * @param red,green,blue [level, 0..255; low byte] background colour, for pixels of the box outside the area.
  */
 QV8EFFECT_EXPORT ImageSet QV8API QV8SelectImage(HGLOBAL image, DWORD areaType, const POINT* points, int pointCount,
-                                                const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
+                                                const RECT* rect, QV8BOOL inside, DWORD red, DWORD green, DWORD blue,
                                                 DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                                 DWORD_PTR dialog3);
 
@@ -338,10 +343,10 @@ QV8EFFECT_EXPORT ImageSet QV8API QV8SelectImage(HGLOBAL image, DWORD areaType, c
  * As QV8SelectImage, storing the pair through `result`; status 5 when that is null.
  * @copydetails QV8SelectImage
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8SelectImageEx(HGLOBAL image, ImageSet* result, DWORD areaType, const POINT* points,
-                                              int pointCount, const RECT* rect, BOOL inside, DWORD red, DWORD green,
-                                              DWORD blue, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
-                                              DWORD_PTR dialog3);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8SelectImageEx(HGLOBAL image, ImageSet* result, DWORD areaType, const POINT* points,
+                                                 int pointCount, const RECT* rect, QV8BOOL inside, DWORD red,
+                                                 DWORD green, DWORD blue, DWORD progressOwner, DWORD_PTR dialog1,
+                                                 DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
  * Cuts an area out and marks in its mask the pixels whose colour is close to a key colour.
@@ -352,18 +357,19 @@ QV8EFFECT_EXPORT BOOL QV8API QV8SelectImageEx(HGLOBAL image, ImageSet* result, D
  * 5 another match mode.
  */
 QV8EFFECT_EXPORT ImageSet QV8API QV8AutoSelectImage(HGLOBAL image, DWORD areaType, const POINT* points, int pointCount,
-                                                    const RECT* rect, BOOL inside, DWORD red, DWORD green, DWORD blue,
-                                                    DWORD matchMode, DWORD tolerance, DWORD progressOwner,
+                                                    const RECT* rect, QV8BOOL inside, DWORD red, DWORD green,
+                                                    DWORD blue, DWORD matchMode, DWORD tolerance, DWORD progressOwner,
                                                     DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
  * As QV8AutoSelectImage, storing the pair through `result`; status 5 when that is null.
  * @copydetails QV8AutoSelectImage
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8AutoSelectImageEx(HGLOBAL image, ImageSet* result, DWORD areaType, const POINT* points,
-                                                  int pointCount, const RECT* rect, BOOL inside, DWORD red, DWORD green,
-                                                  DWORD blue, DWORD matchMode, DWORD tolerance, DWORD progressOwner,
-                                                  DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8AutoSelectImageEx(HGLOBAL image, ImageSet* result, DWORD areaType,
+                                                     const POINT* points, int pointCount, const RECT* rect,
+                                                     QV8BOOL inside, DWORD red, DWORD green, DWORD blue,
+                                                     DWORD matchMode, DWORD tolerance, DWORD progressOwner,
+                                                     DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /** @} */
 
@@ -391,8 +397,9 @@ QV8EFFECT_EXPORT ImageSet QV8API QV8Resize(const ImageSet* target, int width, in
  * As QV8Resize, storing the pair through `result`; status 5 when that is null.
  * @copydetails QV8Resize
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8ResizeEx(const ImageSet* target, ImageSet* result, int width, int height, DWORD smooth,
-                                         DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8ResizeEx(const ImageSet* target, ImageSet* result, int width, int height,
+                                            DWORD smooth, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                            DWORD_PTR dialog3);
 
 /**
  * Mirrors, flips, then turns about the centre.
@@ -409,18 +416,19 @@ QV8EFFECT_EXPORT BOOL QV8API QV8ResizeEx(const ImageSet* target, ImageSet* resul
  * @par Statuses
  * 3 also when the result would be too large.
  */
-QV8EFFECT_EXPORT ImageSet QV8API QV8Rotation(const ImageSet* target, LONG angle, BOOL mirror, BOOL flip, DWORD smooth,
-                                             DWORD red, DWORD green, DWORD blue, BOOL keepSize, DWORD progressOwner,
-                                             DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
+QV8EFFECT_EXPORT ImageSet QV8API QV8Rotation(const ImageSet* target, LONG angle, QV8BOOL mirror, QV8BOOL flip,
+                                             DWORD smooth, DWORD red, DWORD green, DWORD blue, QV8BOOL keepSize,
+                                             DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+                                             DWORD_PTR dialog3);
 
 /**
  * As QV8Rotation, storing the pair through `result`; status 5 when that is null.
  * @copydetails QV8Rotation
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8RotationEx(const ImageSet* target, ImageSet* result, LONG angle, BOOL mirror, BOOL flip,
-                                           DWORD smooth, DWORD red, DWORD green, DWORD blue, BOOL keepSize,
-                                           DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
-                                           DWORD_PTR dialog3);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8RotationEx(const ImageSet* target, ImageSet* result, LONG angle, QV8BOOL mirror,
+                                              QV8BOOL flip, DWORD smooth, DWORD red, DWORD green, DWORD blue,
+                                              QV8BOOL keepSize, DWORD progressOwner, DWORD_PTR dialog1,
+                                              DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
  * Straightens a four-cornered area into an upright picture.
@@ -490,10 +498,10 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8Panorama(HGLOBAL base, HGLOBAL added, DWORD s
  * @par Statuses
  * 7 also for a mask that is not 1-bit or of another size.
  */
-QV8EFFECT_EXPORT HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LONG angle, BOOL mirror, BOOL flip,
-                                              DWORD opacity, const BYTE* transparentRed, const BYTE* transparentGreen,
-                                              const BYTE* transparentBlue, LONG x, LONG y, DWORD sampling,
-                                              DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
+QV8EFFECT_EXPORT HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* pasted, LONG angle, QV8BOOL mirror,
+                                              QV8BOOL flip, DWORD opacity, const BYTE* transparentRed,
+                                              const BYTE* transparentGreen, const BYTE* transparentBlue, LONG x, LONG y,
+                                              DWORD sampling, DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2,
                                               DWORD_PTR dialog3);
 
 /**
@@ -511,7 +519,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8PasteImage(HGLOBAL base, const ImageSet* past
  */
 QV8EFFECT_EXPORT HGLOBAL QV8API QV8Layer(HGLOBAL base, HGLOBAL layer, DWORD opacity, DWORD transparentRed,
                                          DWORD transparentGreen, DWORD transparentBlue, DWORD backgroundRed,
-                                         DWORD backgroundGreen, DWORD backgroundBlue, int x, int y, BOOL clipToBase,
+                                         DWORD backgroundGreen, DWORD backgroundBlue, int x, int y, QV8BOOL clipToBase,
                                          DWORD progressOwner, DWORD_PTR dialog1, DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /** @} */
@@ -558,8 +566,8 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8CopyImage(HGLOBAL image, DWORD progressOwner,
  * 3 also when the clipboard does not take the copy, as while another program has it open; 7 also for a picture that
  * cannot be locked or whose `biSize` is below 40 or beyond the block.
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
-                                             DWORD_PTR dialog2, DWORD_PTR dialog3);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8SetToClipBrd(HWND window, HGLOBAL image, DWORD progressOwner, DWORD_PTR dialog1,
+                                                DWORD_PTR dialog2, DWORD_PTR dialog3);
 
 /**
  * Makes a copy of the picture that the clipboard holds as CF_DIB; the clipboard keeps its own.
@@ -585,7 +593,7 @@ QV8EFFECT_EXPORT HGLOBAL QV8API QV8GetFromClipBrd(HWND window, DWORD progressOwn
  * @par Statuses
  * 0 in any case. There is no progress.
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8IsClipBrdData(HWND window);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8IsClipBrdData(HWND window);
 
 /**
  * Takes everything off the clipboard.
@@ -594,7 +602,7 @@ QV8EFFECT_EXPORT BOOL QV8API QV8IsClipBrdData(HWND window);
  * @par Statuses
  * 0 in any case. There is no progress.
  */
-QV8EFFECT_EXPORT BOOL QV8API QV8ClearClipBrd(HWND window);
+QV8EFFECT_EXPORT QV8BOOL QV8API QV8ClearClipBrd(HWND window);
 
 /** @} */
 

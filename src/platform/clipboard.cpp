@@ -40,7 +40,7 @@ Clipboard& TheClipboard() {
 
 extern "C" {
 
-BOOL OpenClipboard(HWND window) {
+QV8BOOL OpenClipboard(HWND window) {
     Clipboard& clipboard = TheClipboard();
     const std::lock_guard guard(clipboard.mutex);
     if (!clipboard.IsClosed() && (!clipboard.IsOpenHere() || clipboard.window != window)) {
@@ -51,7 +51,7 @@ BOOL OpenClipboard(HWND window) {
     return TRUE;
 }
 
-BOOL CloseClipboard(void) {
+QV8BOOL CloseClipboard(void) {
     Clipboard& clipboard = TheClipboard();
     const std::lock_guard guard(clipboard.mutex);
     if (!clipboard.IsOpenHere()) {
@@ -62,7 +62,7 @@ BOOL CloseClipboard(void) {
     return TRUE;
 }
 
-BOOL EmptyClipboard(void) {
+QV8BOOL EmptyClipboard(void) {
     Clipboard& clipboard = TheClipboard();
     const std::lock_guard guard(clipboard.mutex);
     if (!clipboard.IsOpenHere()) {

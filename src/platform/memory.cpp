@@ -218,8 +218,8 @@ void* GlobalLock(HGLOBAL block) {
     });
 }
 
-BOOL GlobalUnlock(HGLOBAL block) {
-    return TheMemory().With<BOOL>(block, FALSE, [](Block& live) -> BOOL {
+QV8BOOL GlobalUnlock(HGLOBAL block) {
+    return TheMemory().With<QV8BOOL>(block, FALSE, [](Block& live) -> QV8BOOL {
         live.locks -= live.locks != 0 ? 1 : 0;
         return live.locks != 0 ? TRUE : FALSE;
     });

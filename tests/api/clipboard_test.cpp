@@ -14,7 +14,7 @@ namespace {
 
 constexpr DWORD kOwner = 1; // nobody's
 
-BOOL Put(HGLOBAL image) {
+QV8BOOL Put(HGLOBAL image) {
     return QV8SetToClipBrd(nullptr, image, kOwner, 0, 0, 0);
 }
 
@@ -160,7 +160,7 @@ TEST(Clipboard, IsTestedAndCleared) {
     Random random(84);
     const Source source(RandomPicture(LayoutNamed("24"), 4, 4, random));
     EXPECT_EQ(Put(source.Handle()), 1);
-    for (const BOOL full : {1, 0, 0}) {
+    for (const QV8BOOL full : {1, 0, 0}) {
         SetErrorStatus(kUntouched);
         EXPECT_EQ(QV8IsClipBrdData(nullptr) != 0, full != 0);
         EXPECT_EQ(GetErrorStatus(), QV8_STATUS_SUCCESS);

@@ -67,7 +67,7 @@ public:
     bool IsHostile() const {
         return hostile_;
     }
-    BOOL Flag(BOOL typical) {
+    QV8BOOL Flag(QV8BOOL typical) {
         return Number(typical, 0, 1) != 0 ? Number(1, 1, 300) : 0;
     }
     // One of 2^20 + 1 equally spaced numbers.

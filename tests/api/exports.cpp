@@ -29,7 +29,7 @@ Result ToResult(const ImageSet& set, const Arguments& /*arguments*/) {
 }
 
 // What was stored, where there was a place for it.
-Result ToResult(BOOL succeeded, const Arguments& arguments) {
+Result ToResult(QV8BOOL succeeded, const Arguments& arguments) {
     for (const Value& value : arguments.values) {
         if (value.pointer == &arguments.stored) {
             return {arguments.stored.hImage, arguments.stored.hMask, succeeded != FALSE};

@@ -14,7 +14,7 @@ struct Area {
     DWORD type = QV8_AREA_WHOLE;
     std::vector<POINT> points;
     RECT rect = {};
-    BOOL inside = 1;
+    QV8BOOL inside = 1;
     bool omitPoints = false; // a null pointer in their place
     bool omitRect = false;
     int fewer = 0; // points that are there but not counted; above their number, the count is below 0

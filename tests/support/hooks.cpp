@@ -72,7 +72,7 @@
 #define QV8_HOOK_API
 #define QV8_REAL(name)                                                                                                 \
     [] {                                                                                                               \
-        static const auto next = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name));                           \
+        static const auto next = reinterpret_cast<decltype(&name)>(NextDefinition("qv8_" #name));                      \
         return next;                                                                                                   \
     }()
 #endif
@@ -91,6 +91,14 @@ struct State {
 // Watched calls run on one thread; others may pass through the replacements while nothing is watched.
 std::atomic<State*> watching = nullptr;
 std::atomic<SIZE_T> largestBlock = ~SIZE_T{0};
+
+#ifndef _WIN32
+// The functions of the platform have a name of their own in its shared object, those of the companion have not.
+void* NextDefinition(const char* platformName) {
+    void* const found = dlsym(RTLD_NEXT, platformName);
+    return found != nullptr ? found : dlsym(RTLD_NEXT, platformName + 4);
+}
+#endif
 
 #ifdef _WIN32
 // What stood in the import table before.
