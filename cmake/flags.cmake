@@ -35,3 +35,5 @@ if(WIN32)
   target_link_options(qv8_flags INTERFACE -static -static-libgcc -static-libstdc++)
   target_compile_definitions(qv8_flags INTERFACE _WIN32_WINNT=0x0501 WINVER=0x0501)
 endif()
+
+include(${CMAKE_CURRENT_LIST_DIR}/hardening.cmake)
