@@ -1,23 +1,43 @@
-# Checks the tables of Qv8Effect.dll, given as DLL, with OBJDUMP: it exports the names in EXPORTS and no others; it
-# imports from its companion the eight functions that any companion has, and otherwise from the system only.
-execute_process(COMMAND ${OBJDUMP} -p ${DLL} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
-string(REGEX REPLACE "[][;]" " " dump "${dump}")
-string(REPLACE "\n" ";" lines "${dump}")
+# Checks the tables of what is shipped, with OBJDUMP.
+#
+# Qv8Effect.dll, given as DLL, exports the names in EXPORTS and no others; it imports from its companion the eight
+# functions that any companion has, and otherwise from the system only.
+#
+# Each of FILES (separated by commas) starts on Windows XP: what it imports from the system is declared by the system's
+# headers for that version, which COMPILER reads.
+set(named "[ \t]+[0-9a-f]+[ \t]+[0-9]+[ \t]+([A-Za-z0-9_@]+)[ \t]*$")
+
+# Sets `lines` to what is known of the file's tables and `imports` to words LIBRARY:NAME.
+macro(read_tables file)
+  execute_process(COMMAND ${OBJDUMP} -p ${file} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX REPLACE "[][;]" " " dump "${dump}")
+  string(REPLACE "\n" ";" lines "${dump}")
+  set(imports "")
+  set(library "")
+  foreach(line IN LISTS lines)
+    if(line MATCHES "DLL Name: (.+)$")
+      string(TOLOWER "${CMAKE_MATCH_1}" library)
+      string(STRIP "${library}" library)
+    elseif(line MATCHES "^[ \t]*$")
+      set(library "")
+    elseif(library AND line MATCHES "^${named}")
+      list(APPEND imports "${library}:${CMAKE_MATCH_1}")
+    endif()
+  endforeach()
+endmacro()
+
+# --- Qv8Effect.dll ----------------------------------------------------------------------------------------------------
+read_tables(${DLL})
+set(foreign ${imports})
+list(FILTER foreign EXCLUDE REGEX "^(kernel32|gdi32|user32|msvcrt|qv8com)\\.dll:")
+if(foreign)
+  message(SEND_ERROR "Imports from elsewhere: ${foreign}")
+endif()
 
 set(exported "")
-set(companion_imports "")
-set(library "")
 set(in_exports NO)
 foreach(line IN LISTS lines)
-  if(line MATCHES "DLL Name: (.+)$")
-    string(TOLOWER "${CMAKE_MATCH_1}" library)
-    string(STRIP "${library}" library)
-    if(NOT library MATCHES "^(kernel32|gdi32|user32|msvcrt|qv8com)\\.dll$")
-      message(SEND_ERROR "Imports from ${library}")
-    endif()
-  elseif(library STREQUAL "qv8com.dll" AND line MATCHES "^[ \t]+[0-9a-f]+[ \t]+[0-9]+[ \t]+([A-Za-z0-9_@]+)[ \t]*$")
-    list(APPEND companion_imports "${CMAKE_MATCH_1}")
-  elseif(line MATCHES "Ordinal/Name Pointer")
+  if(line MATCHES "Ordinal/Name Pointer")
     set(in_exports YES)
   elseif(in_exports AND line MATCHES "^[ \t]+[0-9]+ +([^ \t]+)[ \t]*$")
     list(APPEND exported "${CMAKE_MATCH_1}")
@@ -39,7 +59,42 @@ endif()
 
 set(required DibNumColors GetBmp16Info GetBmp32Info GetDibPalSize PercentDlgClose PercentDlgOpen PercentProgress
     SetErrorStatus)
+set(companion_imports ${imports})
+list(FILTER companion_imports INCLUDE REGEX "^qv8com\\.dll:")
+list(TRANSFORM companion_imports REPLACE "^.*:" "")
 list(SORT companion_imports)
 if(NOT companion_imports STREQUAL required)
   message(SEND_ERROR "Imports from the companion\n  ${companion_imports}\ninstead of\n  ${required}")
 endif()
+
+# --- Windows XP -------------------------------------------------------------------------------------------------------
+file(WRITE headers.c "#include <winsock2.h>\n#include <windows.h>\n#include <commctrl.h>\n#include <shellapi.h>\n")
+execute_process(COMMAND ${COMPILER} -E -P -D_WIN32_WINNT=0x0501 -DWINVER=0x0501 headers.c
+                OUTPUT_VARIABLE declared COMMAND_ERROR_IS_FATAL ANY)
+# Declared for every version, though later ones brought them.
+set(later "GetSystemTimePreciseAsFileTime|GetThreadId|SetThreadStackGuarantee")
+string(REPLACE "," ";" files "${FILES}")
+foreach(file IN LISTS files)
+  read_tables(${file})
+  list(FILTER imports EXCLUDE REGEX "^qv8(com|effect)\\.dll:")
+  list(LENGTH imports count)
+  if(count LESS 10)
+    message(SEND_ERROR "${file}: only ${count} imports were found")
+  endif()
+  foreach(import IN LISTS imports)
+    string(REGEX REPLACE "^.*:" "" name ${import})
+    if(import MATCHES "^msvcrt\\.dll:")
+      set(is_there YES)
+      if(name MATCHES "_s$") # the checked variants came with Vista
+        set(is_there NO)
+      endif()
+    elseif(name MATCHES "^(${later})$" OR NOT declared MATCHES "[^A-Za-z0-9_]${name}[^A-Za-z0-9_]")
+      set(is_there NO)
+    else()
+      set(is_there YES)
+    endif()
+    if(NOT is_there)
+      message(SEND_ERROR "${file}: Windows XP has no ${import}")
+    endif()
+  endforeach()
+endforeach()
