@@ -1,6 +1,9 @@
 #include "support/area.h"
 
 #include <algorithm>
+#include <numeric>
+
+#include "support/shapes.h"
 
 namespace test {
 namespace {
@@ -16,11 +19,14 @@ RECT Clipped(const RECT& rect, int width, int height) {
     return {x.first, y.first, x.second, y.second};
 }
 
-// Wine draws the ends of ellipses this narrow as its memory happens to be, so that they prove nothing.
-bool IsUnsteady(const RECT& clipped) {
+// So narrow that hardly anything would be left of its height.
+bool IsLine(const RECT& clipped) {
     const LONG width = clipped.right - clipped.left;
-    const LONG height = clipped.bottom - clipped.top;
-    return width > 2 && height >= 2 * (width - 1) * (width - 1);
+    return width > 2 && clipped.bottom - clipped.top >= 2 * (width - 1) * (width - 1);
+}
+
+bool IsDefined(const RECT& clipped) {
+    return IsDefinedEllipse(clipped.right - clipped.left, clipped.bottom - clipped.top);
 }
 
 } // namespace
@@ -70,7 +76,10 @@ Area RandomArea(AreaForm form, int width, int height, Random& random) {
             area.rect.top = anyY();
             area.rect.right = anyX();
             area.rect.bottom = anyY();
-        } while (IsUnsteady(Clipped(area.rect, width, height)));
+        } while (IsLine(Clipped(area.rect, width, height)));
+        while (!IsDefined(Clipped(area.rect, width, height))) {
+            area.rect.bottom = std::midpoint(area.rect.top, area.rect.bottom);
+        }
     }
     return area;
 }

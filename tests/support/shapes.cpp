@@ -106,16 +106,10 @@ private:
         }
     }
 
-    // The platform never writes the outermost rows of very narrow ellipses and shows what its memory held before, so
-    // nothing is known of these.
-    static bool IsDefined(std::int64_t width, std::int64_t height) {
-        const std::int64_t square = width * width;
-        return width < 3 || (width % 2 != 0 ? 9 * height < 8 * square : 16 * height < 7 * square);
-    }
     void Ellipse(int width, int height, POINT corner, POINT opposite) {
         const int shapeWidth = std::abs(opposite.x - corner.x);
         const int shapeHeight = std::abs(opposite.y - corner.y);
-        if (IsDefined(shapeWidth, shapeHeight)) {
+        if (IsDefinedEllipse(shapeWidth, shapeHeight)) {
             Add(Shape::kEllipse, width, height, {corner, opposite});
         }
     }
@@ -169,6 +163,11 @@ private:
 bool Shape::IsSet(int x, int y) const {
     const std::size_t byte = static_cast<std::size_t>(height - 1 - y) * Stride() + static_cast<std::size_t>(x) / 8;
     return (mask[byte] & 0x80U >> (static_cast<unsigned>(x) % 8)) != 0;
+}
+
+bool IsDefinedEllipse(std::int64_t width, std::int64_t height) {
+    const std::int64_t square = width * width;
+    return width < 3 || (width % 2 != 0 ? 9 * height < 8 * square : 16 * height < 7 * square);
 }
 
 std::string Describe(const Shape& shape) {

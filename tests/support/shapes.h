@@ -1,6 +1,7 @@
 // Some thousands of shapes that a platform can draw, always the same ones.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,10 @@ struct Shape {
     }
     bool IsSet(int x, int y) const; // y counts from the top
 };
+
+// The system never writes the outermost rows of very narrow ellipses and shows what its memory held before, so nothing
+// is known of these.
+bool IsDefinedEllipse(std::int64_t width, std::int64_t height);
 
 // The shape's kind, size and points in one line.
 std::string Describe(const Shape& shape);
