@@ -1,11 +1,14 @@
 """The public headers as Doxygen reads them: functions, their parameters, and what all functions have in common."""
 
 import re
+import sys
 import xml.etree.ElementTree as ElementTree
 from dataclasses import dataclass, field
 from pathlib import Path
 
 import markup
+
+HEADERS = ("qv8effect.h", "qv8com.h", "qv8platform.h", "qv8version.h")
 
 
 @dataclass
@@ -34,7 +37,8 @@ class Function:
     brief: ElementTree.Element
     details: ElementTree.Element
     documented: list[Parameter]
-    group: str = ""
+    group: str
+    line: int
 
     def names(self):
         return [name for _, name in self.arguments]
@@ -90,7 +94,8 @@ def read_function(member, group):
     arguments = [(plain_type(param.find("type")), param.findtext("declname") or "") for param in member.iter("param")]
     details = member.find("detaileddescription")
     return Function(member.findtext("name"), plain_type(member.find("type")), [a for a in arguments if a[1]],
-                    member.find("briefdescription"), details, parameters_of(details), group)
+                    member.find("briefdescription"), details, parameters_of(details), group,
+                    int(member.find("location").get("line")))
 
 
 def read_header(folder, name):
@@ -113,6 +118,7 @@ def read_header(folder, name):
                 if value.findtext("name").startswith("QV8_STATUS_"):
                     header.statuses.append((value.findtext("name"), value.findtext("initializer").lstrip("= "),
                                             value.find("briefdescription")))
+    header.functions.sort(key=lambda function: function.line)
     return header
 
 
@@ -132,3 +138,12 @@ def problems(header):
         if not markup.render(function.brief, markup.PLAIN):
             found.append(f"{header.name}: {function.name} is not described")
     return found
+
+
+def read_headers(folder):
+    """All public headers by name. Ends the program when anything in them is not described."""
+    read = {name: read_header(folder, name) for name in HEADERS}
+    found = [problem for header in read.values() for problem in problems(header)]
+    if found:
+        sys.exit("\n".join(found))
+    return read

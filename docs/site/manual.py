@@ -2,6 +2,7 @@
 
 import argparse
 import gzip
+import itertools
 import re
 import tomllib
 from pathlib import Path
@@ -97,9 +98,9 @@ def library_page(header, version):
         text += f".SS {escape(section.title)}\n{markup.render(section.element, roff)}\n"
         for parameter in section.parameters:
             text += f".TP\n\\fI{parameter.names[0]}\\fR [{parameter.limits(roff)}]\n{parameter.text(roff)}\n"
-    for group, element in header.groups.items():
-        text += f".SH {escape(group.upper())}\n{markup.render(element, roff)}\n"
-        text += "".join(function_part(function) for function in header.functions if function.group == group)
+    for group, members in itertools.groupby(header.functions, lambda function: function.group):
+        text += f".SH {escape(group.upper())}\n{markup.render(header.groups[group], roff)}\n"
+        text += "".join(function_part(function) for function in members)
     return text + ".SH SEE ALSO\n.BR qv8 (1)\n"
 
 
@@ -112,7 +113,7 @@ def main():
     examples = tomllib.loads((HERE / "examples.toml").read_text())["examples"]
     out = Path(options.out)
     out.mkdir(parents=True, exist_ok=True)
-    library = headers.read_header(options.xml, "qv8effect.h")
+    library = headers.read_headers(options.xml)["qv8effect.h"]
     for name, text in (("qv8.1", command_page(program, examples)),
                        ("qv8effect.3", library_page(library, program.version))):
         (out / f"{name}.gz").write_bytes(gzip.compress(text.encode(), mtime=0))
