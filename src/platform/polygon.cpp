@@ -10,6 +10,7 @@
 // then, so the time goes with the number of edges and the rows each has, however tangled the polygon is.
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -109,6 +110,15 @@ bool FillBetween(std::uint64_t& word, bool goesOn) {
     return (word & 1) != 0;
 }
 
+// Of the pixels in up to eight bytes, the first of which are the upper bits of `filled`, inks those that are filled.
+void FillWord(std::uint8_t* bytes, std::size_t count, std::uint64_t filled, Ink ink) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, count);
+    const std::uint64_t inPlace = __builtin_bswap64(filled); // all systems of this platform store the lowest byte first
+    word = ink == Ink::White ? word | inPlace : word & ~inPlace;
+    std::memcpy(bytes, &word, count);
+}
+
 void FillRow(const Crossings& crossings, const Pixels& target, std::int64_t y, Ink ink) {
     std::uint64_t* const words = crossings.Row(y);
     bool goesOn = false;
@@ -119,9 +129,8 @@ void FillRow(const Crossings& crossings, const Pixels& target, std::int64_t y, I
         words[crossings.rowWords - 1] &= ~std::uint64_t{0} << (64 - crossings.width % 64);
     }
     std::uint8_t* const row = target.Row(static_cast<std::int32_t>(y));
-    for (std::size_t byte = 0; byte != target.stride; ++byte) {
-        const auto filled = static_cast<std::uint8_t>(words[byte / 8] >> (56 - byte % 8 * 8));
-        row[byte] = static_cast<std::uint8_t>((row[byte] & ~filled) | (filled & static_cast<std::uint8_t>(ink)));
+    for (std::size_t i = 0; i != crossings.rowWords; ++i) {
+        FillWord(row + 8 * i, std::min<std::size_t>(target.stride - 8 * i, 8), words[i], ink);
     }
 }
 

@@ -56,5 +56,19 @@ TEST(Limits, AClearColourHasThreeChannels) {
     }
 }
 
+// More pixels in one than have a sum of 31 bits for sure: one level in two is 1, and a half is rounded up.
+TEST(Limits, MeansOfMillionsOfPixels) {
+    constexpr int kSide = 2904;
+    Picture picture = BlankPicture(8, kSide, kSide);
+    for (std::size_t i = picture.PixelOffset(); i < picture.bytes.size(); i += 2) {
+        picture.bytes[i] = 1;
+    }
+    const Source source(picture);
+    const ImageSet target = {source.Handle(), nullptr};
+    const ImageSet small = QV8Resize(&target, 1, 1, 1, 1, 0, 0, 0);
+    const Block result(small.hImage);
+    EXPECT_EQ(Picture{ReadBlock(result.get())}.Index(0, 0), 1);
+}
+
 } // namespace
 } // namespace test
