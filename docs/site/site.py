@@ -30,8 +30,8 @@ RETURNS = {
                "not changed.",
     "ImageSet": "A new picture and its mask, both of which the caller frees with GlobalFree, or {0, 0}. What is passed "
                 "in stays the caller's and is not changed.",
-    "BOOL": "1, or 0 on failure. The picture and the mask that are stored are new; the caller frees both with "
-            "GlobalFree. What is passed in stays the caller's and is not changed.",
+    "QV8BOOL": "1, or 0 on failure. The picture and the mask that are stored are new; the caller frees both with "
+               "GlobalFree. What is passed in stays the caller's and is not changed.",
 }
 
 
