@@ -31,8 +31,8 @@ if(QV8_BUILD_FUZZERS)
 endif()
 
 if(WIN32)
-  # Runtime libraries become part of each file, so that it can be copied alone.
-  target_link_options(qv8_flags INTERFACE -static -static-libgcc -static-libstdc++)
+  # Runtime libraries become part of each file, so that it can be copied alone. The same sources give the same bytes.
+  target_link_options(qv8_flags INTERFACE -static -static-libgcc -static-libstdc++ -Wl,--no-insert-timestamp)
   target_compile_definitions(qv8_flags INTERFACE _WIN32_WINNT=0x0501 WINVER=0x0501)
 endif()
 

@@ -5,6 +5,9 @@ if(WIN32)
   # system to be led astray. The stack protector would draw in another library of the system.
   target_link_options(qv8_flags INTERFACE -Wl,--dynamicbase -Wl,--nxcompat
                       $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--no-seh>)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    target_link_options(qv8_flags INTERFACE -Wl,--high-entropy-va)
+  endif()
 elseif(NOT QV8_SANITIZE)
   target_compile_options(qv8_flags INTERFACE -fstack-protector-strong
                          $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
