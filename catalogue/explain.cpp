@@ -36,7 +36,7 @@ std::string ExplainPicture(const Effect& effect, const Request& request) {
     if (!HasKnownLayout(request.image)) {
         return "the picture has channel masks that effects do not take; save it with 24 or 32 bits first";
     }
-    if (HGLOBAL const picture = WrongDepth(effect, request); picture != nullptr) {
+    if (auto* const picture = WrongDepth(effect, request); picture != nullptr) {
         const std::string subject = picture == request.image ? "the picture" : "the second picture";
         return "it needs " + std::string(DepthWords(effect.depths)) + " and " + subject + " has " +
                std::to_string(HeaderOf(picture)->biBitCount) + "; convert-color --depth 24 makes it so";

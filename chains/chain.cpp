@@ -79,7 +79,7 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
     if (step.colours != 0) {
         return ChooseColours(step, subject);
     }
-    HGLOBAL const image = subject.image != nullptr ? subject.image->Handle() : nullptr;
+    auto* const image = subject.image != nullptr ? subject.image->Handle() : nullptr;
     if (step.mask != nullptr) {
         CheckMaskSize(step.mask, step.maskName, image, subject.name);
     }

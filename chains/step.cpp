@@ -18,8 +18,10 @@ constexpr const char* kDither = "dither";
 
 // What the export of an effect does not have.
 std::span<const catalogue::Parameter> AddedParameters(const catalogue::Effect& effect) {
-    static constexpr catalogue::Parameter kAdded[] = {
-        {.name = kColours, .help = "the best for the eye, in place of --depth", .range = {2, 256}}};
+    static constexpr catalogue::Parameter kAdded[] = {{.name = kColours,
+                                                       .help = "the best for the eye; in place of --depth",
+                                                       .need = catalogue::Need::kRequired, // has no default
+                                                       .range = {2, 256}}};
     return effect.name == std::string("convert-color") ? kAdded : std::span<const catalogue::Parameter>();
 }
 
