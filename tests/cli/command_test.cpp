@@ -319,6 +319,24 @@ TEST(Command, ListsEveryEffectAndExplainsIt) {
     }
 }
 
+TEST(Command, SidesAreRoundedAndKeepTheirProportions) {
+    const Folder folder;
+    const std::string in = folder.Store("in.bmp", BuildBmp(kForm));
+    const std::string out = folder.Name("out.bmp");
+    struct Case {
+        std::vector<std::string> words;
+        const char* size;
+    };
+    for (const Case& c :
+         {Case{{"--scale", ".45"}, "4 x 2"}, {{"--height", "2"}, "4 x 2"}, {{"--width", "3"}, "3 x 2"}}) {
+        std::vector<std::string> words{"resize", "--force", in, out};
+        words.insert(words.begin() + 1, c.words.begin(), c.words.end());
+        EXPECT_EQ(RunQv8(words).code, 0);
+        EXPECT_TRUE(Has(RunQv8({"info", out}).out, c.size)) << c.words[0];
+    }
+    EXPECT_EQ(RunQv8({"rgb-gamma", "--red", "-.5", "--force", in, out}).code, 0);
+}
+
 TEST(Command, PointsAreReadAsWritten) {
     const auto points = catalogue::ParsePoints("-5,3 7,-8");
     ASSERT_TRUE(points);

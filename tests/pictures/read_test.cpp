@@ -3,6 +3,7 @@
 #include <array>
 
 #include "pictures/failure.h"
+#include "pictures/metadata.h"
 #include "recorded.h"
 
 namespace {
@@ -97,6 +98,17 @@ TEST(ReadPicture, TellsWhatItLeavesOut) {
 }
 
 // White paper and full inks, whose colours no rule can miss.
+TEST(ReadPicture, ResolutionIsTurnedWithThePicture) {
+    for (unsigned orientation = 1; orientation <= 8; ++orientation) {
+        LoadedPicture loaded = ReadRecorded("colour8.png");
+        loaded.metadata.xPixelsPerMetre = 100;
+        loaded.metadata.yPixelsPerMetre = 200;
+        ApplyOrientation(loaded, orientation);
+        EXPECT_EQ(loaded.metadata.xPixelsPerMetre, LockedPicture(loaded.picture).Width() == 21 ? 100U : 200U)
+            << orientation;
+    }
+}
+
 TEST(ReadPicture, InksBecomeColours) {
     for (const char* const name : {"inks.jpg", "inks.tif"}) {
         const LoadedPicture inks = ReadRecorded(name);
