@@ -237,7 +237,7 @@ std::string MakeArea(const Effect& effect, const std::vector<Value>& values, Are
             continue;
         }
         if (!shape.empty()) {
-            return name + " excludes " + shape;
+            return (name + " excludes ").append(shape);
         }
         shape = name;
         area.mask = Or<HGLOBAL>(values[i], nullptr);
