@@ -18,7 +18,7 @@ ExitCode EffectCommand::Run(std::ostream& err) {
         if (words.empty()) {
             throw Failure(kExitUsage, std::string(step.effect->name) + ": " + name + " is missing");
         }
-        const std::string word = words.front();
+        std::string word = words.front();
         words.erase(words.begin());
         return word;
     };
