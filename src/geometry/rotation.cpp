@@ -51,7 +51,6 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, c
     }
     const DibView& source = target.image.view;
     options.smooth = options.smooth && CanBlend(source);
-    Progress progressprogress;
     Progress progress = whole;
     if (!ReportExchanges(source.height, options.mirror, options.flip, progress)) {
         return {};
