@@ -3,7 +3,7 @@
     generate.py FOLDER    makes FOLDER/qv8/effects.py and effects.pyi; the native module is there already
 """
 
-import importlib.util
+import importlib
 import sys
 import textwrap
 from pathlib import Path
@@ -41,11 +41,8 @@ Array = NDArray[np.uint8]
 
 
 def load_native(folder):
-    path = next(Path(folder, "qv8").glob("_native.*.so"))
-    spec = importlib.util.spec_from_file_location("_native", path)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
-    return module
+    sys.path.insert(0, str(Path(folder, "qv8")))  # the package itself is what is being made
+    return importlib.import_module("_native")
 
 
 def python_name(name):

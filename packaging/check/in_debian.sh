@@ -1,6 +1,6 @@
 # Runs in a fresh Debian, beside the .debs: installs them, and builds programs with them.
 set -eu
-cd /work
+cd /opt/check
 export DEBIAN_FRONTEND=noninteractive
 apt-get -qq update || true
 apt-get -qq -y --no-install-recommends install ./*.deb > install.log 2>&1 || { cat install.log; exit 1; }

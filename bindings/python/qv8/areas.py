@@ -17,39 +17,29 @@ class Area:
         return replace(self, outside=not self.outside)
 
 
+@dataclass(frozen=True)
 class _Sides(Area):
     left: int
     top: int
     right: int
     bottom: int
+    outside: bool = False
 
     @property
     def value(self):
         return (self.left, self.top, self.right, self.bottom)
 
 
-@dataclass(frozen=True)
 class Rectangle(_Sides):
     """A rectangle; its part within the picture counts."""
 
     kind = "rectangle"
-    left: int
-    top: int
-    right: int
-    bottom: int
-    outside: bool = False
 
 
-@dataclass(frozen=True)
 class Ellipse(_Sides):
     """The ellipse that a rectangle encloses."""
 
     kind = "ellipse"
-    left: int
-    top: int
-    right: int
-    bottom: int
-    outside: bool = False
 
 
 @dataclass(frozen=True)
