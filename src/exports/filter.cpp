@@ -9,7 +9,6 @@
 #include "filter/sharpen.h"
 
 using qv8::AreaOf;
-using qv8::ImagesOf;
 using qv8::Progress;
 using qv8::RunFramed;
 

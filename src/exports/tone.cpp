@@ -5,7 +5,6 @@
 #include "tone/ycc_curves.h"
 
 using qv8::AreaOf;
-using qv8::ImagesOf;
 using qv8::Progress;
 using qv8::RunFramed;
 
