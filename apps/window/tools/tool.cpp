@@ -1,0 +1,5 @@
+#include "tools/tool.h"
+
+bool Tool::Key(int /*virtualKey*/) {
+    return false;
+}
