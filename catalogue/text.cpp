@@ -1,8 +1,10 @@
 #include "catalogue/text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <initializer_list>
 #include <sstream>
 
 namespace catalogue {
@@ -118,6 +120,45 @@ std::string ParsePointList(const Parameter& parameter, const std::string& text, 
     return {};
 }
 
+struct ValueText {
+    std::string operator()(double number) const {
+        std::array<char, 32> text{};
+        return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
+    }
+    std::string operator()(std::string text) const {
+        for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) {
+            text.replace(at, 1, "\\n");
+        }
+        return text;
+    }
+    std::string operator()(const Colour& colour) const {
+        return Joined({colour.red, colour.green, colour.blue});
+    }
+    std::string operator()(const std::vector<POINT>& points) const {
+        std::string text;
+        for (const POINT& point : points) {
+            text += (text.empty() ? "" : " ") + Joined({point.x, point.y});
+        }
+        return text;
+    }
+    std::string operator()(const RECT& rect) const {
+        return Joined({rect.left, rect.top, rect.right, rect.bottom});
+    }
+    template <class Type>
+    std::string operator()(const Type&) const {
+        return {};
+    }
+
+private:
+    static std::string Joined(std::initializer_list<LONG> numbers) {
+        std::string text;
+        for (const LONG number : numbers) {
+            text += (text.empty() ? "" : ",") + std::to_string(number);
+        }
+        return text;
+    }
+};
+
 } // namespace
 
 std::string WordList(const std::vector<std::string>& words) {
@@ -190,6 +231,16 @@ std::string ParseValue(const Parameter& parameter, const std::string& text, Valu
         return number ? std::string() : Quoted(text) + " is not a whole number from " + RangeText(range);
     }
     }
+}
+
+std::string TextOf(const Parameter& parameter, const Value& value) {
+    if (const LONG* const number = std::get_if<LONG>(&value); number != nullptr) {
+        const auto choices = parameter.Choices();
+        const auto found =
+            std::find_if(choices.begin(), choices.end(), [&](const Choice& c) { return c.number == *number; });
+        return found != choices.end() ? found->name : std::to_string(*number);
+    }
+    return std::visit(ValueText(), value);
 }
 
 std::string FormOf(const Parameter& parameter) {

@@ -17,6 +17,9 @@ bool MayNameFile(const Parameter& parameter);
 // wrong with the text, or nothing.
 std::string ParseValue(const Parameter& parameter, const std::string& text, Value& value);
 
+// The text that ParseValue makes the value of; none for a default, a kernel, a picture or a mask.
+std::string TextOf(const Parameter& parameter, const Value& value);
+
 // Reads all of a decimal whole number from `least` to `most`, or nothing.
 std::optional<LONG> ParseInteger(const std::string& text, LONG least, LONG most);
 

@@ -1,0 +1,74 @@
+#include "model/parameter_values.h"
+
+#include <algorithm>
+
+#include "catalogue/text.h"
+
+namespace {
+
+const catalogue::Value kNothing;
+
+struct Comparison {
+    bool operator()(const catalogue::Colour& a, const catalogue::Colour& b) const {
+        return a.red == b.red && a.green == b.green && a.blue == b.blue;
+    }
+    bool operator()(const std::vector<POINT>& a, const std::vector<POINT>& b) const {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                          [](const POINT& p, const POINT& q) { return p.x == q.x && p.y == q.y; });
+    }
+    bool operator()(const RECT& a, const RECT& b) const {
+        return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+    }
+    bool operator()(const catalogue::Kernel&, const catalogue::Kernel&) const {
+        return false;
+    }
+    template <class Type>
+    bool operator()(const Type& a, const Type& b) const {
+        return a == b;
+    }
+    template <class Type, class Other>
+    bool operator()(const Type&, const Other&) const {
+        return false;
+    }
+};
+
+} // namespace
+
+bool AreEqual(const catalogue::Value& value, const catalogue::Value& other) {
+    return std::visit(Comparison(), value, other);
+}
+
+const catalogue::Value& ParameterValues::Get(const std::string& name) const {
+    const Setting* const setting = step_.Find(name);
+    return setting != nullptr ? setting->value : kNothing;
+}
+
+bool ParameterValues::Set(const std::string& name, const catalogue::Value& value) {
+    Setting* const setting = step_.Find(name);
+    if (setting == nullptr || (AreEqual(setting->value, value) && setting->file.empty())) {
+        return false;
+    }
+    setting->value = value;
+    setting->file.clear();
+    return true;
+}
+
+std::string ParameterValues::SetText(const std::string& name, const std::string& text) {
+    Setting* const setting = step_.Find(name);
+    if (setting == nullptr) {
+        return "there is no parameter " + name;
+    }
+    Setting read{setting->parameter, {}, {}};
+    const std::string mistake = text.empty() ? std::string() : ::Set(read, text);
+    if (mistake.empty()) {
+        *setting = read;
+    }
+    return mistake;
+}
+
+std::string ParameterValues::Text(const std::string& name) const {
+    const Setting* const setting = step_.Find(name);
+    return setting == nullptr       ? ""
+           : !setting->file.empty() ? setting->file
+                                    : catalogue::TextOf(*setting->parameter, setting->value);
+}
