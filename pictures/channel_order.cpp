@@ -21,33 +21,49 @@ bool CanShuffle() {
 #endif
 }
 
-// Exchanges whole pixels, as many as lie in registers that end within the row. Returns the bytes that are done. What is
-// next is loaded before the register in front of it is stored: the two share a byte, and a load that takes a byte from
-// a store that is still under way has to wait for it.
+Sixteen Load(const BYTE* from) {
+    Sixteen bytes;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+void Store(BYTE* to, Sixteen bytes) {
+    std::memcpy(to, &bytes, sizeof bytes);
+}
+
+// Sixteen pixels of three bytes are three registers, so that each is stored once and where it lies. The bytes that one
+// of them takes lie in 18 that follow each other: the register's own and one to each side, or two to one side.
+QV8_SHUFFLES void SwapSixteenPixels(const BYTE* from, BYTE* to) {
+    const Sixteen left =
+        __builtin_shufflevector(Load(from), Load(from + 2), 2, 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, 14, 13, 12, 31);
+    const Sixteen middle = __builtin_shufflevector(Load(from + 15), Load(from + 17), 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9,
+                                                   14, 13, 12, 31, 30);
+    const Sixteen right = __builtin_shufflevector(Load(from + 30), Load(from + 32), 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, 14,
+                                                  13, 12, 31, 30, 29);
+    Store(to, left);
+    Store(to + 16, middle);
+    Store(to + 32, right);
+}
+
+QV8_SHUFFLES void SwapFourPixels(const BYTE* from, BYTE* to) {
+    const Sixteen bytes = Load(from);
+    Store(to, __builtin_shufflevector(bytes, bytes, 2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15));
+}
+
+// Exchanges the pixels that fill registers. Returns the bytes that are done.
 template <std::size_t kPixelBytes>
-QV8_SHUFFLES std::size_t SwapSixteens(const BYTE* from, BYTE* to, std::size_t size) {
-    constexpr std::size_t kWhole = sizeof(Sixteen) / kPixelBytes * kPixelBytes;
+QV8_SHUFFLES std::size_t SwapRegisters(const BYTE* from, BYTE* to, std::size_t size) {
+    constexpr std::size_t kStep = kPixelBytes == 3 ? 3 * sizeof(Sixteen) : sizeof(Sixteen);
     std::size_t done = 0;
-    Sixteen next{};
-    if (size >= sizeof next) {
-        std::memcpy(&next, from, sizeof next);
-    }
-    for (; done + kWhole + sizeof next <= size; done += kWhole) {
-        Sixteen bytes = next;
-        std::memcpy(&next, from + done + kWhole, sizeof next);
-        if constexpr (kPixelBytes == 3) {
-            bytes = __builtin_shufflevector(bytes, bytes, 2, 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, 14, 13, 12, 15);
-        } else {
-            bytes = __builtin_shufflevector(bytes, bytes, 2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15);
-        }
-        std::memcpy(to + done, &bytes, sizeof bytes);
+    for (; done + kStep <= size; done += kStep) {
+        kPixelBytes == 3 ? SwapSixteenPixels(from + done, to + done) : SwapFourPixels(from + done, to + done);
     }
     return done;
 }
 
 template <std::size_t kPixelBytes>
 void Swap(const BYTE* from, BYTE* to, std::size_t size) {
-    for (std::size_t i = CanShuffle() ? SwapSixteens<kPixelBytes>(from, to, size) : 0; i < size; i += kPixelBytes) {
+    for (std::size_t i = CanShuffle() ? SwapRegisters<kPixelBytes>(from, to, size) : 0; i < size; i += kPixelBytes) {
         const BYTE first = from[i];
         const BYTE third = from[i + 2];
         to[i] = third;
