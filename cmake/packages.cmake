@@ -40,7 +40,7 @@ add_deb(tools qv8 graphics "libqv8effect ${same_version}" BINARIES DESCRIPTION
 "A command line for BMP, PNG, JPEG, TIFF and WebP files: single effects, chains
 of them, and recipes over many files at once. Files are written whole or not
 at all.")
-if(TARGET qv8_python)
+if(TARGET qv8_python AND NOT QV8_PYTHON_ALONE)
   add_deb(python python3-qv8 python "libqv8effect ${same_version}, python3 (>= 3.11~), python3 (<< 3.12~), python3-numpy"
     BINARIES DESCRIPTION
 "A Python package with a function for every effect of libqv8effect, the recipes
