@@ -114,6 +114,15 @@ bool Step::Dithers() const {
     return setting != nullptr && IsGiven(*setting);
 }
 
+bool Step::LooksAtSinglePixels() const {
+    const Setting* const depth = Find("depth");
+    const LONG* const bits = depth != nullptr ? std::get_if<LONG>(&depth->value) : nullptr;
+    const bool isGrey = bits != nullptr && *bits == QV8_DEPTH_GREY;
+    const bool hasArea = std::any_of(settings.begin() + static_cast<std::ptrdiff_t>(effect->Parameters().size()),
+                                     settings.end(), IsGiven);
+    return !hasArea && (effect->family == catalogue::Family::kTone || isGrey);
+}
+
 bool IsOffered(const catalogue::Effect& effect) {
     return effect.family != catalogue::Family::kClipboard;
 }

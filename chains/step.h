@@ -30,6 +30,10 @@ struct Step {
     // How many colours are to be chosen for the eye, and not by the effect's export; 0 when it is called.
     unsigned ChosenColours() const;
     bool Dithers() const;
+
+    // Whether each pixel of the result comes from the pixel at the same place alone, wherever that is: parts of a
+    // picture that are changed one by one are what they are in the whole then. For pictures without a colour table.
+    bool LooksAtSinglePixels() const;
 };
 
 using Chain = std::vector<Step>;

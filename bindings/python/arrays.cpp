@@ -112,35 +112,16 @@ bool AreIndices(const Levels& levels) {
     return std::all_of(levels.begin(), levels.end(), [&i](BYTE level) { return level == i++; });
 }
 
-// Turns rows of a picture, bottom-up and blue first or indices, into rows of an array where they are.
-class RowTurner {
+// Rows of a picture, blue first or indices, as rows of an array.
+class RowReader {
 public:
-    RowTurner(const LockedPicture& picture, std::size_t channels)
-        : first_(picture.Bytes() + picture.PixelOffset()), stride_(picture.Stride()), width_(picture.Width()),
-          height_(picture.Height()), channels_(channels) {
+    RowReader(const LockedPicture& picture, std::size_t channels) : width_(picture.Width()), channels_(channels) {
         if (channels == 1) {
             levels_ = LevelsOf(picture);
             keepsIndices_ = AreIndices(levels_);
         }
     }
 
-    void Turn() const {
-        std::vector<BYTE> kept(width_ * channels_);
-        for (std::size_t y = 0; y < height_ / 2; ++y) {
-            BYTE* const upper = first_ + y * stride_;
-            BYTE* const lower = first_ + (height_ - 1 - y) * stride_;
-            Copy(upper, kept.data());
-            Copy(lower, upper);
-            std::memcpy(lower, kept.data(), kept.size());
-        }
-        if (height_ % 2 == 1) {
-            BYTE* const middle = first_ + height_ / 2 * stride_;
-            Copy(middle, kept.data());
-            std::memcpy(middle, kept.data(), kept.size());
-        }
-    }
-
-private:
     void Copy(const BYTE* from, BYTE* to) const {
         if (channels_ != 1) {
             SwapRedAndBlue(from, to, width_, channels_);
@@ -151,14 +132,36 @@ private:
         }
     }
 
-    BYTE* first_;
-    std::size_t stride_;
+private:
     std::size_t width_;
-    std::size_t height_;
     std::size_t channels_;
     Levels levels_{};
     bool keepsIndices_ = false;
 };
+
+// Turns the rows of a picture, which are bottom-up, into those of an array where they are.
+void TurnRows(const LockedPicture& picture, std::size_t channels) {
+    const RowReader reader(picture, channels);
+    const std::size_t height = picture.Height();
+    std::vector<BYTE> kept(picture.Width() * channels);
+    for (std::size_t y = 0; y < height / 2; ++y) {
+        BYTE* const upper = picture.RowFromTop(height - 1 - y);
+        BYTE* const lower = picture.RowFromTop(y);
+        reader.Copy(upper, kept.data());
+        reader.Copy(lower, upper);
+        std::memcpy(lower, kept.data(), kept.size());
+    }
+    if (height % 2 == 1) {
+        BYTE* const middle = picture.RowFromTop(height / 2);
+        reader.Copy(middle, kept.data());
+        std::memcpy(middle, kept.data(), kept.size());
+    }
+}
+
+Picture PlainPicture(std::size_t width, std::size_t height, std::size_t channels) {
+    return channels == 1 ? NewPicture(width, height, 8, GreyRamp(8))
+                         : NewPicture(width, height, static_cast<unsigned>(8 * channels));
+}
 
 } // namespace
 
@@ -173,14 +176,19 @@ ArrayView ViewOfMask(const py::array& array, const char* name) {
 }
 
 Picture PictureFromView(const ArrayView& view) {
-    Picture picture = view.channels == 1
-                          ? NewPicture(view.width, view.height, 8, GreyRamp(8))
-                          : NewPicture(view.width, view.height, static_cast<unsigned>(8 * view.channels));
+    Picture picture = PlainPicture(view.width, view.height, view.channels);
     const LockedPicture locked(picture);
     for (std::size_t y = 0; y < view.height; ++y) {
         CopyRow(view, RowOf(view, y), locked.RowFromTop(y));
     }
     return picture;
+}
+
+ArrayView RowsOf(const ArrayView& view, std::size_t y, std::size_t count) {
+    ArrayView rows = view;
+    rows.first = RowOf(view, y);
+    rows.height = std::min(count, view.height - y);
+    return rows;
 }
 
 Picture MaskFromView(const ArrayView& view, bool inverted) {
@@ -240,9 +248,26 @@ ArrayPixels::~ArrayPixels() {
     }
 }
 
-// The rows stay where they are: an array may have padding behind them.
+ArrayPixels::ArrayPixels(std::size_t height, std::size_t width, std::size_t channels) {
+    Shape(PlainPicture(width, height, channels), channels);
+}
+
+void ArrayPixels::Put(std::size_t y, const Picture& rows) {
+    const LockedPicture locked(rows);
+    const RowReader reader(locked, shape_.size() == 3 ? shape_[2] : 1);
+    for (std::size_t i = 0; i != locked.Height(); ++i) {
+        reader.Copy(locked.RowFromTop(i), first_ + (y + i) * rowStep_);
+    }
+}
+
 void ArrayPixels::TakeOver(Picture picture, std::size_t channels) {
-    block_ = std::move(picture);
+    Shape(std::move(picture), channels);
+    TurnRows(LockedPicture(block_), channels);
+}
+
+// The rows stay where they are: an array may have padding behind them.
+void ArrayPixels::Shape(Picture block, std::size_t channels) {
+    block_ = std::move(block);
     const LockedPicture locked(block_);
     shape_ = {locked.Height(), locked.Width()};
     if (channels != 1) {
@@ -250,15 +275,13 @@ void ArrayPixels::TakeOver(Picture picture, std::size_t channels) {
     }
     rowStep_ = locked.Stride();
     first_ = static_cast<BYTE*>(GlobalLock(block_.Handle())) + locked.PixelOffset();
-    RowTurner(locked, channels).Turn();
 }
 
 void ArrayPixels::Convert(const Picture& picture, bool alpha) {
     try {
         PictureRows rows(picture, alpha);
         const std::size_t channels = rows.Channels();
-        Picture plain = channels == 1 ? NewPicture(rows.Width(), rows.Height(), 8, GreyRamp(8))
-                                      : NewPicture(rows.Width(), rows.Height(), static_cast<unsigned>(8 * channels));
+        Picture plain = PlainPicture(rows.Width(), rows.Height(), channels);
         {
             const LockedPicture locked(plain);
             for (std::size_t y = 0; y < rows.Height(); ++y) {

@@ -32,6 +32,9 @@ ArrayView ViewOfMask(const py::array& array, const char* name);
 // Of 8 bits with a grey ramp, 24 or 32 bits. Needs no interpreter.
 Picture PictureFromView(const ArrayView& view);
 
+// The rows from `y` on, at most `count` of them.
+ArrayView RowsOf(const ArrayView& view, std::size_t y, std::size_t count);
+
 // Of 1 bit; `inverted` marks what the array does not. Needs no interpreter.
 Picture MaskFromView(const ArrayView& view, bool inverted);
 
@@ -48,15 +51,22 @@ public:
     // Of a mask: an array of bool.
     explicit ArrayPixels(Picture mask);
 
+    // Room for pixels of one, three or four bytes.
+    ArrayPixels(std::size_t height, std::size_t width, std::size_t channels);
+
     ArrayPixels(const ArrayPixels&) = delete;
     ArrayPixels& operator=(const ArrayPixels&) = delete;
     ~ArrayPixels();
+
+    // Puts a picture of so many bytes for each pixel into the rows from `y` on.
+    void Put(std::size_t y, const Picture& rows);
 
     // The array, which owns the block from then on.
     py::array Release();
 
 private:
     void TakeOver(Picture picture, std::size_t channels);
+    void Shape(Picture block, std::size_t channels);
     void Convert(const Picture& picture, bool alpha);
 
     Picture block_;

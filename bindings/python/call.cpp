@@ -81,8 +81,8 @@ public:
     // What becomes of rectangles, now that the size of the picture is known, and of pictures. Needs no interpreter.
     void Complete(HGLOBAL image);
 
-    Chain AsChain() const {
-        return {step_};
+    const Step& AsStep() const {
+        return step_;
     }
 
 private:
@@ -225,10 +225,41 @@ Answer AnswerOf(Picture picture, bool alpha, const Image* like, bool asImage) {
     return answer;
 }
 
-// Runs what `prepare` makes of a picture of Python's, and answers in the form of that picture.
+// So much of a picture stays in a processor's own cache on its way through an effect, and is less than what the heap
+// gets from the system anew for every block.
+constexpr std::size_t kBandBytes = 120000;
+
+// Changes a few rows after another: an array is read once and written once then. Needs an effect that looks at single
+// pixels, and an array of three or four channels, whose result never has a colour table. Null when there was nothing to
+// do.
+std::unique_ptr<ArrayPixels> ApplyInBands(const ReadyChain& chain, const ArrayView& view, const ApplyMode& mode) {
+    const std::size_t rows = std::max<std::size_t>(1, kBandBytes / (view.width * view.channels));
+    std::unique_ptr<ArrayPixels> pixels;
+    for (std::size_t y = 0; y < view.height; y += rows) {
+        const ArrayView band = RowsOf(view, y, rows);
+        const Picture picture = PictureFromView(band);
+        const Report report = [&](int percent) {
+            const std::size_t hundredths = 100 * y + static_cast<std::size_t>(percent) * band.height;
+            return mode.report(static_cast<int>(hundredths / view.height));
+        };
+        const ChainResult result = chain.Apply({&picture, "image", view.channels == 4}, {report, mode.lenient});
+        if (!result.image) {
+            return nullptr;
+        }
+        if (!pixels) {
+            const std::size_t channels = LockedPicture(result.image).Header().biBitCount / 8U;
+            pixels = std::make_unique<ArrayPixels>(view.height, view.width, channels);
+        }
+        pixels->Put(y, result.image);
+    }
+    return pixels;
+}
+
+// Runs what `prepare` makes of a picture of Python's, and answers in the form of that picture. An array goes through an
+// effect that looks at single pixels in bands; what is prepared must not need the picture then.
 template <class Prepare>
 py::object Answered(const py::object& image, const py::object& progress, bool takesPicture, bool lenient,
-                    Prepare prepare) {
+                    bool looksAtSinglePixels, Prepare prepare) {
     std::optional<Given> given;
     if (takesPicture) {
         given = Given::AsPicture(image, "image");
@@ -241,11 +272,16 @@ py::object Answered(const py::object& image, const py::object& progress, bool ta
     Answer picture;
     Answer mask;
     watch.Run([&] {
+        const ApplyMode mode{.report = watch.AsReport(), .lenient = lenient};
+        if (looksAtSinglePixels && given->AsArray() != nullptr && given->AsArray()->channels != 1) {
+            picture.pixels = ApplyInBands(prepare(Subject()), *given->AsArray(), mode);
+            return;
+        }
         if (given) {
             given->Convert();
         }
         const Subject subject{given ? &given->Get() : nullptr, "image", given && given->HasAlpha()};
-        ChainResult result = prepare(subject).Apply(subject, {.report = watch.AsReport(), .lenient = lenient});
+        ChainResult result = prepare(subject).Apply(subject, mode);
         if (result.image) {
             picture = AnswerOf(std::move(result.image), result.alpha, like, asImage);
         }
@@ -345,18 +381,19 @@ py::object Apply(const std::string& name, const py::object& image, const py::seq
     Filling filling(name);
     filling.SetValues(values);
     filling.SetArea(area);
-    const bool takesPicture = catalogue::FindEffect(name)->TakesPicture();
-    return Answered(image, progress, takesPicture, false, [&](const Subject& subject) {
-        filling.Complete(subject.image != nullptr ? subject.image->Handle() : nullptr);
-        const Chain chain = filling.AsChain();
-        if (const std::string mistake = CheckStep(chain.front()); !mistake.empty()) {
-            throw Failure(kExitUsage, name + ": " + mistake);
-        }
-        return ReadyChain(chain, FileOptions().maxPixels);
-    });
+    const Step& step = filling.AsStep();
+    const bool looksAtSinglePixels = area.is_none() && step.LooksAtSinglePixels();
+    return Answered(image, progress, step.effect->TakesPicture(), false, looksAtSinglePixels,
+                    [&](const Subject& subject) {
+                        filling.Complete(subject.image != nullptr ? subject.image->Handle() : nullptr);
+                        if (const std::string mistake = CheckStep(step); !mistake.empty()) {
+                            throw Failure(kExitUsage, name + ": " + mistake);
+                        }
+                        return ReadyChain({step}, FileOptions().maxPixels);
+                    });
 }
 
 py::object ApplyChain(const ReadyChain& chain, const py::object& image, const py::object& progress, bool lenient) {
-    return Answered(image, progress, chain.TakesPicture(), lenient,
+    return Answered(image, progress, chain.TakesPicture(), lenient, false,
                     [&](const Subject&) -> const ReadyChain& { return chain; });
 }

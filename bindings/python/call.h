@@ -36,6 +36,10 @@ public:
     const Image* AsImage() const {
         return image_.get();
     }
+    // The array that it is, or null.
+    const ArrayView* AsArray() const {
+        return image_ ? nullptr : &view_;
+    }
     // Whether the fourth bytes are alpha.
     bool HasAlpha() const {
         return image_ ? image_->metadata.alpha : view_.channels == 4;

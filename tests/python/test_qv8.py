@@ -132,6 +132,20 @@ def test_bytes_are_those_of_the_command_line(channels, tmp_path):
     assert not failed
 
 
+def test_arrays_in_bands_are_the_whole():
+    """Arrays larger than a band, with strides of their own, and progress that never goes back."""
+    for channels in (3, 4):
+        image = np.tile(picture(channels), (40, 3, 1))[::-1, ::2]
+        for name, values in CALLS:
+            told = []
+            whole = run_python(name, qv8.Image(image), values) if EFFECTS[name]["family"] in ("Tone and colour", "Depth") else None
+            if whole is not None:
+                assert same(run_python(name, image, values, progress=told.append), whole), name
+                assert told == sorted(told) and told[-1] == 100
+    with pytest.raises(qv8.Cancelled):
+        qv8.rgb_rev(image, progress=lambda percent: percent < 50)
+
+
 def test_areas_are_those_of_the_command_line(tmp_path):
     image = picture()
     for name, effect in EFFECTS.items():
