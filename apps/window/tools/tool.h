@@ -31,6 +31,9 @@ inline constexpr int kDown = 0x28;
 inline constexpr int kDelete = 0x2E;
 } // namespace tool_key
 
+// How far an arrow key moves something; not at all for other keys.
+Position StepOf(int virtualKey);
+
 enum class ToolCursor { kArrow, kCross, kMove, kTurn, kSizeUpright, kSizeAcross, kSizeFalling, kSizeRising };
 
 // What a tool shows, in positions of the picture.
@@ -81,6 +84,11 @@ public:
     // Takes values that were changed elsewhere, as in the parameter panel. Others than the tool's own are ignored.
     virtual void Follow(const DrawnValues& values) = 0;
 
+    // Whether it is the picture before the effect that is to be seen under the tool, and not the preview: where the
+    // effect moves what the tool points at.
+    virtual bool ShowsSource() const {
+        return false;
+    }
     // What there is to see besides the picture: the panorama has its second picture on the right.
     virtual Extent Room(Extent picture) const {
         return picture;
