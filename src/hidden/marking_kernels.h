@@ -10,10 +10,9 @@ constexpr int kMaxLuminanceStep = 256;
 
 struct MarkingKernels {
     // Adds `strength` (-256..256) to the luminance of each pixel that does not leave 0..255 by it, and takes every
-    // pixel from luminance and colour differences back to a colour, in place.
-    void (*raise)(int strength, const PlanarRow& row, int count);
-    // Takes the pixels whose `selected` is 1 from `source` into `row`; the others, whose it is 0, stay.
-    void (*select)(const BYTE* selected, const PlanarRow& source, const PlanarRow& row, int count);
+    // pixel from luminance and colour differences back to a colour, in place. Pixels whose `selected` is 0 instead of 1
+    // stay as they are. Works on up to eight pixels at once: all arrays have room for that.
+    void (*raise)(int strength, const BYTE* selected, const PlanarRow& row, int count);
     // 1 for a luminance that has risen by at least `threshold` (-256..256) from `before` to `after`, else 0.
     void (*risen)(int threshold, const BYTE* before, const BYTE* after, BYTE* result, int count);
 };

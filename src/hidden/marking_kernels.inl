@@ -3,32 +3,29 @@
 
 #include "pixels/ycc_lanes.inl"
 
-void Raise(int strength, const PlanarRow& row, int count) {
-    ForEachVector(
-        row, count, [strength](const Colours& c) __attribute__((always_inline)) {
-            const Ints y = Truncate(WeightedSum(c, kLuminanceWeights));
-            const Floats cb = WeightedSum(c, kCbWeights);
-            const Floats cr = WeightedSum(c, kCrWeights);
-            const Ints raised = y + BroadcastInt(strength);
-            const Ints isByte = (raised & BroadcastInt(~255)) == BroadcastInt(0); // all bits or none
-            const Floats luminance = ToFloats((raised & isByte) | (y & ~isByte));
-            // Adding the offset and taking it away costs last digits that the result depends on.
-            const Floats offset = Broadcast(128.0F);
-            return Back(luminance, (cr + offset) - offset, (cb + offset) - offset);
-        });
+inline Colours Raised(const Colours& c, Ints strength) {
+    const Ints y = Truncate(WeightedSum(c, kLuminanceWeights));
+    const Floats cb = WeightedSum(c, kCbWeights);
+    const Floats cr = WeightedSum(c, kCrWeights);
+    const Ints raised = y + strength;
+    const Ints isByte = (raised & BroadcastInt(~255)) == BroadcastInt(0); // all bits or none
+    const Floats luminance = ToFloats((raised & isByte) | (y & ~isByte));
+    // Adding the offset and taking it away costs last digits that the result depends on.
+    const Floats offset = Broadcast(128.0F);
+    return Back(luminance, (cr + offset) - offset, (cb + offset) - offset);
 }
 
-inline void SelectChannel(const BYTE* __restrict selected, const BYTE* __restrict source, BYTE* __restrict result,
-                          int count) {
-    for (int i = 0; i < count; ++i) {
-        result[i] = selected[i] != 0 ? source[i] : result[i];
+void Raise(int strength, const BYTE* selected, const PlanarRow& channels, int count) {
+    const PlanarRow row = channels; // which storing bytes cannot change
+    for (int i = 0; i < count; i += kLanes) {
+        const Colours own = {LoadBytesAsFloats(row.blue + i), LoadBytesAsFloats(row.green + i),
+                             LoadBytesAsFloats(row.red + i)};
+        const auto isSelected = LoadBytesAsFloats(selected + i) > Broadcast(0);
+        const Colours raised = Raised(own, BroadcastInt(strength));
+        StoreFloatsAsBytes(row.blue + i, isSelected ? raised.blue : own.blue);
+        StoreFloatsAsBytes(row.green + i, isSelected ? raised.green : own.green);
+        StoreFloatsAsBytes(row.red + i, isSelected ? raised.red : own.red);
     }
-}
-
-void Select(const BYTE* selected, const PlanarRow& source, const PlanarRow& row, int count) {
-    SelectChannel(selected, source.blue, row.blue, count);
-    SelectChannel(selected, source.green, row.green, count);
-    SelectChannel(selected, source.red, row.red, count);
 }
 
 void Risen(int threshold, const BYTE* __restrict before, const BYTE* __restrict after, BYTE* __restrict result,
@@ -40,4 +37,4 @@ void Risen(int threshold, const BYTE* __restrict before, const BYTE* __restrict 
     }
 }
 
-constexpr MarkingKernels kKernels = {Raise, Select, Risen};
+constexpr MarkingKernels kKernels = {Raise, Risen};

@@ -48,8 +48,7 @@ Overlay PlaceOn(const DibView& picture, const DibView& pattern, int left, int to
 // Marks `count` pixels of a row where the pattern's row, from `column` on, has its bits set.
 void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, int strength, const BYTE* source,
                 BYTE* result, int count) {
-    PlanarChunk before;
-    PlanarChunk after;
+    PlanarChunk colours;
     BYTE selected[kChunkPixels + 8];
     ForEachChunk(count, [&](int start, int part) {
         const int aligned = (column + start) & ~7;
@@ -59,11 +58,9 @@ void MarkPixels(const PixelFormat& format, const BYTE* patternRow, int column, i
             return;
         }
         const std::size_t offset = format.BytesOf(start);
-        format.Decode(source + offset, before.Row(), part);
-        std::memcpy(&after, &before, sizeof after);
-        TheMarkingKernels().raise(strength, after.Row(), part);
-        TheMarkingKernels().select(isSelected, after.Row(), before.Row(), part);
-        format.Encode(before.Row(), result + offset, part);
+        format.Decode(source + offset, colours.Row(), part);
+        TheMarkingKernels().raise(strength, isSelected, colours.Row(), part);
+        format.Encode(colours.Row(), result + offset, part);
     });
 }
 
