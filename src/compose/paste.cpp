@@ -29,12 +29,22 @@ bool MakePasting(const DibView& base, const DibView& pasted, const DibView* mask
     return !base.IsPaletted() || MakeNearestColours(base, pasting.nearest);
 }
 
+// Copies a row of the base but for columns whose pixels will be written over.
+void CopyAround(const DibView& base, int row, const Span& columns, BYTE* result) {
+    const BYTE* const source = base.Row(row);
+    const auto begin = static_cast<std::size_t>(columns.begin) * 3;
+    const auto end = static_cast<std::size_t>(columns.end) * 3;
+    std::memcpy(result, source, begin);
+    std::memcpy(result + end, source + end, base.stride - end);
+}
+
 bool PasteRows(Pasting& pasting, const NewPicture& result, const Progress& progress) {
     const int height = result.view.height;
     PasteGuesses guesses;
     for (int row = 0; row < height; ++row) {
-        std::memcpy(result.Row(row), pasting.base.picture.Row(row), result.view.stride);
         const Span columns = pasting.opacity != 0 ? CoveredColumns(pasting.placement, row, guesses) : Span{};
+        CopyAround(pasting.base.picture, row, pasting.packs && pasting.opacity == 255 ? columns : Span{},
+                   result.Row(row));
         if (!PastePixels(pasting, row, columns, result.Row(row)) || !progress.Report(row, height - 1)) {
             return false;
         }
