@@ -7,7 +7,7 @@
 namespace qv8 {
 namespace {
 
-constexpr int kTile = 32; // pixels; columns become rows tile by tile, so that lines of memory are used up while at hand
+constexpr int kTile = 64; // pixels; columns become rows tile by tile, so that lines of memory are used up while at hand
 
 // A coordinate of the source goes forth or back with one of the result: base + step * value.
 struct Course {
