@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::size_t kLargestFile = 1 << 20;
+constexpr std::size_t kLargestRecipe = 1 << 20;
 
 using Kind = JsonNode::Kind;
 
@@ -178,7 +178,7 @@ Recipe ParseRecipe(const std::string& text, const std::string& fileName) {
 }
 
 std::string LoadRecipeText(const std::string& fileName) {
-    const std::vector<BYTE> text = ReadWholeFile(fileName, kLargestFile, [](const std::vector<BYTE>&) {});
+    const std::vector<BYTE> text = ReadWholeFile(fileName, kLargestRecipe, [](const std::vector<BYTE>&) {});
     return {text.begin(), text.end()};
 }
 

@@ -11,7 +11,6 @@ namespace {
 constexpr std::uint64_t kInfoHeaderBytes = sizeof(BITMAPINFOHEADER);
 constexpr std::uint64_t kCoreHeaderBytes = 12; // of OS/2: sides of 16 bits, and a table of three bytes an entry
 constexpr std::uint64_t kMaskBytes = 12;
-constexpr std::uint64_t kLargestBlock = 0x7FFFFFFF;
 constexpr DWORD kAlphaBitFields = 6; // as BI_BITFIELDS, with a fourth mask
 
 // Where the pieces of the picture lie in the file, all in bytes from its start.

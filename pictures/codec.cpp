@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::uint64_t kLargestBlock = 0x7FFFFFFF;
-
 // Tables of 2, 4, 16 and 256 grey levels, one behind the other.
 constexpr std::array<RGBQUAD, 278> kRamps = [] {
     std::array<RGBQUAD, 278> ramps{};

@@ -36,6 +36,9 @@ private:
     HGLOBAL block_ = nullptr;
 };
 
+// How much memory a picture may take.
+constexpr std::uint64_t kLargestBlock = 0x7FFFFFFF;
+
 // Bytes of one row, which is padded to a multiple of four.
 inline std::uint64_t RowBytes(std::uint64_t bitCount, std::uint64_t width) {
     return (bitCount * width + 31) / 32 * 4;

@@ -28,11 +28,6 @@ struct Job {
     std::string output;
 };
 
-std::string Utf8(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return std::string(text.begin(), text.end());
-}
-
 // The result of each input. Throws a Failure when two would have one name.
 std::vector<Job> PlanJobs(const ReadyChain& chain, const BatchOptions& options) {
     if (!chain.TakesPicture()) {

@@ -16,11 +16,6 @@ namespace {
 
 constexpr std::size_t kLongestList = std::size_t{1} << 30;
 
-std::string Utf8(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return std::string(text.begin(), text.end());
-}
-
 // Whether a name fits a pattern, in which * stands for any characters and ? for one.
 bool Fits(std::string_view name, std::string_view pattern) {
     std::size_t n = 0;
@@ -97,6 +92,11 @@ std::vector<std::string> ReadList(const std::string& listName) {
 }
 
 } // namespace
+
+std::string Utf8(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
+}
 
 std::vector<std::string> ExpandPattern(const std::string& pattern) {
     const fs::path path = PathOf(pattern);

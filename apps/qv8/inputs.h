@@ -2,6 +2,7 @@
 #ifndef QV8_APP_INPUTS_H
 #define QV8_APP_INPUTS_H
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ std::vector<InputFile> GatherInputs(const InputOptions& options);
 
 // The names in a pattern with * and ? in its last part; the pattern alone when it has none, or is itself there.
 std::vector<std::string> ExpandPattern(const std::string& pattern);
+
+// A name as the program has all of its texts.
+std::string Utf8(const std::filesystem::path& path);
 
 // Fills in a pattern: {stem} is the input's name without folder and ending, {ext} the ending with its dot. Throws a
 // Failure when something else stands in braces.

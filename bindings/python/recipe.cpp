@@ -36,7 +36,7 @@ std::unique_ptr<PreparedRecipe> Prepared(std::string text, std::string name) {
     return prepared;
 }
 
-std::unique_ptr<PreparedRecipe> FromObject(const py::object& source) {
+std::unique_ptr<PreparedRecipe> RecipeFrom(const py::object& source) {
     const auto word = py::str(py::module_::import("os").attr("fspath")(source)).cast<std::string>();
     if (IsRecipeName(word)) {
         return Prepared(LoadRecipeText(word), word);
@@ -83,7 +83,7 @@ void AddRecipe(py::module_& module) {
                                "(.json), its text, or a chain\n"
                                "such as \"resize --scale 0.25 --smooth | sharp --strength 20\". What it needs is read "
                                "once; threads may share it.")
-        .def(py::init(&FromObject), "source"_a)
+        .def(py::init(&RecipeFrom), "source"_a)
         .def(
             "__call__",
             [](const PreparedRecipe& recipe, const py::object& image, const py::object& progress) {

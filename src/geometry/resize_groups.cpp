@@ -24,9 +24,9 @@ PixelGroup GroupAt(const ScaledSide& side, int first) {
     std::int64_t next = std::int64_t{first} + 1;
     if (side.factor < kLongGroups && begin < side.newSize) {
         const double lastBefore = (static_cast<double>(begin) + 0.5) / static_cast<double>(side.factor) - 2;
-        const auto near = static_cast<std::int64_t>(lastBefore);
-        if (near > next && PlaceOf(side, near) == begin) { // places never fall
-            next = near;
+        const auto skipped = static_cast<std::int64_t>(lastBefore);
+        if (skipped > next && PlaceOf(side, skipped) == begin) { // places never fall
+            next = skipped;
         }
     }
     std::int64_t end = PlaceOf(side, next);

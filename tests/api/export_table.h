@@ -209,6 +209,7 @@ std::span<const Export> Exports();
 // With rows that draw texts, which no two systems do alike.
 std::span<const Export> ExportsAndTexts();
 
+constexpr int kOk = QV8_STATUS_SUCCESS;
 constexpr int kUntouched = 77; // no status: what the tests set before each call
 
 // A picture and an area of it, ready for calls.

@@ -24,7 +24,6 @@ struct Promise {
 
 constexpr DWORD kAnything = 99;
 constexpr DWORD kText = 98;
-constexpr int kOk = QV8_STATUS_SUCCESS;
 
 const Promise kPromises[] = {
     {"allocation", Kind::kAllocation, kAnything, {QV8_STATUS_MEMORY}},

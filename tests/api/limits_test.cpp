@@ -6,7 +6,6 @@
 namespace test {
 namespace {
 
-constexpr int kOk = QV8_STATUS_SUCCESS;
 constexpr int kBad = QV8_STATUS_PARAMETER;
 constexpr int kPicture = QV8_STATUS_PICTURE;
 constexpr int kDepth = QV8_STATUS_DEPTH;

@@ -7,11 +7,11 @@
 namespace test {
 namespace {
 
-struct Marks {
+struct MarkedPoints {
     POINT a1, a2, b1, b2; // rows from the top
 };
 
-HGLOBAL Join(HGLOBAL base, HGLOBAL added, DWORD seamMode, const Marks& m) {
+HGLOBAL Join(HGLOBAL base, HGLOBAL added, DWORD seamMode, const MarkedPoints& m) {
     return QV8Panorama(base, added, seamMode, m.a1.x, m.a1.y, m.a2.x, m.a2.y, m.b1.x, m.b1.y, m.b2.x, m.b2.y, nullptr,
                        nullptr, nullptr, 1, 0, 0, 0);
 }
@@ -39,7 +39,7 @@ TEST(Panorama, ByHand) {
     struct Case {
         const char* what;
         DWORD seamMode;
-        Marks marks;
+        MarkedPoints marks;
         RECT covered; // both ends included
     };
     const Case kCases[] = {

@@ -13,7 +13,6 @@
 namespace test {
 namespace {
 
-constexpr int kOk = QV8_STATUS_SUCCESS;
 constexpr int kWidth = 21;
 constexpr int kHeight = 13;
 
