@@ -101,6 +101,7 @@ HGLOBAL Shade(const AreaArguments& area, BYTE radius, const Progress& progress) 
     filter.reach = box.radius + 1; // the row that leaves the box is still there
     filter.context = &box;
     filter.filterSamples = MeanSamples;
+    filter.endsAtBorder = true;
     filter.scratchBytes = sizeof(WORD) + sizeof(DWORD);
     return ApplyFilter(area, filter, progress);
 }

@@ -60,6 +60,8 @@ struct Filter {
     bool wantsLuminance = false;
     bool channels[3] = {true, true, true}; // blue, green, red to be filtered; `filterSamples` only
     int scratchBytes = 0;                  // for each sample
+    bool endsAtBorder =
+        false; // no result depends on what is read beyond the picture's border, so nothing repeats there
 };
 
 // Filters the area of a grey ramp or true-colour picture; another one gives status 7. Statuses as frame/status.h has

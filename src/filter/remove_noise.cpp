@@ -1,5 +1,6 @@
 #include "filter/remove_noise.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "filter/smoothing_kernels.h"
@@ -31,15 +32,37 @@ void ForEachNeighbour(const FilterRow& at, Plane plane, int index, Use use) {
     }
 }
 
-// Adds an item to sorted ones.
-template <class Item>
-void Insert(Item item, Item* sorted, int count) {
-    int at = count;
-    for (; at > 0 && sorted[at - 1] > item; --at) {
-        sorted[at] = sorted[at - 1];
-    }
-    sorted[at] = item;
+int Min(int a, int b) {
+    return std::min(a, b);
 }
+int Max(int a, int b) {
+    return std::max(a, b);
+}
+
+#include "filter/medians.inl"
+
+// The samples of a neighbourhood that are in the picture, each a different number: sample * 16 + place.
+struct Neighbourhood {
+    static constexpr int kMissing = 0x7FFF;
+
+    int keys[9] = {kMissing, kMissing, kMissing, kMissing, kMissing, kMissing, kMissing, kMissing, kMissing};
+    int count = 0;
+
+    void Add(BYTE sample, int place) {
+        keys[place] = sample << 4 | place;
+        ++count;
+    }
+    // The key of middle rank, of an even number the upper one: the fifth of nine, when some of the missing ones are
+    // taken for small and the others for large.
+    int MedianKey() {
+        int small = 4 - count / 2;
+        for (int& key : keys) {
+            key = key == kMissing && small-- > 0 ? -1 : key;
+        }
+        return MedianOfColumns(Sort(keys[0], keys[3], keys[6]), Sort(keys[1], keys[4], keys[7]),
+                               Sort(keys[2], keys[5], keys[8]));
+    }
+};
 
 // The vector loops want a second row and neighbours on both sides; these do without.
 template <class Cut, class Whole>
@@ -57,17 +80,16 @@ void FilterSamples(const FilterRow& at, int begin, int count, Cut cut, Whole who
 // --- By channel ------------------------------------------------------------------------------------------------------
 
 BYTE CutMedian(const FilterRow& at, Plane plane, int index, int threshold) {
-    BYTE neighbours[8];
-    int count = 0;
+    Neighbourhood neighbours;
     const BYTE centre = at.rows[plane][0][index];
     bool standsOut = false;
     ForEachNeighbour(at, plane, index, [&](BYTE sample, int place) {
         if (place != kCentre) {
-            Insert(sample, neighbours, count++);
-            standsOut = standsOut || std::abs(sample - centre) > threshold;
+            neighbours.Add(sample, place);
+            standsOut |= std::abs(sample - centre) > threshold;
         }
     });
-    return standsOut ? neighbours[count / 2] : centre;
+    return standsOut ? static_cast<BYTE>(neighbours.MedianKey() >> 4) : centre;
 }
 
 void MedianSamples(const void* context, const FilterRow& at, Plane plane, int begin, int count, BYTE* result) {
@@ -80,11 +102,9 @@ void MedianSamples(const void* context, const FilterRow& at, Plane plane, int be
 // --- By luminance ----------------------------------------------------------------------------------------------------
 
 int CutMedianKey(const FilterRow& at, int column) {
-    int keys[9];
-    int count = 0;
-    ForEachNeighbour(at, kLuminance, column,
-                     [&](BYTE sample, int place) { Insert(sample << 4 | place, keys, count++); });
-    return keys[count / 2];
+    Neighbourhood samples;
+    ForEachNeighbour(at, kLuminance, column, [&](BYTE sample, int place) { samples.Add(sample, place); });
+    return samples.MedianKey();
 }
 
 // In grey pictures the level is the new index, whatever the table holds there.
@@ -130,6 +150,7 @@ HGLOBAL RemoveNoise(const AreaArguments& area, BYTE mode, BYTE sensitivity, cons
     if (mode == kByChannel) {
         filter.context = &threshold;
         filter.filterSamples = MedianSamples;
+        filter.endsAtBorder = true;
     } else {
         filter.filterPixels = MedianPixels;
         filter.wantsLuminance = true;

@@ -57,6 +57,19 @@ void DecodeRow(RowRing& ring, int row) {
     }
 }
 
+// Rows of packed pixels are what filters read already, unless pixels have to be repeated at their ends. Behind the last
+// ones the memory may end before what kernels read.
+int RowsInPlace(const RowRing& ring, const Filter& filter) {
+    if (ring.kind != RowKind::kPacked || !filter.endsAtBorder) {
+        return 0;
+    }
+    const DibView& source = ring.source;
+    const std::size_t read = (static_cast<std::size_t>(source.width) + static_cast<std::size_t>(filter.reach)) * 3;
+    const std::size_t rows = (read + kFilterSlack + source.stride - 1) / source.stride;
+    return static_cast<int>(static_cast<std::size_t>(source.height) -
+                            std::min(rows, static_cast<std::size_t>(source.height)));
+}
+
 // What is read from the source is told by its header, once.
 void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.source = source;
@@ -65,6 +78,7 @@ void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.luminance = filter.wantsLuminance && ring.kind == RowKind::kPlanar;
     ring.reach = filter.reach;
     ring.slots = std::min(2 * filter.reach + 1, source.height);
+    ring.rowsInPlace = RowsInPlace(ring, filter);
     ring.at.step = ring.kind == RowKind::kPacked ? 3 : 1;
     ring.at.isGrey = ring.kind == RowKind::kGrey;
     ring.at.width = source.width;
@@ -110,17 +124,26 @@ bool MakeRowRing(const DibView& source, const Filter& filter, int resultWidth, R
 
 const FilterRow& MoveTo(RowRing& ring, int row) {
     const int last = ring.source.height - 1;
-    for (int r = std::max(ring.nextRow, row - ring.reach); r <= std::min(row + ring.reach, last); ++r) {
+    const int first = std::max(row - ring.reach, 0);
+    const int behind = std::min(row + ring.reach, last) + 1;
+    for (int r = std::max({ring.nextRow, ring.rowsInPlace, first}); r < behind; ++r) {
         DecodeRow(ring, r);
     }
-    ring.nextRow = std::min(row + ring.reach, last) + 1;
+    ring.nextRow = behind;
     ring.at.row = row;
-    for (int plane = 0; plane < kPlaneCount; ++plane) {
-        for (int dy = -ring.reach; dy <= ring.reach; ++dy) {
-            const int r = std::clamp(row + dy, 0, last);
-            ring.pointers[plane][dy + ring.reach] =
-                ring.planes[plane] + static_cast<std::size_t>(r % ring.slots) * ring.stride;
+    int slot = first % ring.slots; // once only: divisions would take longer than some filters
+    for (int r = row - ring.reach; r <= row + ring.reach; ++r) {
+        const int kept = std::clamp(r, 0, last);
+        for (int plane = 0; plane < kPlaneCount; ++plane) {
+            ring.pointers[plane][r - row + ring.reach] =
+                kept < ring.rowsInPlace ? ring.source.Row(kept)
+                                        : ring.planes[plane] + static_cast<std::size_t>(slot) * ring.stride;
         }
+        if (r == kept && r != last) {
+            slot = slot + 1 == ring.slots ? 0 : slot + 1;
+        }
+    }
+    for (int plane = 0; plane < kPlaneCount; ++plane) {
         ring.at.rows[plane] = ring.pointers[plane] + ring.reach;
     }
     return ring.at;

@@ -22,7 +22,8 @@ struct RowRing {
 
     LockedBlock memory;
     int reach = 0;
-    int slots = 0; // rows that are kept
+    int slots = 0;       // rows that are kept
+    int rowsInPlace = 0; // those below are read where they are
     std::size_t stride = 0;
     BYTE* planes[kPlaneCount] = {}; // the first row's column 0
     BYTE* results[3] = {};          // one row each

@@ -1,5 +1,7 @@
 // Compiled once per target, see each_target.h.
 
+#include "filter/medians.inl"
+
 void Means(const BYTE* samples, int step, int count, BYTE* result) {
     const Words third = BroadcastWord(0x5556); // of sums up to 3 * 255, exact
     for (int i = 0; i < count; i += kWordLanes) {
@@ -9,69 +11,30 @@ void Means(const BYTE* samples, int step, int count, BYTE* result) {
     }
 }
 
-template <class Vector>
-inline void Order(Vector& low, Vector& high) {
-    const Vector smaller = Min(low, high);
-    high = Max(low, high);
-    low = smaller;
-}
-
-// The fifth of nine, by the network of exchanges that sorts no more than is needed.
-template <class Vector>
-inline Vector MedianOfNine(Vector (&v)[9]) {
-    Order(v[1], v[2]);
-    Order(v[4], v[5]);
-    Order(v[7], v[8]);
-    Order(v[0], v[1]);
-    Order(v[3], v[4]);
-    Order(v[6], v[7]);
-    Order(v[1], v[2]);
-    Order(v[4], v[5]);
-    Order(v[7], v[8]);
-    v[3] = Max(v[0], v[3]);
-    v[5] = Min(v[5], v[8]);
-    Order(v[4], v[7]);
-    v[6] = Max(v[3], v[6]);
-    v[4] = Max(v[1], v[4]);
-    v[2] = Min(v[2], v[5]);
-    v[4] = Min(v[4], v[7]);
-    Order(v[4], v[2]);
-    v[4] = Max(v[6], v[4]);
-    return Min(v[4], v[2]);
-}
-
-// The centre takes part as the largest value, so that the fifth of nine is the fifth of the eight neighbours. Two small
-// values and a large one for a missing row do the same for the third of five.
+// The columns on both sides, and the centre's with the largest value in its place, so that the fifth of nine is the
+// fifth of the eight neighbours. Of a missing row two small values and a large one do the same for the third of five.
 template <bool kMissing>
 inline void MediansOf(const BYTE* own, const BYTE* row1, const BYTE* row2, int step, int threshold, int count,
                       BYTE* result) {
     const Bytes limit = BroadcastByte(threshold);
     const Bytes smallest = BroadcastByte(0);
     const Bytes largest = BroadcastByte(255);
+    const auto side = [=](int i) __attribute__((always_inline)) {
+        return Sort(LoadBytes(own + i), LoadBytes(row1 + i), kMissing ? smallest : LoadBytes(row2 + i));
+    };
     for (int i = 0; i < count; i += kByteLanes) {
         const Bytes centre = LoadBytes(own + i);
-        Bytes v[9] = {LoadBytes(row1 + i - step),
-                      LoadBytes(own + i - step),
-                      LoadBytes(row1 + i),
-                      LoadBytes(row1 + i + step),
-                      LoadBytes(own + i + step),
-                      largest,
-                      smallest,
-                      smallest,
-                      largest};
-        Bytes low = Min(Min(Min(v[0], v[1]), Min(v[2], v[3])), v[4]);
-        Bytes high = Max(Max(Max(v[0], v[1]), Max(v[2], v[3])), v[4]);
-        if constexpr (!kMissing) {
-            v[6] = LoadBytes(row2 + i - step);
-            v[7] = LoadBytes(row2 + i);
-            v[8] = LoadBytes(row2 + i + step);
-            low = Min(low, Min(Min(v[6], v[7]), v[8]));
-            high = Max(high, Max(Max(v[6], v[7]), v[8]));
-        }
+        const Bytes first = LoadBytes(row1 + i);
+        const Bytes second = kMissing ? first : LoadBytes(row2 + i);
+        const Sorted<Bytes> left = side(i - step);
+        const Sorted<Bytes> right = side(i + step);
+        const Sorted<Bytes> between = {Min(first, second), kMissing ? largest : Max(first, second), largest};
+        const Bytes low = Min(kMissing ? Min(left.middle, right.middle) : Min(left.low, right.low), between.low);
+        const Bytes high = Max(Max(left.high, right.high), kMissing ? first : between.middle);
         const Bytes beyond =
             SubtractSaturated(Max(SubtractSaturated(high, centre), SubtractSaturated(centre, low)), limit);
         const auto kept = reinterpret_cast<Bytes>(beyond == smallest);
-        StoreBytes(result + i, (centre & kept) | (MedianOfNine(v) & ~kept));
+        StoreBytes(result + i, (centre & kept) | (MedianOfColumns(left, between, right) & ~kept));
     }
 }
 
@@ -117,7 +80,8 @@ inline void EachMedianKey(const RowsOfThree& around, int count, Use use) {
         } else {
             LoadNoKeys(keys + 6);
         }
-        use(i, MedianOfNine(keys));
+        use(i, MedianOfColumns(Sort(keys[0], keys[3], keys[6]), Sort(keys[1], keys[4], keys[7]),
+                               Sort(keys[2], keys[5], keys[8])));
     }
 }
 
