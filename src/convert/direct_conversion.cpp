@@ -1,4 +1,6 @@
 // Conversions that look at one pixel at a time and need no colour to be chosen.
+#include <cstring>
+
 #include "convert/convert_color.h"
 #include "frame/rows.h"
 #include "pixels/indices.h"
@@ -22,9 +24,12 @@ bool ConvertRows(const DibView& source, const NewPicture& result, const Progress
 }
 
 void ConvertPixels(const PixelFormat& from, const PixelFormat& to, const BYTE* source, BYTE* result, int width) {
-    const PixelKernels& kernels = ThePixelKernels();
-    if (from.layout->isBgr && to.layout->isBgr) {
-        (to.layout->unusedBytes != 0 ? kernels.widen24 : kernels.narrow32)(source, result, width);
+    if (to.layout->IsNothingButBgr() && from.codec.toBgr != nullptr) {
+        from.codec.toBgr(source, result, width);
+        return;
+    }
+    if (from.layout->IsNothingButBgr() && to.codec.fromBgr != nullptr) {
+        to.codec.fromBgr(source, result, width);
         return;
     }
     ClearBeforeEncoding(to, result, width);
@@ -57,14 +62,27 @@ IndexTable MakeIndexTable(const DibView& source, int depth) {
     return table;
 }
 
-template <int kBytes>
+// Of pixels of three bytes each brings a fourth one, which the next one overwrites; the last one is cut.
+template <std::size_t kBytes>
 void WriteValues(const IndexTable& table, const BYTE* indices, int count, BYTE* result) {
-    for (int i = 0; i < count; ++i) {
-        const DWORD value = table.values[indices[i]];
-        for (int k = 0; k < kBytes; ++k) {
-            result[kBytes * i + k] = static_cast<BYTE>(value >> (8 * k));
+    constexpr std::size_t kStored = kBytes == 3 ? 4 : kBytes;
+    for (int i = 0; i < count - 1; ++i) {
+        std::memcpy(result, &table.values[indices[i]], kStored);
+        result += kBytes;
+    }
+    if (count > 0) {
+        std::memcpy(result, &table.values[indices[count - 1]], kBytes);
+    }
+}
+
+// A table of greys whose indices are their levels.
+bool IsPlainRamp(const IndexTable& table) {
+    for (unsigned i = 0; i != 256; ++i) {
+        if (table.values[i] != i * 0x010101U) {
+            return false;
         }
     }
+    return true;
 }
 
 // Writes pixels of a row from a column on that is a multiple of 8.
@@ -92,6 +110,11 @@ bool ConvertTrueColour(const DibView& source, const NewPicture& result, const Pr
 
 bool ExpandPalette(const DibView& source, int depth, const NewPicture& result, const Progress& progress) {
     const IndexTable table = MakeIndexTable(source, depth);
+    if (source.bitCount == 8 && result.view.layout->IsNothingButBgr() && IsPlainRamp(table)) {
+        return ConvertRows(source, result, progress, [&](const BYTE* sourceRow, BYTE* resultRow) {
+            ThePixelKernels().greysToBgr(sourceRow, resultRow, source.width);
+        });
+    }
     return ConvertRows(source, result, progress, [&](const BYTE* sourceRow, BYTE* resultRow) {
         ForEachChunk(source.width, [&](int column, int count) {
             BYTE indices[kChunkPixels];

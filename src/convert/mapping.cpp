@@ -48,15 +48,10 @@ PaletteTwice PaletteTwiceOf(const DibView& result) {
 // Black and white without errors, straight from packed pixels to bits.
 bool Threshold(const ColourReader& reader, BYTE threshold, MappingRows& rows, const NewPicture& result,
                const Progress& progress) {
-    const DibView& source = reader.picture;
-    const bool isPacked = !source.IsPaletted() && source.layout->codec == &PixelKernels::bgr;
-    return ForEachRow(source.height, progress, [&](int row) {
-        const BYTE* pixels = source.Row(row);
-        if (!isPacked) {
-            ReadPixels24(reader, row, 0, source.width, rows.packed);
-            pixels = rows.packed;
-        }
-        TheThresholdKernels().threshold24(pixels, threshold * 3, source.width, result.Row(row));
+    const int width = reader.picture.width;
+    return ForEachRow(reader.picture.height, progress, [&](int row) {
+        const BYTE* const pixels = Pixels24(reader, row, 0, width, rows.packed);
+        TheThresholdKernels().threshold24(pixels, threshold * 3, width, result.Row(row));
     });
 }
 

@@ -80,9 +80,9 @@ HGLOBAL ReduceToGrey(const DibView& source, const Progress& progress) {
     const ColourReader reader = MakeColourReader(source);
     const bool done = ForEachRow(source.height, progress, [&](int row) {
         ForEachChunk(source.width, [&](int start, int count) {
-            PlanarChunk chunk;
-            ReadColours(reader, row, start, count, chunk.Row());
-            TheLuminanceKernels().greyLevel(chunk.Row(), result.Row(row) + start, count);
+            BYTE room[3 * kChunkPixels];
+            const BYTE* const pixels = Pixels24(reader, row, start, count, room);
+            TheLuminanceKernels().greyLevel24(pixels, result.Row(row) + start, count);
         });
     });
     return done ? result.Release() : nullptr;

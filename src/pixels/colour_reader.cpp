@@ -16,15 +16,6 @@ void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int co
     });
 }
 
-// Leaves out what pixels of blue, green and red bytes have behind these.
-void PackBgr(const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
-    if (format.layout->unusedBytes != 0) {
-        ThePixelKernels().narrow32(source, result, count);
-    } else {
-        std::memcpy(result, source, format.BytesOf(count));
-    }
-}
-
 } // namespace
 
 ColourReader MakeColourReader(const DibView& picture) {
@@ -53,17 +44,29 @@ void DecodePixels(const ColourReader& reader, const BYTE* pixels, int count, con
     }
 }
 
-void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result) {
+const BYTE* Pixels24(const ColourReader& reader, int row, int column, int count, BYTE* room) {
     const PixelFormat& format = reader.format;
-    if (format.layout->isBgr) {
-        PackBgr(format, reader.picture.Row(row) + format.BytesOf(column), result, count);
-        return;
+    const BYTE* const source = reader.picture.Row(row) + format.BytesOf(column);
+    if (format.layout->IsNothingButBgr()) {
+        return source;
     }
-    PlanarChunk chunk;
+    if (format.codec.toBgr != nullptr) {
+        format.codec.toBgr(source, room, count);
+        return room;
+    }
     ForEachChunk(count, [&](int start, int part) {
+        PlanarChunk chunk;
         ReadColours(reader, row, column + start, part, chunk.Row());
-        ThePixelKernels().bgr.encode(chunk.Row(), result + std::ptrdiff_t{start} * 3, part);
+        ThePixelKernels().bgr.encode(chunk.Row(), room + std::ptrdiff_t{start} * 3, part);
     });
+    return room;
+}
+
+void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result) {
+    const BYTE* const pixels = Pixels24(reader, row, column, count, result);
+    if (pixels != result) {
+        std::memcpy(result, pixels, static_cast<std::size_t>(count) * 3);
+    }
 }
 
 } // namespace qv8

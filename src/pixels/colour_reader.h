@@ -22,4 +22,7 @@ void DecodePixels(const ColourReader& reader, const BYTE* pixels, int count, con
 // As ReadColours, as packed 24-bit pixels.
 void ReadPixels24(const ColourReader& reader, int row, int column, int count, BYTE* result);
 
+// The same where they lie, or converted into the room where they are of another kind.
+const BYTE* Pixels24(const ColourReader& reader, int row, int column, int count, BYTE* room);
+
 } // namespace qv8

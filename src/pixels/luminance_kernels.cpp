@@ -7,22 +7,17 @@
 #include "simd/each_target.h"
 
 namespace qv8 {
-namespace {
 
-BYTE OfOne(void (*kernel)(const PlanarRow& row, BYTE* result, int count), RGBQUAD colour) {
+BYTE LuminanceOf(const RGBQUAD& colour) {
+    RGBQUAD channels = colour;
     BYTE result = 0;
-    kernel({&colour.rgbBlue, &colour.rgbGreen, &colour.rgbRed}, &result, 1);
+    baseline::Luminance({&channels.rgbBlue, &channels.rgbGreen, &channels.rgbRed}, &result, 1);
     return result;
 }
 
-} // namespace
-
-BYTE LuminanceOf(const RGBQUAD& colour) {
-    return OfOne(baseline::Luminance, colour);
-}
-
 BYTE GreyLevelOf(const RGBQUAD& colour) {
-    return OfOne(baseline::GreyLevel, colour);
+    const BYTE pixel[3] = {colour.rgbBlue, colour.rgbGreen, colour.rgbRed};
+    return baseline::GreyLevelOfPixel(pixel);
 }
 
 } // namespace qv8

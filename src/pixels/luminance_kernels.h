@@ -8,9 +8,9 @@ namespace qv8 {
 struct LuminanceKernels {
     // The products of red, green and blue summed from left to right in single precision, truncated.
     void (*luminance)(const PlanarRow& row, BYTE* result, int count);
-    // The same products summed in double precision, truncated: the grey levels of colour conversion.
-    void (*greyLevel)(const PlanarRow& row, BYTE* result, int count);
-    // 24-bit pixels with all three channels at their luminance; null where planar channels are the only way.
+    // The same products summed in double precision, truncated: the grey levels of colour conversion, of 24-bit pixels.
+    void (*greyLevel24)(const BYTE* pixels, BYTE* levels, int count);
+    // 24-bit pixels with all three channels at their luminance.
     void (*grey24)(const BYTE* source, BYTE* result, int count);
 };
 

@@ -1,6 +1,7 @@
 // Compiled once per target, see each_target.h.
 
 #include "pixels/ycc_lanes.inl"
+#include "simd/packed_pixels.inl"
 
 void Luminance(const PlanarRow& channels, BYTE* result, int count) {
     const PlanarRow row = channels; // which storing bytes cannot change
@@ -24,49 +25,51 @@ void Luminance(const PlanarRow& channels, BYTE* result, int count) {
     }
 }
 
-void GreyLevel(const PlanarRow& row, BYTE* __restrict result, int count) {
-    const BYTE* __restrict const blue = row.blue;
-    const BYTE* __restrict const green = row.green;
-    const BYTE* __restrict const red = row.red;
-    constexpr auto kRed = static_cast<float>(kLuminanceWeights.red);
-    constexpr auto kGreen = static_cast<float>(kLuminanceWeights.green);
-    constexpr auto kBlue = static_cast<float>(kLuminanceWeights.blue);
-    for (int i = 0; i < count; ++i) {
-        const double sum = static_cast<double>(static_cast<float>(red[i]) * kRed) +
-                           static_cast<double>(static_cast<float>(green[i]) * kGreen) +
-                           static_cast<double>(static_cast<float>(blue[i]) * kBlue);
-        result[i] = static_cast<BYTE>(static_cast<int>(sum));
-    }
+inline BYTE GreyLevelOfPixel(const BYTE* pixel) {
+    const auto product = [&](int channel, double weight) {
+        return static_cast<double>(static_cast<float>(pixel[channel]) * static_cast<float>(weight));
+    };
+    const double sum =
+        product(2, kLuminanceWeights.red) + product(1, kLuminanceWeights.green) + product(0, kLuminanceWeights.blue);
+    return static_cast<BYTE>(static_cast<int>(sum));
 }
 
-// 24-bit pixels to greys without a detour over planar channels: a byte shuffle takes each channel of four pixels
-// straight into four numbers, and another one writes each grey three times.
+inline Ints ProductsOf(Ints channels, int weights) {
+    return MultiplyAddPairs(reinterpret_cast<Words>(channels), reinterpret_cast<Words>(BroadcastInt(weights)));
+}
+
+// The weights are whole thousandths. Sums of so many thousandths that they lie between two whole numbers lie there
+// however they are rounded; which side of a whole number the others are rounded to is found the long way.
+void GreyLevel24(const BYTE* pixels, BYTE* levels, int count) {
+    constexpr auto kThousandths = [](double weight) { return static_cast<int>(weight * 1000 + 0.5); };
+    constexpr int kBlue = kThousandths(kLuminanceWeights.blue);
+    constexpr int kGreen = kThousandths(kLuminanceWeights.green);
+    constexpr int kRed = kThousandths(kLuminanceWeights.red);
+    constexpr float kHalfOfOne = 0.0005F;
+    ForEachPixelVector<kLanes, 24, 8>(pixels, levels, count, [](const BYTE* source, BYTE* result) {
+        const Ints colours = LoadPixelInts(source);
+        const Ints sum = ProductsOf(colours & BroadcastInt(0xFF00FF), kRed << 16 | kBlue) +
+                         ProductsOf(colours >> 8 & BroadcastInt(0xFF), kGreen);
+        const Floats level = ToFloats(sum) * Broadcast(0.001F) + Broadcast(kHalfOfOne);
+        const Ints truncated = Truncate(level);
+        StoreIntsAsBytes(result, truncated);
+        const Floats fraction = level - ToFloats(truncated);
+        unsigned whole = MoveMask(reinterpret_cast<Ints>(fraction < Broadcast(2 * kHalfOfOne)));
+        for (; whole != 0; whole &= whole - 1) {
+            const int lane = __builtin_ctz(whole);
+            result[lane] = GreyLevelOfPixel(source + 3 * lane);
+        }
+    });
+}
+
 void Grey24(const BYTE* source, BYTE* result, int count) {
-    constexpr BYTE kNone = 0xFF;
-    constexpr BYTE kBlues[16] = {0, kNone, kNone, kNone, 3, kNone, kNone, kNone,
-                                 6, kNone, kNone, kNone, 9, kNone, kNone, kNone};
-    constexpr BYTE kThreeTimes[16] = {0, 0, 0, 4, 4, 4, 8, 8, 8, 12, 12, 12, kNone, kNone, kNone, kNone};
-    const Bytes blues = LoadShuffle(kBlues);
-    const Bytes toNext = reinterpret_cast<Bytes>(blues < BroadcastByte(kNone)) & BroadcastByte(1); // channel
-    const Bytes greens = blues + toNext;
-    const Bytes reds = greens + toNext;
-    const Bytes threeTimes = LoadShuffle(kThreeTimes);
-    int i = 0;
-    for (; i + kLanes + 2 <= count; i += kLanes) { // four bytes more are read and written
-        const Bytes pixels = LoadPixels24(source + 3 * i);
-        const auto channel = [&](Bytes places) {
-            return ToFloats(reinterpret_cast<Ints>(ShuffleBytes(pixels, places)));
-        };
-        const Ints sum = Truncate(WeightedSum({channel(blues), channel(greens), channel(reds)}, kLuminanceWeights));
-        StorePixels24(result + 3 * i, ShuffleBytes(reinterpret_cast<Bytes>(sum), threeTimes));
-    }
-    for (; i < count; ++i) {
-        BYTE grey;
-        Luminance({const_cast<BYTE*>(source) + 3 * i, const_cast<BYTE*>(source) + 3 * i + 1,
-                   const_cast<BYTE*>(source) + 3 * i + 2},
-                  &grey, 1);
-        result[3 * i] = result[3 * i + 1] = result[3 * i + 2] = grey;
-    }
+    ForEachPixelVector<kLanes, 24, 24>(source, result, count, [](const BYTE* pixels, BYTE* greys) {
+        const Ints colours = LoadPixelInts(pixels);
+        const Ints byte = BroadcastInt(0xFF);
+        const Ints grey = Truncate(WeightedSum(
+            {ToFloats(colours & byte), ToFloats(colours >> 8 & byte), ToFloats(colours >> 16)}, kLuminanceWeights));
+        StorePixelInts(greys, grey | grey << 8 | grey << 16);
+    });
 }
 
-constexpr LuminanceKernels kKernels = {Luminance, GreyLevel, kHasByteShuffle ? Grey24 : nullptr};
+constexpr LuminanceKernels kKernels = {Luminance, GreyLevel24, Grey24};

@@ -25,6 +25,9 @@ struct PixelCodec {
     void (*decode)(const BYTE* source, const PlanarRow& row, int count);
     void (*encode)(const PlanarRow& row, BYTE* result, int count);
     void (*clearUnused)(BYTE* pixels, int count) = nullptr; // zeroes those bytes; null where there are none
+    // To packed 24-bit pixels and from them with unused bytes 0; null where channels are the only way.
+    void (*toBgr)(const BYTE* source, BYTE* result, int count) = nullptr;
+    void (*fromBgr)(const BYTE* source, BYTE* result, int count) = nullptr;
 };
 
 struct PixelKernels {
@@ -33,9 +36,8 @@ struct PixelKernels {
     PixelCodec unknownWords; // of a layout that nobody knows: read as black, written as 5-6-5
     PixelCodec bgr;          // bytes of blue, green and red
     PixelCodec bgrx;         // and one of nothing
-    // Packed 24-bit pixels into 32-bit ones with a fourth byte of 0, and back.
-    void (*widen24)(const BYTE* source, BYTE* result, int count);
-    void (*narrow32)(const BYTE* source, BYTE* result, int count);
+    // Levels of grey to 24-bit pixels.
+    void (*greysToBgr)(const BYTE* levels, BYTE* result, int count);
     // Bytes made of the eight bits from bit `shift` (1..7) of a byte on, the most significant one being bit 0.
     void (*shiftBits)(const BYTE* source, int shift, BYTE* result, std::size_t bytes);
     // 24-bit pixels backwards, from the one before `end` on.

@@ -1,6 +1,8 @@
 // Compiled once per target, see each_target.h. Products fit 16 bits, so that eight or sixteen pixels fit a
 // register.
 
+#include "simd/packed_pixels.inl"
+
 // The divisions by 31, 63 and 255, as a product and a shift, and the proof of it for every value.
 constexpr unsigned kWiden5Factor = 2106;
 constexpr unsigned kWiden5Shift = 8;
@@ -175,41 +177,69 @@ void ClearFourthBytes(BYTE* pixels, int count) {
 
 using Bytes16 = BYTE __attribute__((vector_size(16)));
 
-// Whole vectors and words are read as long as they end within the row; the last pixel is read byte by byte.
-void Widen24(const BYTE* __restrict source, BYTE* __restrict result, int count) {
-    int i = 0;
-    if constexpr (kHasByteShuffle) {
-        for (; i + 6 <= count; i += 4) {
-            Bytes16 packed;
-            __builtin_memcpy(&packed, source + 3 * i, sizeof packed);
-            packed = __builtin_shufflevector(packed, Bytes16{}, 0, 1, 2, 16, 3, 4, 5, 16, 6, 7, 8, 16, 9, 10, 11, 16);
-            __builtin_memcpy(result + 4 * i, &packed, sizeof packed);
-        }
-    }
-    for (; i < count - 1; ++i) {
-        StoreDword(result + 4 * i, LoadDword(source + 3 * i) & 0x00FFFFFFU);
-    }
-    if (i < count) {
-        const BYTE* const last = source + 3 * i;
-        StoreDword(result + 4 * i, static_cast<DWORD>(last[0]) | static_cast<DWORD>(last[1]) << 8U |
-                                       static_cast<DWORD>(last[2]) << 16U);
-    }
+void BgrToBgrx(const BYTE* source, BYTE* result, int count) {
+    ForEachPixelVector<kLanes, 24, 32>(source, result, count, [](const BYTE* pixels, BYTE* wide) {
+        StoreBytes(wide, reinterpret_cast<Bytes>(LoadPixelInts(pixels)));
+    });
 }
 
-void Narrow32(const BYTE* __restrict source, BYTE* __restrict result, int count) {
+void BgrxToBgr(const BYTE* source, BYTE* result, int count) {
+    ForEachPixelVector<kLanes, 32, 24>(source, result, count, [](const BYTE* pixels, BYTE* narrow) {
+        StorePixelInts(narrow, reinterpret_cast<Ints>(LoadBytes(pixels)));
+    });
+}
+
+// Products of the words of each lane with a factor, shifted.
+inline Ints Scaled(Ints words, unsigned factor, unsigned shift) {
+    constexpr unsigned kHigh = 16;
+    const Words factors = BroadcastWord(static_cast<int>(factor << (kHigh - shift)));
+    return reinterpret_cast<Ints>(MultiplyHigh(reinterpret_cast<Words>(words), factors));
+}
+
+// While channels are scaled, blue and red are in words of their own, here at the upper byte so that the factor fits.
+void Words555ToBgr(const BYTE* source, BYTE* result, int count) {
+    constexpr int kUpper = 31 << 8;
+    ForEachPixelVector<kLanes, 16, 24>(source, result, count, [](const BYTE* words, BYTE* pixels) {
+        const Ints value = LoadWordsAsInts(words);
+        const Ints blueAndRed = (value << 8 & BroadcastInt(kUpper)) | (value << 14 & BroadcastInt(kUpper << 16));
+        const Ints green = value << 3 & BroadcastInt(kUpper);
+        StorePixelInts(pixels, Scaled(blueAndRed, kWiden5Factor, kWiden5Shift + 8) |
+                                   Scaled(green, kWiden5Factor, kWiden5Shift + 8) << 8);
+    });
+}
+
+void BgrToWords555(const BYTE* source, BYTE* result, int count) {
+    ForEachPixelVector<kLanes, 24, 16>(source, result, count, [](const BYTE* pixels, BYTE* words) {
+        const Ints value = LoadPixelInts(pixels);
+        const Ints blueAndRed = Scaled(value & BroadcastInt(0xFF00FF), kNarrow5Factor, kNarrow5Shift);
+        const Ints green = Scaled(value >> 8 & BroadcastInt(0xFF), kNarrow5Factor, kNarrow5Shift);
+        const Ints joined = MultiplyAddPairs(reinterpret_cast<Words>(blueAndRed),
+                                             reinterpret_cast<Words>(BroadcastInt(1 << 10 << 16 | 1)));
+        StoreIntsAsWords(words, joined | green << 5);
+    });
+}
+
+inline Bytes16 LoadBytes16(const BYTE* source) {
+    Bytes16 bytes;
+    __builtin_memcpy(&bytes, source, sizeof bytes);
+    return bytes;
+}
+inline void StoreBytes16(BYTE* result, Bytes16 bytes) {
+    __builtin_memcpy(result, &bytes, sizeof bytes);
+}
+
+void GreysToBgr(const BYTE* levels, BYTE* result, int count) {
     if constexpr (kHasByteShuffle) {
-        for (int i = 0; i < count; ++i) {
-            result[3 * i] = source[4 * i];
-            result[3 * i + 1] = source[4 * i + 1];
-            result[3 * i + 2] = source[4 * i + 2];
-        }
-        return;
-    }
-    for (int i = 0; i < count - 1; ++i) {
-        StoreDword(result + 3 * i, LoadDword(source + 4 * i));
-    }
-    if (count > 0) {
-        StorePixel24(result + 3 * (count - 1), LoadDword(source + 4 * (count - 1)));
+        ForEachPixelVector<16, 8, 24>(levels, result, count, [](const BYTE* source, BYTE* pixels) {
+            const Bytes16 v = LoadBytes16(source);
+            StoreBytes16(pixels, __builtin_shufflevector(v, v, 0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5));
+            StoreBytes16(pixels + 16, __builtin_shufflevector(v, v, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10));
+            StoreBytes16(pixels + 32,
+                         __builtin_shufflevector(v, v, 10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15));
+        });
+    } else {
+        ForEachPixelVector<1, 8, 24>(levels, result, count,
+                                     [](const BYTE* source, BYTE* pixel) { StoreInt(pixel, *source * 0x010101); });
     }
 }
 
@@ -217,12 +247,6 @@ void ShiftBits(const BYTE* __restrict source, int shift, BYTE* __restrict result
     for (std::size_t i = 0; i < bytes; ++i) {
         result[i] = static_cast<BYTE>(source[i] << shift | source[i + 1] >> (8 - shift));
     }
-}
-
-inline Bytes16 LoadBytes16(const BYTE* source) {
-    Bytes16 bytes;
-    __builtin_memcpy(&bytes, source, sizeof bytes);
-    return bytes;
 }
 
 // Five pixels at a time, with a byte of a sixth one.
@@ -291,13 +315,12 @@ void TurnFour24(const BYTE* source, std::ptrdiff_t sourceStep, BYTE* result, std
     }
 }
 
-constexpr PixelKernels kKernels = {{Decode555, Encode555},
+constexpr PixelKernels kKernels = {{Decode555, Encode555, nullptr, Words555ToBgr, BgrToWords555},
                                    {Decode565, Encode565},
                                    {DecodeBlack, Encode565},
                                    {DecodeBgr, EncodeBgr},
-                                   {DecodeBgrx, EncodeBgrx, ClearFourthBytes},
-                                   Widen24,
-                                   Narrow32,
+                                   {DecodeBgrx, EncodeBgrx, ClearFourthBytes, BgrxToBgr, BgrToBgrx},
+                                   GreysToBgr,
                                    ShiftBits,
                                    Reverse24,
                                    TurnFour24};

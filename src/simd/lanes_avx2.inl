@@ -13,6 +13,19 @@ inline Ints BroadcastInt(int value) {
 inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
 }
+inline Ints LoadWordsAsInts(const BYTE* words) {
+    return reinterpret_cast<Ints>(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(words))));
+}
+inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
+    const auto ints = reinterpret_cast<__m256i>(value);
+    const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
+}
+inline void StoreIntsAsWords(BYTE* words, Ints value) {
+    const auto ints = reinterpret_cast<__m256i>(value);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(words),
+                     _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1)));
+}
 inline Ints Truncate(Floats value) {
     return reinterpret_cast<Ints>(_mm256_cvttps_epi32(value));
 }
@@ -23,9 +36,7 @@ inline unsigned MoveMask(Ints value) {
     return static_cast<unsigned>(_mm256_movemask_ps(reinterpret_cast<__m256>(value)));
 }
 inline void StoreFloatsAsBytes(BYTE* bytes, Floats value) {
-    const __m256i ints = _mm256_cvttps_epi32(_mm256_min_ps(value, _mm256_set1_ps(255.0F)));
-    const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
+    StoreIntsAsBytes(bytes, Truncate(_mm256_min_ps(value, _mm256_set1_ps(255.0F))));
 }
 
 // --- Words: 2 * kLanes lanes of 16 bits ------------------------------------------------------------------------------
@@ -72,6 +83,9 @@ inline Ints LowSquareSums(Words a, Words b) {
 inline Ints HighSquareSums(Words a, Words b) {
     const __m256i pairs = _mm256_unpackhi_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b));
     return reinterpret_cast<Ints>(_mm256_madd_epi16(pairs, pairs));
+}
+inline Ints MultiplyAddPairs(Words a, Words b) {
+    return reinterpret_cast<Ints>(_mm256_madd_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
 }
 inline Words Min(Words a, Words b) {
     return reinterpret_cast<Words>(_mm256_min_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));

@@ -25,6 +25,22 @@ inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     return Floats{static_cast<float>(bytes[0]), static_cast<float>(bytes[1]), static_cast<float>(bytes[2]),
                   static_cast<float>(bytes[3])};
 }
+inline Ints LoadWordsAsInts(const BYTE* words) {
+    WORD loaded[kLanes];
+    __builtin_memcpy(loaded, words, sizeof loaded);
+    return Ints{loaded[0], loaded[1], loaded[2], loaded[3]};
+}
+inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
+    for (int lane = 0; lane != kLanes; ++lane) {
+        bytes[lane] = static_cast<BYTE>(std::clamp(value[lane], 0, 255));
+    }
+}
+inline void StoreIntsAsWords(BYTE* words, Ints value) {
+    for (int lane = 0; lane != kLanes; ++lane) {
+        const auto word = static_cast<short>(std::clamp(value[lane], -0x8000, 0x7FFF));
+        __builtin_memcpy(words + lane * sizeof word, &word, sizeof word);
+    }
+}
 inline Ints Truncate(Floats value) {
     return __builtin_convertvector(value, Ints);
 }
@@ -49,10 +65,7 @@ inline unsigned MoveMask(Ints value) {
     return bits;
 }
 inline void StoreFloatsAsBytes(BYTE* bytes, Floats value) {
-    const Ints ints = Truncate(Max(Min(value, Broadcast(255.0F)), Broadcast(0.0F)));
-    for (int lane = 0; lane != kLanes; ++lane) {
-        bytes[lane] = static_cast<BYTE>(ints[lane]);
-    }
+    StoreIntsAsBytes(bytes, Truncate(Max(Min(value, Broadcast(255.0F)), Broadcast(0.0F))));
 }
 
 // --- Words: 2 * kLanes lanes of 16 bits ------------------------------------------------------------------------------
@@ -109,6 +122,15 @@ inline Ints LowSquareSums(Words a, Words b) {
 }
 inline Ints HighSquareSums(Words a, Words b) {
     return SignedHigh(a) * SignedHigh(a) + SignedHigh(b) * SignedHigh(b);
+}
+inline Ints MultiplyAddPairs(Words a, Words b) {
+    const auto x = reinterpret_cast<SignedWords>(a);
+    const auto y = reinterpret_cast<SignedWords>(b);
+    Ints result;
+    for (int lane = 0; lane != kLanes; ++lane) {
+        result[lane] = x[2 * lane] * y[2 * lane] + x[2 * lane + 1] * y[2 * lane + 1];
+    }
+    return result;
 }
 
 // --- Bytes: 4 * kLanes lanes of 8 bits -------------------------------------------------------------------------------
@@ -190,13 +212,4 @@ inline void StoreFourWordsAsBytes(BYTE* bytes, Words words) {
     for (int lane = 0; lane != 4; ++lane) {
         bytes[lane] = static_cast<BYTE>(clamped[lane]);
     }
-}
-inline Ints MultiplyAddPairs(Words a, Words b) {
-    const auto x = reinterpret_cast<SignedWords>(a);
-    const auto y = reinterpret_cast<SignedWords>(b);
-    Ints result;
-    for (int lane = 0; lane != kLanes; ++lane) {
-        result[lane] = x[2 * lane] * y[2 * lane] + x[2 * lane + 1] * y[2 * lane + 1];
-    }
-    return result;
 }

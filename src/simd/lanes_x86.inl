@@ -19,6 +19,23 @@ inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     const __m128i words = _mm_unpacklo_epi8(_mm_cvtsi32_si128(packed), zero);
     return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, zero));
 }
+// kLanes unsigned words, widened.
+inline Ints LoadWordsAsInts(const BYTE* words) {
+    return reinterpret_cast<Ints>(
+        _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(words)), _mm_setzero_si128()));
+}
+// Clamped to 0..255.
+inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
+    const auto ints = reinterpret_cast<__m128i>(value);
+    const __m128i words = _mm_packs_epi32(ints, ints);
+    const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+    __builtin_memcpy(bytes, &packed, sizeof packed);
+}
+// Clamped to 16 bits with sign.
+inline void StoreIntsAsWords(BYTE* words, Ints value) {
+    const auto ints = reinterpret_cast<__m128i>(value);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(words), _mm_packs_epi32(ints, ints));
+}
 // Truncates toward zero; values are within 32 bits.
 inline Ints Truncate(Floats value) {
     return reinterpret_cast<Ints>(_mm_cvttps_epi32(value));
@@ -33,10 +50,7 @@ inline unsigned MoveMask(Ints value) {
 // Truncates toward zero, clamps to 0..255 and stores kLanes bytes. Packing saturates, so only values beyond 32 bits
 // have to be kept off; far negative ones become the most negative number.
 inline void StoreFloatsAsBytes(BYTE* bytes, Floats value) {
-    const __m128i ints = _mm_cvttps_epi32(_mm_min_ps(value, _mm_set1_ps(255.0F)));
-    const __m128i words = _mm_packs_epi32(ints, ints);
-    const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
-    __builtin_memcpy(bytes, &packed, sizeof packed);
+    StoreIntsAsBytes(bytes, Truncate(_mm_min_ps(value, _mm_set1_ps(255.0F))));
 }
 
 // --- Words: 2 * kLanes lanes of 16 bits ------------------------------------------------------------------------------
@@ -88,6 +102,10 @@ inline Ints LowSquareSums(Words a, Words b) {
 inline Ints HighSquareSums(Words a, Words b) {
     const __m128i pairs = _mm_unpackhi_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b));
     return reinterpret_cast<Ints>(_mm_madd_epi16(pairs, pairs));
+}
+// The sums of the products of neighbouring signed words.
+inline Ints MultiplyAddPairs(Words a, Words b) {
+    return reinterpret_cast<Ints>(_mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }
 // Of signed words.
 inline Words Min(Words a, Words b) {
@@ -181,8 +199,4 @@ inline void StoreFourWordsAsBytes(BYTE* bytes, Words words) {
     const auto value = reinterpret_cast<__m128i>(words);
     const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(value, value));
     __builtin_memcpy(bytes, &packed, sizeof packed);
-}
-// The sums of the products of neighbouring signed words.
-inline Ints MultiplyAddPairs(Words a, Words b) {
-    return reinterpret_cast<Ints>(_mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 }

@@ -16,7 +16,7 @@ namespace {
 HGLOBAL GreyTrueColour(const DibView& source, const Progress& progress) {
     const PixelFormat format = PixelFormatOf(source);
     const LuminanceKernels& kernels = TheLuminanceKernels();
-    const bool isPacked = source.layout->IsNothingButBgr() && kernels.grey24 != nullptr;
+    const bool isPacked = source.layout->IsNothingButBgr();
     const auto write = [&](int row, BYTE* resultRow) {
         const BYTE* const sourceRow = source.Row(row);
         ClearPadding(source, resultRow);
