@@ -123,9 +123,9 @@ void Arguments::AddSource() {
     case Source::kMaskedPicture:
         return AddPointer(&target_);
     case Source::kClipboard:
-        return AddPointer(nullptr);
+        return AddPointer(request_.window);
     case Source::kPictureForClipboard:
-        AddPointer(nullptr);
+        AddPointer(request_.window);
         return AddPointer(request_.image);
     case Source::kPictureInArea:
     case Source::kPictureInShape:

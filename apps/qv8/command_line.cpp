@@ -12,14 +12,15 @@
 
 #include <CLI/CLI.hpp>
 
+#include "chains/clipboard.h"
 #include "chains/options.h"
 #include "chains/words.h"
-#include "clipboard.h"
 #include "commands.h"
 #include "description.h"
 #include "message.h"
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
+#include "progress_bar.h"
 #include "qv8version.h"
 
 namespace {
@@ -194,7 +195,9 @@ void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Actio
     AddMaxPixels(*copy, source->files);
     copy->callback([&action, source] {
         action = [source](std::ostream&, std::ostream&) {
-            CopyToClipboard(LoadPicture(source->names.input, source->files.maxPixels).picture, source->names.input);
+            ProgressBar bar(ProgressBar::Shown::kOnTerminal);
+            const std::string& name = source->names.input;
+            CopyToClipboard(LoadPicture(name, source->files.maxPixels).picture, name, bar.AsReport());
             return kExitOk;
         };
     });
@@ -205,7 +208,8 @@ void AddClipboardCommands([[maybe_unused]] CLI::App& app, [[maybe_unused]] Actio
     AddOutputOptions(*paste, target->files);
     paste->callback([&action, target] {
         action = [target](std::ostream&, std::ostream&) {
-            SaveAlone(PictureFromClipboard(target->files.maxPixels), target->names, target->files);
+            ProgressBar bar(ProgressBar::Shown::kOnTerminal);
+            SaveAlone(PictureFromClipboard(target->files.maxPixels, bar.AsReport()), target->names, target->files);
             return kExitOk;
         };
     });

@@ -1,4 +1,4 @@
-#include "clipboard.h"
+#include "chains/clipboard.h"
 
 #include <new>
 #include <vector>
@@ -8,7 +8,6 @@
 #include "pictures/failure.h"
 #include "pictures/image_file.h"
 #include "pictures/plain_image.h"
-#include "progress_bar.h"
 
 namespace {
 
@@ -22,11 +21,9 @@ Picture WithoutMasks(const Picture& picture, const std::string& name) {
     return plain;
 }
 
-Picture RunClipboard(const char* effect, HGLOBAL image, const std::string& subject, ExitCode code) {
-    ProgressBar bar(ProgressBar::Shown::kOnTerminal);
-    const Progress progress(bar.AsReport());
-    catalogue::Request request;
-    request.image = image;
+Picture RunClipboard(const char* effect, catalogue::Request request, const Report& report, const std::string& subject,
+                     ExitCode code) {
+    const Progress progress(report);
     request.progressOwner = progress.Owner();
     const catalogue::Outcome outcome = catalogue::Run(*catalogue::FindEffect(effect), request);
     if (outcome.failed != catalogue::Failed::kNot) {
@@ -37,16 +34,21 @@ Picture RunClipboard(const char* effect, HGLOBAL image, const std::string& subje
 
 } // namespace
 
-void CopyToClipboard(const Picture& picture, const std::string& name) {
+void CopyToClipboard(const Picture& picture, const std::string& name, const Report& report, HWND window) {
     Picture plain;
     if (LockedPicture(picture).Header().biCompression == BI_BITFIELDS) {
         plain = WithoutMasks(picture, name);
     }
-    RunClipboard("set-to-clip-brd", (plain ? plain : picture).Handle(), name + ": copy: ", kExitEffectFailed);
+    catalogue::Request request;
+    request.image = (plain ? plain : picture).Handle();
+    request.window = window;
+    RunClipboard("set-to-clip-brd", request, report, name + ": copy: ", kExitEffectFailed);
 }
 
-Picture PictureFromClipboard(std::uint64_t maxPixels) {
-    const Picture taken = RunClipboard("get-from-clip-brd", nullptr, "paste: ", kExitInput);
+Picture PictureFromClipboard(std::uint64_t maxPixels, const Report& report, HWND window) {
+    catalogue::Request request;
+    request.window = window;
+    const Picture taken = RunClipboard("get-from-clip-brd", request, report, "paste: ", kExitInput);
     // What lies on the clipboard is a file without its first header, and may have as many forms.
     std::vector<BYTE> file(kBmpFileHeaderBytes);
     file[0] = 'B';
