@@ -1,6 +1,7 @@
 # Windows: who a file is, for the system's own windows, and a manifest. A target of its own, as the flags of a C++
-# compiler mean nothing to the compiler of resources.
+# compiler mean nothing to the compiler of resources. MANIFEST with DESCRIPTION is for what is no usual program.
 function(add_windows_resources target name)
+  cmake_parse_arguments(PARSE_ARGV 2 given "" "MANIFEST;DESCRIPTION" "")
   if(NOT WIN32)
     return()
   endif()
@@ -16,8 +17,13 @@ function(add_windows_resources target name)
     set(file_type VFT_DLL)
     set(manifest_number 2) # a library's
   endif()
+  set(manifest ${PROJECT_SOURCE_DIR}/cmake/${kind}.manifest.in)
+  if(given_MANIFEST)
+    set(manifest ${CMAKE_CURRENT_SOURCE_DIR}/${given_MANIFEST})
+    set(description ${given_DESCRIPTION})
+  endif()
   set(base ${CMAKE_CURRENT_BINARY_DIR}/${target}_resources)
-  configure_file(${PROJECT_SOURCE_DIR}/cmake/${kind}.manifest.in ${base}.manifest @ONLY)
+  configure_file(${manifest} ${base}.manifest @ONLY)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.rc.in ${base}.rc @ONLY)
   set_source_files_properties(${base}.rc PROPERTIES OBJECT_DEPENDS ${base}.manifest)
   add_library(${target}_resources OBJECT ${base}.rc)
