@@ -19,8 +19,8 @@ struct Comparison {
     bool operator()(const RECT& a, const RECT& b) const {
         return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
     }
-    bool operator()(const catalogue::Kernel&, const catalogue::Kernel&) const {
-        return false;
+    bool operator()(const catalogue::Kernel& a, const catalogue::Kernel& b) const {
+        return a.weights == b.weights && a.divisor == b.divisor && a.offset == b.offset;
     }
     template <class Type>
     bool operator()(const Type& a, const Type& b) const {

@@ -47,7 +47,7 @@ private:
     Step step_;
 };
 
-// Whether two values are the same; kernels never are.
+// Whether two values are the same.
 bool AreEqual(const catalogue::Value& value, const catalogue::Value& other);
 
 #endif
