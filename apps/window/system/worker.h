@@ -1,0 +1,91 @@
+// Work beside the thread of the windows, and its way back to it.
+#ifndef QV8_WINDOW_SYSTEM_WORKER_H
+#define QV8_WINDOW_SYSTEM_WORKER_H
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include <qv8platform.h>
+
+using Action = std::function<void()>;
+
+// Carries out actions on the thread of a window, which calls RunAll() when it is sent the message.
+class WayBack {
+public:
+    static constexpr UINT kMessage = WM_APP + 1;
+
+    void Attach(HWND window) {
+        window_ = window;
+    }
+    void Post(Action action);
+    void RunAll();
+
+private:
+    HWND window_ = nullptr;
+    std::mutex mutex_;
+    std::vector<Action> actions_;
+};
+
+// Work on a thread. It looks at `stop` from time to time.
+using Work = std::function<void(const std::atomic<bool>& stop)>;
+
+// A thread for work of which only the newest counts: a new one takes the place of what waits, and what runs is told to
+// stop.
+class NewestWorker {
+public:
+    NewestWorker();
+    NewestWorker(const NewestWorker&) = delete;
+    NewestWorker& operator=(const NewestWorker&) = delete;
+    ~NewestWorker();
+
+    void Start(Work work);
+    void Stop() {
+        Start(nullptr);
+    }
+
+private:
+    void Run();
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    Work waiting_;
+    std::atomic<bool> stop_ = false;
+    bool end_ = false;
+    std::thread thread_;
+};
+
+// One piece of long work at a time: opening, saving, applying.
+class TaskWorker {
+public:
+    TaskWorker() = default;
+    TaskWorker(const TaskWorker&) = delete;
+    TaskWorker& operator=(const TaskWorker&) = delete;
+    ~TaskWorker() {
+        Finish();
+    }
+
+    // Until Finish(), which its end calls on the thread of the windows.
+    bool IsBusy() const {
+        return thread_.joinable();
+    }
+    void Start(Work work);
+    // Asks what runs to stop.
+    void Stop() {
+        stop_ = true;
+    }
+    void Finish() {
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
+
+private:
+    std::atomic<bool> stop_ = false;
+    std::thread thread_;
+};
+
+#endif
