@@ -22,15 +22,15 @@
  *
  * @section results Results
  * Functions that return HGLOBAL return a new picture, or 0. Functions that return ImageSet return a new picture and its
- * mask, or {0, 0}. Their "Ex" forms store the pair through `result`, {0, 0} on failure, and return 1, or 0 when
- * `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion library (qv8com.h), per thread, as one of
- * the QV8_STATUS values. On every failure all that the call made is freed.
+ * mask, or {0, 0}: in registers, and on 64-bit Windows in a place whose address the caller passes before the first
+ * argument, as C compilers do there. Their "Ex" forms store the pair through `result`, {0, 0} on failure, and return 1,
+ * or 0 when `hImage` is 0. Why a call failed is told by GetErrorStatus of the companion library (qv8com.h), per thread,
+ * as one of the QV8_STATUS values. On every failure all that the call made is freed.
  *
  * @param result [address of an ImageSet] where an Ex form stores the new picture and its mask; status 5 when null. It
- *               may be the place that `target` points to: the pair is stored after the work has ended, over the
- *               handles that were there, so keep a copy of them, to free them. Without a dialog (2) QV8ResizeEx and
- *               QV8RotationEx store nothing and the handles stay; QV8SelectImageEx and QV8AutoSelectImageEx store
- *               {0, 0} then too.
+ *               may be what `target` points to: the pair is stored when the work has ended, over the handles that
+ *               were there, so keep a copy to free them. Without a dialog (2) QV8ResizeEx and QV8RotationEx store
+ *               nothing and the handles stay; QV8SelectImageEx and QV8AutoSelectImageEx store {0, 0} then too.
  *
  * @section statuses Statuses
  * Every function can leave: 0 success; 1 cancelled; 2 the progress dialog could not be opened; 3 out of memory, or a

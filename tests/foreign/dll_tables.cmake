@@ -3,8 +3,8 @@
 # Qv8Effect.dll, given as DLL, exports the names in EXPORTS and no others; it imports from its companion the eight
 # functions that any companion has, and otherwise from the system only.
 #
-# Each of FILES (separated by commas) starts on Windows XP: what it imports from the system is declared by the system's
-# headers for that version, which COMPILER reads.
+# Each of FILES (separated by commas) starts on Windows XP, or with 64 BITS on Windows Vista: what it imports from the
+# system is declared by the system's headers for that version, which COMPILER reads.
 set(named "[ \t]+[0-9a-f]+[ \t]+[0-9]+[ \t]+([A-Za-z0-9_@]+)[ \t]*$")
 
 # Sets `lines` to what is known of the file's tables and `imports` to words LIBRARY:NAME.
@@ -67,12 +67,21 @@ if(NOT companion_imports STREQUAL required)
   message(SEND_ERROR "Imports from the companion\n  ${companion_imports}\ninstead of\n  ${required}")
 endif()
 
-# --- Windows XP -------------------------------------------------------------------------------------------------------
+# --- The oldest version of the system ---------------------------------------------------------------------------------
+# `later` are functions that are declared for every version, though later ones brought them, and the checked variants of
+# the C library, which came with Vista.
+if(BITS EQUAL 32)
+  set(oldest "Windows XP")
+  set(version 0x0501)
+  set(later "GetSystemTimePreciseAsFileTime|GetThreadId|SetThreadStackGuarantee|.*_s")
+else()
+  set(oldest "Windows Vista")
+  set(version 0x0600)
+  set(later "GetSystemTimePreciseAsFileTime")
+endif()
 file(WRITE headers.c "#include <winsock2.h>\n#include <windows.h>\n#include <commctrl.h>\n#include <shellapi.h>\n")
-execute_process(COMMAND ${COMPILER} -E -P -D_WIN32_WINNT=0x0501 -DWINVER=0x0501 headers.c
+execute_process(COMMAND ${COMPILER} -E -P -D_WIN32_WINNT=${version} -DWINVER=${version} headers.c
                 OUTPUT_VARIABLE declared COMMAND_ERROR_IS_FATAL ANY)
-# Declared for every version, though later ones brought them.
-set(later "GetSystemTimePreciseAsFileTime|GetThreadId|SetThreadStackGuarantee")
 string(REPLACE "," ";" files "${FILES}")
 foreach(file IN LISTS files)
   read_tables(${file})
@@ -83,18 +92,9 @@ foreach(file IN LISTS files)
   endif()
   foreach(import IN LISTS imports)
     string(REGEX REPLACE "^.*:" "" name ${import})
-    if(import MATCHES "^msvcrt\\.dll:")
-      set(is_there YES)
-      if(name MATCHES "_s$") # the checked variants came with Vista
-        set(is_there NO)
-      endif()
-    elseif(name MATCHES "^(${later})$" OR NOT declared MATCHES "[^A-Za-z0-9_]${name}[^A-Za-z0-9_]")
-      set(is_there NO)
-    else()
-      set(is_there YES)
-    endif()
-    if(NOT is_there)
-      message(SEND_ERROR "${file}: Windows XP has no ${import}")
+    if(name MATCHES "^(${later})$" OR
+       NOT (import MATCHES "^msvcrt\\.dll:" OR declared MATCHES "[^A-Za-z0-9_]${name}[^A-Za-z0-9_]"))
+      message(SEND_ERROR "${file}: ${oldest} has no ${import}")
     endif()
   endforeach()
 endforeach()

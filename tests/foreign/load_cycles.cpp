@@ -76,7 +76,7 @@ bool Cycle() {
     if (effects == nullptr || companion == nullptr) {
         return false;
     }
-    using Create = HGLOBAL WINAPI(int, int, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD);
+    using Create = HGLOBAL WINAPI(int, int, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD_PTR, DWORD_PTR, DWORD_PTR);
     using AddOwner = DWORD WINAPI(int WINAPI(int, void*), void*);
     auto* const create = Find<Create>(effects, "QV8CreateImage");
     const DWORD owner = Find<AddOwner>(companion, "AddProgressOwner")(GoOn, nullptr);

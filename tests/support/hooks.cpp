@@ -325,7 +325,7 @@ void InstallHooks() {
     const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     const auto* imported = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports);
     for (; imported->Name != 0; ++imported) {
-        const auto* names = reinterpret_cast<const DWORD*>(base + imported->OriginalFirstThunk);
+        const auto* names = reinterpret_cast<const std::uintptr_t*>(base + imported->OriginalFirstThunk);
         auto* slots = reinterpret_cast<std::uintptr_t*>(base + imported->FirstThunk);
         for (; *names != 0; ++names, ++slots) {
             const char* const name = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + *names)->Name;
