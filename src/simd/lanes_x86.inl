@@ -11,14 +11,6 @@ inline Floats Broadcast(float value) {
 inline Ints BroadcastInt(int value) {
     return reinterpret_cast<Ints>(_mm_set1_epi32(value));
 }
-// kLanes bytes as floats.
-inline Floats LoadBytesAsFloats(const BYTE* bytes) {
-    int packed;
-    __builtin_memcpy(&packed, bytes, sizeof packed);
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i words = _mm_unpacklo_epi8(_mm_cvtsi32_si128(packed), zero);
-    return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, zero));
-}
 // kLanes unsigned words, widened.
 inline Ints LoadWordsAsInts(const BYTE* words) {
     return reinterpret_cast<Ints>(
