@@ -30,10 +30,6 @@ bool IsColour(const catalogue::Parameter& parameter) {
     return parameter.kind == Kind::kColour || parameter.kind == Kind::kOptionalColour;
 }
 
-bool IsOtherPicture(const catalogue::Parameter& parameter) {
-    return catalogue::IsPicture(parameter) || parameter.kind == Kind::kPattern;
-}
-
 bool HasChoices(const catalogue::Parameter& parameter) {
     return parameter.kind == Kind::kChoice || parameter.kind == Kind::kKernel || IsOtherPicture(parameter);
 }

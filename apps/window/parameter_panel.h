@@ -24,6 +24,11 @@ struct OpenPicture {
     std::wstring name;
 };
 
+// Whether the parameter is chosen among the pictures that are open, and files.
+inline bool IsOtherPicture(const catalogue::Parameter& parameter) {
+    return catalogue::IsPicture(parameter) || parameter.kind == catalogue::Kind::kPattern;
+}
+
 class PanelOwner {
 public:
     virtual ~PanelOwner() = default;

@@ -20,10 +20,6 @@ namespace {
 
 using catalogue::Kind;
 
-bool IsOtherPicture(const catalogue::Parameter& parameter) {
-    return catalogue::IsPicture(parameter) || parameter.kind == Kind::kPattern;
-}
-
 COLORREF ColourOf(const catalogue::Value& value) {
     const auto* const colour = std::get_if<catalogue::Colour>(&value);
     return colour != nullptr ? RGB(colour->red, colour->green, colour->blue) : RGB(0, 0, 0);

@@ -10,7 +10,8 @@ constexpr ReversedBits kReversed = [] {
     ReversedBits reversed = {};
     for (unsigned byte = 0; byte != 256; ++byte) {
         for (unsigned bit = 0; bit != 8; ++bit) {
-            reversed.of[byte] = static_cast<BYTE>(reversed.of[byte] << 1U | (byte >> bit & 1U));
+            const unsigned bits = unsigned{reversed.of[byte]} << 1U;
+            reversed.of[byte] = static_cast<BYTE>(bits | (byte >> bit & 1U));
         }
     }
     return reversed;
