@@ -1,85 +1,94 @@
 // Compiled once per target, see each_target.h.
 
-constexpr int kBlockBytes = 96; // whole pixels and whole vectors
-constexpr int kBlockPixels = kBlockBytes / 3;
-
-// For each byte of a block, which of the bytes around it belong to other pixels and do not matter to its own: 0xFF.
-struct OtherPixels {
-    BYTE twoBefore[kBlockBytes];
-    BYTE before[kBlockBytes];
-    BYTE after[kBlockBytes];
-    BYTE twoAfter[kBlockBytes];
-};
-
-constexpr OtherPixels FindOtherPixels() {
-    OtherPixels other = {};
-    for (int k = 0; k != kBlockBytes; ++k) {
-        other.twoBefore[k] = k % 3 == 2 ? 0 : 0xFF;
-        other.before[k] = k % 3 == 0 ? 0xFF : 0;
-        other.after[k] = k % 3 == 2 ? 0xFF : 0;
-        other.twoAfter[k] = k % 3 == 0 ? 0 : 0xFF;
-    }
-    return other;
-}
-constexpr OtherPixels kOther = FindOtherPixels();
+#include "simd/packed_pixels.inl"
 
 // What truncating (255 - a) * base / 255 + a * layer / 255 in double precision gives: the quotient of the whole sum.
 inline BYTE Blended(BYTE base, BYTE layer, BYTE opacity) {
-    const auto sum = static_cast<WORD>(base * (255 - opacity) + layer * opacity);
-    return static_cast<BYTE>(static_cast<WORD>(sum + 1 + (sum >> 8)) >> 8); // sum / 255, exact up to 255 * 255
+    return static_cast<BYTE>((base * (255 - opacity) + layer * opacity) / 255);
 }
 
-inline BYTE Equal(BYTE a, BYTE b) {
-    return a == b ? 0xFF : 0;
+inline void BlendVector(BYTE opacity, const BYTE* layer, BYTE* result) {
+    const Words sum =
+        LoadBytesAsWords(result) * BroadcastWord(255 - opacity) + LoadBytesAsWords(layer) * BroadcastWord(opacity);
+    StoreWordsAsBytes(result, MultiplyHigh(sum, BroadcastWord(0x8081)) >> 7); // sum / 255, exact for 16 bits
 }
 
-void BlendPixel(const LayerBlend& blend, const BYTE* layer, BYTE* result) {
-    const BYTE* const clear = blend.transparent;
-    if (layer[0] == clear[0] && layer[1] == clear[1] && layer[2] == clear[2]) {
-        return;
-    }
-    for (int k = 0; k != 3; ++k) {
-        result[k] = Blended(result[k], layer[k], blend.opacity);
-    }
-}
-
-// A byte is transparent when it and the others of its pixel equal the key. All bytes are looked at alike, each with the
-// two before and the two after it, so that vectors need no whole pixels; `clear` is the key over and over.
-void BlendBlock(const BYTE* clear, BYTE opacity, const BYTE* __restrict layer, BYTE* __restrict result) {
-    for (int k = 0; k < kBlockBytes; ++k) {
-        const BYTE transparent =
-            static_cast<BYTE>(Equal(layer[k], clear[k]) & (Equal(layer[k - 2], clear[k - 2]) | kOther.twoBefore[k]) &
-                              (Equal(layer[k - 1], clear[k - 1]) | kOther.before[k]) &
-                              (Equal(layer[k + 1], clear[k + 1]) | kOther.after[k]) &
-                              (Equal(layer[k + 2], clear[k + 2]) | kOther.twoAfter[k]));
-        const BYTE blended = Blended(result[k], layer[k], opacity);
-        result[k] = static_cast<BYTE>((result[k] & transparent) | (blended & ~transparent));
-    }
-}
-
-// Blocks lie at least a pixel from both ends, because they look at the bytes around them.
-void Blend24(const LayerBlend& given, const BYTE* __restrict layer, BYTE* __restrict result, int count) {
-    const LayerBlend blend = given; // which storing bytes cannot change
-    BYTE clear[kBlockBytes + 6];
-    for (int k = 0; k != kBlockBytes + 6; ++k) {
-        clear[k] = blend.transparent[k % 3];
-    }
+void BlendLevels(BYTE opacity, const BYTE* layer, BYTE* result, int count) {
     int i = 0;
-    if (count > 0) {
-        BlendPixel(blend, layer, result);
-        ++i;
-    }
-    for (; i + kBlockPixels < count; i += kBlockPixels) {
-        BlendBlock(clear + 3, blend.opacity, layer + 3 * i, result + 3 * i);
+    for (; i + kWordLanes <= count; i += kWordLanes) {
+        BlendVector(opacity, layer + i, result + i);
     }
     for (; i < count; ++i) {
-        BlendPixel(blend, layer + 3 * i, result + 3 * i);
+        result[i] = Blended(result[i], layer[i], opacity);
     }
 }
 
-void BlendLevels(BYTE opacity, const BYTE* __restrict layer, BYTE* __restrict result, int count) {
-    for (int i = 0; i < count; ++i) {
-        result[i] = Blended(result[i], layer[i], opacity);
+constexpr int kBlockPixels = 32;
+constexpr int kBlockBytes = kBlockPixels * 3; // whole vectors
+
+inline void BlendBlock(BYTE opacity, const BYTE* layer, BYTE* result) {
+    for (int k = 0; k < kBlockBytes; k += kWordLanes) {
+        BlendVector(opacity, layer + k, result + k);
+    }
+}
+
+// All bits of the pixels that are transparent.
+inline Ints Transparent(const BYTE* layer, Ints clear) {
+    return reinterpret_cast<Ints>(LoadPixelInts(layer) == clear);
+}
+
+// Where some pixels of a block are transparent, and others are not.
+inline void BlendOpaque(Ints clear, BYTE opacity, const BYTE* layer, BYTE* result) {
+    BYTE kept[kBlockBytes + 3 * kPixelsBeyond];
+    BYTE blended[kBlockBytes];
+    for (int i = 0; i < kBlockPixels; i += kLanes) {
+        StorePixelInts(kept + 3 * i, Transparent(layer + 3 * i, clear));
+    }
+    __builtin_memcpy(blended, result, sizeof blended);
+    BlendBlock(opacity, layer, blended);
+    for (int k = 0; k < kBlockBytes; k += kByteLanes) {
+        const Bytes mask = LoadBytes(kept + k);
+        StoreBytes(result + k, (LoadBytes(result + k) & mask) | (LoadBytes(blended + k) & ~mask));
+    }
+}
+
+// Most blocks hold no transparent pixel, or nothing else.
+inline void LayBlock(Ints clear, BYTE opacity, const BYTE* layer, BYTE* result) {
+    Ints any = BroadcastInt(0);
+    Ints all = BroadcastInt(-1);
+    for (int i = 0; i < kBlockPixels; i += kLanes) {
+        const Ints transparent = Transparent(layer + 3 * i, clear);
+        any |= transparent;
+        all &= transparent;
+    }
+    if (MoveMask(any) == 0) {
+        BlendBlock(opacity, layer, result);
+    } else if (MoveMask(~all) != 0) {
+        BlendOpaque(clear, opacity, layer, result);
+    }
+}
+
+// The last block is laid in a place of its own.
+void Blend24(const LayerBlend& blend, const BYTE* layer, BYTE* result, int count) {
+    const BYTE(&colour)[3] = blend.transparent;
+    const Ints clear = BroadcastInt(colour[0] | colour[1] << 8 | colour[2] << 16);
+    const BYTE opacity = blend.opacity;
+    for (; count >= kBlockPixels + kPixelsBeyond; count -= kBlockPixels) {
+        LayBlock(clear, opacity, layer, result);
+        layer += kBlockBytes;
+        result += kBlockBytes;
+    }
+    while (count > 0) {
+        const std::size_t rest = BytesOf(std::min(kBlockPixels, count), 24);
+        BYTE layers[kBlockBytes + 3 * kPixelsBeyond] = {};
+        BYTE results[kBlockBytes] = {};
+        __builtin_memcpy(layers, layer, rest);
+        __builtin_memcpy(results, result, rest);
+        LayBlock(clear, opacity, layers, results);
+        __builtin_memcpy(result, results, rest);
+        layer += kBlockBytes;
+        result += kBlockBytes;
+        count -= kBlockPixels;
     }
 }
 
