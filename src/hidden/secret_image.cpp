@@ -120,18 +120,14 @@ HGLOBAL MarkWithText(const DibView& source, const SecretMark& mark, int strength
 // --- Checking --------------------------------------------------------------------------------------------------------
 
 // Marks `count` pixels of the result, from its first on, whose luminance has risen by the threshold.
-void CheckPixels(const PixelFormat& format, int threshold, const BYTE* unmarked, const BYTE* marked, BYTE* result,
-                 int count) {
-    PlanarChunk colours;
+void CheckPixels(int threshold, const BYTE* unmarked, const BYTE* marked, BYTE* result, int count) {
     BYTE before[kChunkPixels];
     BYTE after[kChunkPixels];
     BYTE risen[kChunkPixels];
     ForEachChunk(count, [&](int start, int part) {
-        const std::size_t offset = format.BytesOf(start);
-        format.Decode(unmarked + offset, colours.Row(), part);
-        TheLuminanceKernels().luminance(colours.Row(), before, part);
-        format.Decode(marked + offset, colours.Row(), part);
-        TheLuminanceKernels().luminance(colours.Row(), after, part);
+        const std::ptrdiff_t offset = std::ptrdiff_t{start} * 3;
+        TheLuminanceKernels().luminance24(unmarked + offset, before, part);
+        TheLuminanceKernels().luminance24(marked + offset, after, part);
         TheMarkingKernels().risen(threshold, before, after, risen, part);
         PackIndices(1, risen, part, result, start);
     });
@@ -161,10 +157,9 @@ HGLOBAL CheckSecretImage(HGLOBAL unmarked, HGLOBAL marked, int threshold, const 
     if (view.width != after.view.width || view.height != after.view.height) {
         return Fail(QV8_STATUS_PICTURE);
     }
-    const PixelFormat format = PixelFormatOf(view);
     const int step = AsStep(threshold);
     return WriteRows(NewMask(view.width, view.height), progress, [&](int row, BYTE* resultRow) {
-        CheckPixels(format, step, view.Row(row), after.view.Row(row), resultRow, view.width);
+        CheckPixels(step, view.Row(row), after.view.Row(row), resultRow, view.width);
     });
 }
 

@@ -62,14 +62,24 @@ void GreyLevel24(const BYTE* pixels, BYTE* levels, int count) {
     });
 }
 
+// Of pixels as LoadPixelInts gives them.
+inline Ints LuminancesOf(Ints pixels) {
+    const Ints byte = BroadcastInt(0xFF);
+    return Truncate(WeightedSum({ToFloats(pixels & byte), ToFloats(pixels >> 8 & byte), ToFloats(pixels >> 16)},
+                                kLuminanceWeights));
+}
+
+void Luminance24(const BYTE* source, BYTE* result, int count) {
+    ForEachPixelVector<kLanes, 24, 8>(source, result, count, [](const BYTE* pixels, BYTE* luminances) {
+        StoreIntsAsBytes(luminances, LuminancesOf(LoadPixelInts(pixels)));
+    });
+}
+
 void Grey24(const BYTE* source, BYTE* result, int count) {
     ForEachPixelVector<kLanes, 24, 24>(source, result, count, [](const BYTE* pixels, BYTE* greys) {
-        const Ints colours = LoadPixelInts(pixels);
-        const Ints byte = BroadcastInt(0xFF);
-        const Ints grey = Truncate(WeightedSum(
-            {ToFloats(colours & byte), ToFloats(colours >> 8 & byte), ToFloats(colours >> 16)}, kLuminanceWeights));
+        const Ints grey = LuminancesOf(LoadPixelInts(pixels));
         StorePixelInts(greys, grey | grey << 8 | grey << 16);
     });
 }
 
-constexpr LuminanceKernels kKernels = {Luminance, GreyLevel24, Grey24};
+constexpr LuminanceKernels kKernels = {Luminance, Luminance24, GreyLevel24, Grey24};
