@@ -58,6 +58,7 @@ struct Filter {
     FilterPixels filterPixels = nullptr;
     Result result = Result::kColours;
     bool wantsLuminance = false;
+    bool wantsColours = true; // `filterPixels` may do with the luminance alone: planes of colours are not filled then
     bool channels[3] = {true, true, true}; // blue, green, red to be filtered; `filterSamples` only
     int scratchBytes = 0;                  // for each sample
     bool endsAtBorder =

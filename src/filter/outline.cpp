@@ -47,6 +47,7 @@ HGLOBAL Outline(const AreaArguments& area, BYTE channel, BYTE edgeOperator, BYTE
     filter.filterPixels = OutlinePixels;
     filter.result = Filter::Result::kGrey;
     filter.wantsLuminance = edges.plane == kLuminance;
+    filter.wantsColours = !filter.wantsLuminance;
     return ApplyFilter(area, filter, progress);
 }
 

@@ -154,6 +154,7 @@ HGLOBAL RemoveNoise(const AreaArguments& area, BYTE mode, BYTE sensitivity, cons
     } else {
         filter.filterPixels = MedianPixels;
         filter.wantsLuminance = true;
+        filter.wantsColours = false;
         filter.result = Filter::Result::kNeighbour;
     }
     return ApplyFilter(area, filter, progress);

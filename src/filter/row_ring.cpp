@@ -42,6 +42,12 @@ void DecodeRow(RowRing& ring, int row) {
         RepeatEnds(blue, width * 3, 3, ring.reach);
         return;
     }
+    BYTE* const luminance = ring.planes[kLuminance] + slot;
+    if (ring.luminanceAlone) {
+        TheLuminanceKernels().luminance24(source, luminance, width);
+        RepeatEnds(luminance, width, 1, ring.reach);
+        return;
+    }
     const PlanarRow planes = {blue, ring.planes[kGreen] + slot, ring.planes[kRed] + slot};
     ring.format.Decode(source, planes, width);
     RepeatEnds(blue, width, 1, ring.reach);
@@ -51,7 +57,6 @@ void DecodeRow(RowRing& ring, int row) {
     RepeatEnds(planes.green, width, 1, ring.reach);
     RepeatEnds(planes.red, width, 1, ring.reach);
     if (ring.luminance) {
-        BYTE* const luminance = ring.planes[kLuminance] + slot;
         TheLuminanceKernels().luminance(planes, luminance, width);
         RepeatEnds(luminance, width, 1, ring.reach);
     }
@@ -76,6 +81,7 @@ void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.format = PixelFormatOf(source);
     ring.kind = KindOf(ring.format, filter);
     ring.luminance = filter.wantsLuminance && ring.kind == RowKind::kPlanar;
+    ring.luminanceAlone = ring.luminance && !filter.wantsColours && ring.format.layout->IsNothingButBgr();
     ring.reach = filter.reach;
     ring.slots = std::min(2 * filter.reach + 1, source.height);
     ring.rowsInPlace = RowsInPlace(ring, filter);

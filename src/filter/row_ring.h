@@ -19,6 +19,7 @@ struct RowRing {
     RowKind kind = RowKind::kPlanar;
     PixelFormat format;
     bool luminance = false;
+    bool luminanceAlone = false; // straight from packed pixels
 
     LockedBlock memory;
     int reach = 0;
