@@ -31,7 +31,7 @@ void LayOut(CellReader& reader, BlockParts& parts) {
     for (int c = 0; c != reader.channels; ++c) {
         parts.Take(reader.sums[c], width * step + kSlack);
         parts.Take(reader.smallSums[c], width * step + kSlack);
-        parts.Take(reader.means[c], cells * step + kSlack);
+        parts.Take(reader.means[c], cells * step + kMeansBeyond);
         if (!reader.IsPacked()) {
             parts.Take(reader.decoded[c], width);
         }

@@ -30,6 +30,7 @@ struct FixedMean {
 
 // Beyond lines, for loops that take four samples at once.
 constexpr int kSlack = 4;
+constexpr int kMeansBeyond = 8; // the same of vectors of bytes
 
 struct ResizeKernels {
     void (*widenRow)(const BYTE* row, std::uint32_t* sums, int count);
@@ -44,7 +45,7 @@ struct ResizeKernels {
     // The same of 16-bit sums, by the number of columns.
     void (*averageSmallGroups)(const WORD* sums, const PixelGroups& groups, const FixedMean* means, BYTE* result);
     void (*averageSmallTriples)(const WORD* sums, const PixelGroups& groups, const FixedMean* means, BYTE* result);
-    // Means of two by two packed pixels of 24 bits, rounded; `result` has room for one byte more.
+    // Means of two by two packed pixels of 24 bits, rounded; `result` has room for kMeansBeyond bytes more.
     void (*averageFourTriples)(const BYTE* lower, const BYTE* upper, int count, BYTE* result);
     void (*toFloats)(const BYTE* row, float* result, int count);
     // Weighs the cells and their right neighbours; of single channels, and of three side by side.

@@ -78,28 +78,36 @@ void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const 
 
 // (a + b + c + d + 2) / 4: the mean of two means has a half too much where one of them was rounded up and their sum is
 // rounded up too.
-inline Bytes MeanOfFour(Bytes a, Bytes b, Bytes c, Bytes d) {
-    const Bytes first = Mean(a, b);
-    const Bytes second = Mean(c, d);
-    return Mean(first, second) - (((a ^ b) | (c ^ d)) & (first ^ second) & BroadcastByte(1));
+inline narrow::Bytes MeanOfFour(narrow::Bytes a, narrow::Bytes b, narrow::Bytes c, narrow::Bytes d) {
+    const narrow::Bytes first = narrow::Mean(a, b);
+    const narrow::Bytes second = narrow::Mean(c, d);
+    return narrow::Mean(first, second) - (((a ^ b) | (c ^ d)) & (first ^ second) & narrow::BroadcastByte(1));
 }
 
-// Every byte with that of the next pixel, whether a pair begins there or not; then those where one does are picked.
+// Stores the first, the third and the fifth of packed pixels, and bytes behind them.
+inline void StoreEveryOther(BYTE* result, narrow::Bytes pixels) {
+    if constexpr (narrow::kHasByteShuffle) {
+        constexpr BYTE kPlaces[16] = {0, 1, 2, 6, 7, 8, 12, 13, 14, 15, 15, 15, 15, 15, 15, 15};
+        narrow::StoreBytes(result, narrow::ShuffleBytes(pixels, narrow::LoadShuffle(kPlaces)));
+        return;
+    }
+    BYTE bytes[16];
+    narrow::StoreBytes(bytes, pixels);
+    for (int i = 0; i < 3; ++i) {
+        __builtin_memcpy(result + 3 * i, bytes + 6 * i, 4);
+    }
+}
+
+// Three pairs at a time: every byte with that of the next pixel, whether a pair begins there or not; then those where
+// one does are taken. A byte beyond the three is read.
 void AverageFourTriples(const BYTE* lower, const BYTE* upper, int count, BYTE* result) {
-    constexpr int kPart = kByteLanes; // pairs, of which six vectors of bytes are whole ones
-    constexpr int kBytes = 6 * kPart;
-    BYTE means[kBytes + 4];
     int done = 0;
-    for (; done + kPart < count; done += kPart) { // three bytes beyond are read
+    for (; done + 3 < count; done += 3) {
         const BYTE* const below = lower + std::ptrdiff_t{6} * done;
         const BYTE* const above = upper + std::ptrdiff_t{6} * done;
-        for (int i = 0; i < kBytes; i += kByteLanes) {
-            StoreBytes(means + i, MeanOfFour(LoadBytes(below + i), LoadBytes(below + i + 3), LoadBytes(above + i),
-                                             LoadBytes(above + i + 3)));
-        }
-        for (int i = 0; i < kPart; ++i) {
-            __builtin_memcpy(result + std::ptrdiff_t{3} * (done + i), means + 6 * i, 4);
-        }
+        StoreEveryOther(result + std::ptrdiff_t{3} * done,
+                        MeanOfFour(narrow::LoadBytes(below), narrow::LoadBytes(below + 3), narrow::LoadBytes(above),
+                                   narrow::LoadBytes(above + 3)));
     }
     for (int i = 3 * done; i < 3 * count; ++i) {
         const std::ptrdiff_t at = std::ptrdiff_t{i} + i / 3 * 3;
