@@ -1,5 +1,5 @@
 # What is installed, in components: `runtime` (the libraries), `development` (what their users build with), `tools` (the
-# command line), and `python`, which bindings/python installs.
+# command line, and on Windows the window), and `python`, which bindings/python installs.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Qv8Effect)
@@ -33,6 +33,9 @@ if(WIN32)
     get_target_property(import_files ${library} QV8_IMPORT_FILES)
     install(FILES ${import_files} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
   endforeach()
+endif()
+if(TARGET qv8window)
+  install(TARGETS qv8window RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 endif()
 if(TARGET qv8)
   install(TARGETS qv8 RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)

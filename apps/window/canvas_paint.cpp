@@ -41,7 +41,7 @@ int Rounded(double number) {
 Preview Canvas::Whole() const {
     const Level& level = levels_->AtLeast(view_.scale);
     const LockedPicture locked(*level.picture);
-    return {level.picture, 0, 0, static_cast<double>(locked.Width()) / size_.width};
+    return {level.picture, 0, 0, static_cast<double>(locked.Width()) / size_.width, false};
 }
 
 // Straight from the packed picture: the rows that are to be seen are a picture of their own to the system.
@@ -87,8 +87,8 @@ void Canvas::PaintScene(HDC device, const RECT& client) {
         after.left = after.right;
     } else if (divider_) {
         before.right = after.left = DividerColumn();
-    } else if (preview_->scale > 0) { // the preview may cover a part only
-        before = client;
+    } else if (!preview_->isPart) {
+        before.right = before.left;
     }
     PaintPicture(device, before, Whole());
     if (preview_ && after.left < after.right) {

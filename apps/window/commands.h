@@ -49,7 +49,6 @@
 
 #define ID_EFFECT_APPLY 501
 #define ID_EFFECT_RESET 502
-#define ID_EFFECT_CHOOSE_PICTURE 503 /* another picture for an effect on two, opened from a file */
 
 #define ID_HELP_ABOUT 601
 #define ID_HELP_KEYS 602

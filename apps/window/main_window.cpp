@@ -189,7 +189,7 @@ void MainWindow::LayoutPanel(int left, int top, int width, int height) {
     width -= 2 * gap;
     top += gap;
     const int buttons = height - gap - control;
-    const int listHeight = std::max(2 * control, (buttons - top) * 45 / 100);
+    const int listHeight = std::max(2 * control, (buttons - top) * 40 / 100);
     list_->Place(left, top, width, listHeight, control, gap);
     const int help = top + listHeight + gap;
     MoveWindow(help_, left, help, width, dots(kHelpHeight), TRUE);

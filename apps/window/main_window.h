@@ -79,6 +79,7 @@ private:
     // Documents
     Document* Front() const;
     Document* WithId(int id) const;
+    Document* Other(int id) const; // null for the one in front too
     void GoTo(std::size_t index);
     void GoBy(int step);
     void ShowFront(); // after another document or version has come in front
@@ -98,13 +99,17 @@ private:
     void AddResult(const PictureSource& before, const std::string& effect, ChainResult result);
     EffectRun Run();
     std::wstring Obstacle();
+    void ShowHelp(const std::wstring& obstacle);
     static std::wstring MissingPicture(const EffectRun& run);
     static std::wstring WrongDepth(const EffectRun& run);
     void UpdatePreview();
     void StopPreview();
     void MakeLevels();
-    void StartTask(const std::wstring& doing, Work work);
-    void EndTask(); // on the thread of the window
+    template <class Make, class Use>
+    void StartTask(const std::wstring& doing, UINT failure, Make make, Use use);
+    void BeginTask(const std::wstring& doing);
+    void EndTask();
+    void FailTask(UINT failure, std::string reason); // on the thread that works; 0: it was cancelled
 
     // Selection, tools, clipboard
     void UseAreaTool(std::optional<AreaForm> form);
@@ -112,14 +117,16 @@ private:
     void FollowTool();
     void TakeValues(const DrawnValues& values);
     void SelectLike(const DrawnValues& values);
+    template <class Make>
+    void SelectByTask(Make make);
     void SetSelection(Selection selection);
-    void LoadMask(std::wstring path);
-    void SaveMask(std::wstring path);
+    void LoadMask(const std::wstring& path);
+    void SaveMask(const std::wstring& path);
     void Copy();
     void Paste(bool into);
     bool ClipboardEffect(const catalogue::Effect& effect);
-    template <class Function>
-    void Try(UINT failure, Function function);
+    void AddPasted(Picture picture, bool into);
+    void ChooseOther();
 
     void ViewChanged() override;
     void PointerMoved(const Position* inPicture) override;

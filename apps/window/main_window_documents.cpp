@@ -18,6 +18,11 @@ Document* MainWindow::WithId(int id) const {
     return at == documents_.end() ? nullptr : at->get();
 }
 
+Document* MainWindow::Other(int id) const {
+    Document* const document = WithId(id);
+    return document != Front() ? document : nullptr;
+}
+
 std::vector<History*> MainWindow::Histories() const {
     std::vector<History*> histories;
     std::transform(documents_.begin(), documents_.end(), std::back_inserter(histories),
@@ -93,6 +98,10 @@ void MainWindow::ShowFront() {
     } else {
         canvas_->Show(front->levels, front->view, front->fits);
         canvas_->SetSelection(front->history.Current().selection);
+    }
+    if (chosen_) {
+        ChooseOther();
+        ShowHelp({});
     }
     panel_->Show(Setup(), front != nullptr ? front->Size() : Extent{}, font_.Get());
     MakeTool();

@@ -8,6 +8,7 @@
 #include "catalogue/picture_header.h"
 #include "catalogue/text.h"
 #include "commands.h"
+#include "main_window_task.h"
 #include "pictures/failure.h"
 #include "strings.h"
 
@@ -60,16 +61,36 @@ const catalogue::Effect* MainWindow::ChosenEffect() const {
 void MainWindow::ChooseEffect(std::size_t index) {
     chosen_ = index;
     areaForm_.reset();
-    const catalogue::Effect& effect = *ChosenEffect();
     if (ParameterValues& values = Setup()->values; values.Has("kernel") && values.Get("kernel").index() == 0) {
         values.SetText("kernel", catalogue::KernelNames().front());
     }
-    SetWindowTextW(help_, Wide(effect.help).c_str());
     list_->Select(index);
+    ChooseOther();
     panel_->Show(Setup(), Front() != nullptr ? Front()->Size() : Extent{}, font_.Get());
     MakeTool();
+    ShowHelp({});
     isPreviewWanted_ = true;
     UpdatePreview();
+}
+
+// The first of the other pictures, for an effect that needs one.
+void MainWindow::ChooseOther() {
+    const std::vector<OpenPicture> others = OtherPictures();
+    for (const catalogue::Parameter& parameter : ChosenEffect()->Parameters()) {
+        if (catalogue::IsPicture(parameter) && parameter.need == catalogue::Need::kRequired && !others.empty()) {
+            int& id = Setup()->pictures[parameter.name];
+            id = Other(id) != nullptr ? id : others.front().id;
+        }
+    }
+}
+
+// What the effect does, or what it waits for.
+void MainWindow::ShowHelp(const std::wstring& obstacle) {
+    std::wstring help = obstacle.empty() && chosen_ ? Wide(ChosenEffect()->help) : obstacle;
+    CharUpperBuffW(help.data(), help.empty() ? 0 : 1);
+    if (help != TextOfWindow(help_)) {
+        SetWindowTextW(help_, help.c_str());
+    }
 }
 
 void MainWindow::ResetEffect() {
@@ -96,7 +117,7 @@ EffectRun MainWindow::Run() {
         run.subject.name = run.values.Effect().name;
     }
     for (const auto& [parameter, id] : Setup()->pictures) {
-        if (const Document* const other = WithId(id); other != nullptr) {
+        if (const Document* const other = Other(id); other != nullptr) {
             run.others.emplace(parameter, other->Source());
         }
     }
@@ -154,7 +175,9 @@ void MainWindow::UpdatePreview() {
         !ChosenEffect()->TakesPicture() || MakesNewPicture(*ChosenEffect())) {
         return StopPreview();
     }
-    if (const std::wstring obstacle = Obstacle(); !obstacle.empty()) {
+    const std::wstring obstacle = Obstacle();
+    ShowHelp(obstacle);
+    if (!obstacle.empty()) {
         ShowStatus(STATUS_MESSAGE, obstacle);
         return StopPreview();
     }
@@ -198,11 +221,10 @@ void MainWindow::PreviewPainted() {
     }
 }
 
-void MainWindow::StartTask(const std::wstring& doing, Work work) {
+void MainWindow::BeginTask(const std::wstring& doing) {
     StopPreview();
     ShowStatus(STATUS_MESSAGE, doing);
     EnableWindow(apply_, FALSE);
-    task_.Start(std::move(work));
 }
 
 void MainWindow::EndTask() {
@@ -217,6 +239,17 @@ void MainWindow::EndTask() {
     wayBack_.Post([this] { LoadNext(); });
 }
 
+void MainWindow::FailTask(UINT failure, std::string reason) {
+    wayBack_.Post([this, failure, reason] {
+        EndTask();
+        if (failure == 0) {
+            ShowStatus(STATUS_MESSAGE, Text(IDS_CANCELLED));
+        } else {
+            Complain(failure, reason);
+        }
+    });
+}
+
 void MainWindow::Apply() {
     if (chosen_ && ClipboardEffect(*ChosenEffect())) {
         return;
@@ -227,30 +260,15 @@ void MainWindow::Apply() {
     const EffectRun run = Run();
     const int id = Front() != nullptr ? Front()->id : 0;
     const std::string title = TitleOf(run.values.Effect().name);
+    const DWORD begun = GetTickCount();
     isPreviewWanted_ = false;
-    StartTask(Wide(title), [this, run, id, title](const std::atomic<bool>& stop) {
-        const DWORD begun = GetTickCount();
-        try {
-            const ProgressDialog dialog(window_, title);
-            auto result = std::make_shared<ChainResult>(
-                ::Apply(run, [&](int percent) { return dialog.Report(percent) && !stop; }));
-            wayBack_.Post([this, run, id, title, result, milliseconds = GetTickCount() - begun] {
-                EndTask();
-                Applied(id, run.values.Effect().name, run.subject, std::move(*result));
-                ShowStatus(STATUS_MESSAGE, Text(IDS_APPLIED, {Wide(title), std::to_wstring(milliseconds)}));
-            });
-        } catch (const std::exception& error) {
-            const auto* const failure = dynamic_cast<const Failure*>(&error);
-            const std::string reason = failure != nullptr ? failure->what() : Utf8(Text(IDS_OUT_OF_MEMORY));
-            const bool cancelled = failure != nullptr && failure->Code() == kExitCancelled;
-            wayBack_.Post([this, reason, cancelled] {
-                EndTask();
-                ShowStatus(STATUS_MESSAGE, Text(IDS_CANCELLED));
-                if (!cancelled) {
-                    Complain(IDS_EFFECT_FAILED, reason);
-                }
-            });
-        }
+    const auto make = [this, run, title](const std::atomic<bool>& stop) {
+        const ProgressDialog dialog(window_, title);
+        return ::Apply(run, [&](int percent) { return dialog.Report(percent) && !stop; });
+    };
+    StartTask(Wide(title), IDS_EFFECT_FAILED, make, [this, run, id, title, begun](ChainResult& result) {
+        Applied(id, run.values.Effect().name, run.subject, std::move(result));
+        ShowStatus(STATUS_MESSAGE, Text(IDS_APPLIED, {Wide(title), std::to_wstring(GetTickCount() - begun)}));
     });
 }
 
@@ -281,7 +299,7 @@ void MainWindow::AddResult(const PictureSource& before, const std::string& effec
     version.alpha = result.alpha;
     const std::wstring title = Wide(TitleOf(effect.c_str()));
     const std::wstring name =
-        before.image != nullptr ? Text(IDS_RESULT_NAME, {title, Wide(before.name)}) : Text(IDS_UNTITLED, {L""});
+        before.image != nullptr ? Text(IDS_RESULT_NAME, {title, Wide(before.name)}) : Text(IDS_UNTITLED);
     auto document = std::make_unique<Document>(++lastId_, NewName(name), std::move(version));
     if (before.image != nullptr && Front() != nullptr) {
         document->metadata = Front()->metadata;

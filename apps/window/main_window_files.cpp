@@ -8,8 +8,8 @@
 #include <shellapi.h>
 
 #include "commands.h"
+#include "main_window_task.h"
 #include "model/recent_files.h"
-#include "pictures/failure.h"
 #include "pictures/image_file.h"
 #include "strings.h"
 #include "system/file_dialogs.h"
@@ -80,22 +80,9 @@ void MainWindow::LoadNext() {
     }
     const Waiting next = toOpen_.front();
     toOpen_.erase(toOpen_.begin());
-    StartTask(Text(IDS_OPENING, {NameOf(next.name)}), [this, next](const std::atomic<bool>&) {
-        try {
-            auto loaded = std::make_shared<LoadedPicture>(LoadPicture(Utf8(next.name)));
-            wayBack_.Post([this, next, loaded] {
-                EndTask();
-                Opened(next.name, std::move(*loaded), next.parameter);
-            });
-        } catch (const std::exception& error) {
-            const auto* const failure = dynamic_cast<const Failure*>(&error);
-            const std::string reason = failure != nullptr ? failure->what() : Utf8(Text(IDS_OUT_OF_MEMORY));
-            wayBack_.Post([this, reason] {
-                EndTask();
-                Complain(IDS_OPEN_FAILED, reason);
-            });
-        }
-    });
+    const auto load = [next](const std::atomic<bool>&) { return LoadPicture(Utf8(next.name)); };
+    StartTask(Text(IDS_OPENING, {NameOf(next.name)}), IDS_OPEN_FAILED, load,
+              [this, next](LoadedPicture& loaded) { Opened(next.name, std::move(loaded), next.parameter); });
 }
 
 void MainWindow::Opened(const std::wstring& name, LoadedPicture loaded, const std::string& forParameter) {
@@ -147,8 +134,13 @@ void MainWindow::SaveTo(const std::wstring& path, Action then) {
     const Version version = front.history.Current();
     Metadata metadata = front.metadata;
     metadata.alpha = version.alpha;
-    const auto saved = [this, path, id = front.id, image = version.image, then = std::move(then)] {
-        EndTask();
+    const auto save = [path, version, metadata](const std::atomic<bool>&) {
+        WriteOptions options;
+        options.format = FormatForName(Utf8(path));
+        PreparePicture(*version.image, metadata, Utf8(path), options)->Commit();
+        return WhatIsLost(*version.image, metadata, options);
+    };
+    const auto saved = [this, path, id = front.id, then = std::move(then)](const std::vector<std::string>& lost) {
         Document* const document = WithId(id);
         document->path = path;
         document->name = NameOf(path);
@@ -156,26 +148,13 @@ void MainWindow::SaveTo(const std::wstring& path, Action then) {
         Remember(path);
         FillTabs();
         ShowState();
-        ShowStatus(STATUS_MESSAGE, Text(IDS_SAVED, {NameOf(path)}));
+        const std::wstring text = Text(IDS_SAVED, {document->name});
+        ShowStatus(STATUS_MESSAGE, lost.empty() ? text : Text(IDS_NOTE, {text, Wide(lost.front())}));
         if (then) {
             then();
         }
     };
-    StartTask(Text(IDS_SAVING, {NameOf(path)}), [this, path, version, metadata, saved](const std::atomic<bool>&) {
-        try {
-            WriteOptions options;
-            options.format = FormatForName(Utf8(path));
-            PreparePicture(*version.image, metadata, Utf8(path), options)->Commit();
-            wayBack_.Post(saved);
-        } catch (const std::exception& error) {
-            const auto* const failure = dynamic_cast<const Failure*>(&error);
-            const std::string reason = failure != nullptr ? failure->what() : Utf8(Text(IDS_OUT_OF_MEMORY));
-            wayBack_.Post([this, reason] {
-                EndTask();
-                Complain(IDS_SAVE_FAILED, reason);
-            });
-        }
-    });
+    StartTask(Text(IDS_SAVING, {NameOf(path)}), IDS_SAVE_FAILED, save, saved);
 }
 
 // Asks when something would be lost. What was asked for goes on in `then`, perhaps after saving.

@@ -1,11 +1,12 @@
 // What is selected of a picture, the tools that draw on it, and the clipboard.
 #include "main_window.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "chains/clipboard.h"
 #include "commands.h"
-#include "pictures/failure.h"
+#include "main_window_task.h"
 #include "strings.h"
 #include "system/file_dialogs.h"
 
@@ -15,31 +16,27 @@ constexpr LONG kTolerance = 32;
 
 } // namespace
 
-// Shows why it failed, if it did.
-template <class Function>
-void MainWindow::Try(UINT failure, Function function) {
-    try {
-        function();
-    } catch (const Failure& reason) {
-        Complain(failure, reason.what());
-    }
+// A selection that takes time to make: it looks at all pixels, or at a file.
+template <class Make>
+void MainWindow::SelectByTask(Make make) {
+    const auto work = [make, source = Front()->Source()](const std::atomic<bool>&) { return make(source); };
+    StartTask(Text(IDS_SELECTING), IDS_MASK_FAILED, work,
+              [this](Selection& selection) { SetSelection(std::move(selection)); });
 }
 
 bool MainWindow::SelectCommand(int id) {
-    const auto image = [this] { return Front()->Image()->Handle(); };
-    const auto current = [this]() -> const Selection& { return Front()->history.Current().selection; };
     switch (id) {
     case ID_SELECT_ALL:
-        Try(IDS_MASK_FAILED, [&] { SetSelection(SelectAll(image())); });
+        SelectByTask([](const PictureSource& source) { return SelectAll(source.image->Handle()); });
         return true;
     case ID_SELECT_NONE:
         SetSelection({});
         return true;
     case ID_SELECT_INVERT:
-        Try(IDS_MASK_FAILED, [&] { SetSelection(Inverted(current())); });
+        SelectByTask([](const PictureSource& source) { return Inverted(source.selection); });
         return true;
     case ID_SELECT_MAKE_MASK:
-        Try(IDS_MASK_FAILED, [&] { SetSelection(AsMaskOf(image(), current())); });
+        SelectByTask([](const PictureSource& source) { return AsMaskOf(source.image->Handle(), source.selection); });
         return true;
     case ID_SELECT_RECTANGLE:
         UseAreaTool(AreaForm::kRectangle);
@@ -77,18 +74,20 @@ void MainWindow::SetSelection(Selection selection) {
     UpdatePreview();
 }
 
-void MainWindow::LoadMask(std::wstring path) {
-    Try(IDS_MASK_FAILED, [&] { SetSelection(LoadSelection(Utf8(path), Front()->Image()->Handle())); });
+void MainWindow::LoadMask(const std::wstring& path) {
+    SelectByTask([path](const PictureSource& source) { return LoadSelection(Utf8(path), source.image->Handle()); });
 }
 
-void MainWindow::SaveMask(std::wstring path) {
+void MainWindow::SaveMask(const std::wstring& path) {
     if (Front()->history.Current().selection.IsEmpty()) {
         return Say(Text(IDS_NO_SELECTION), MB_ICONINFORMATION);
     }
-    Try(IDS_SAVE_FAILED, [&] {
-        SaveSelection(Utf8(path), Front()->Image()->Handle(), Front()->history.Current().selection);
-        ShowStatus(STATUS_MESSAGE, Text(IDS_SAVED, {NameOf(path)}));
-    });
+    const auto save = [path, source = Front()->Source()](const std::atomic<bool>&) {
+        SaveSelection(Utf8(path), source.image->Handle(), source.selection);
+        return path;
+    };
+    StartTask(Text(IDS_SAVING, {NameOf(path)}), IDS_SAVE_FAILED, save,
+              [this](const std::wstring& saved) { ShowStatus(STATUS_MESSAGE, Text(IDS_SAVED, {NameOf(saved)})); });
 }
 
 void MainWindow::UseAreaTool(std::optional<AreaForm> form) {
@@ -113,7 +112,7 @@ void MainWindow::MakeTool() {
     } else if (chosen_) {
         ToolSubject subject{front->Size(), nullptr, {}};
         for (const auto& [parameter, id] : Setup()->pictures) {
-            if (const Document* const other = WithId(id); other != nullptr) {
+            if (const Document* const other = Other(id); other != nullptr) {
                 subject.second = other->Image()->Handle();
                 subject.secondSize = other->Size();
             }
@@ -175,9 +174,9 @@ void MainWindow::SelectLike(const DrawnValues& values) {
     }
     const POINT at = points->front();
     const COLORREF colour = ColourAt({static_cast<double>(at.x), static_cast<double>(at.y)});
-    Try(IDS_MASK_FAILED, [&] {
-        SetSelection(SelectColour(Front()->Image()->Handle(), {},
-                                  {GetRValue(colour), GetGValue(colour), GetBValue(colour)}, 0, kTolerance));
+    SelectByTask([colour](const PictureSource& source) {
+        return SelectColour(source.image->Handle(), {}, {GetRValue(colour), GetGValue(colour), GetBValue(colour)}, 0,
+                            kTolerance);
     });
 }
 
@@ -188,38 +187,40 @@ void MainWindow::OpenAnother(const std::string& parameter) {
 }
 
 void MainWindow::Copy() {
-    Try(IDS_CLIPBOARD_FAILED, [this] {
+    const auto copy = [window = window_, source = Front()->Source()](const std::atomic<bool>& stop) {
         CopyToClipboard(
-            *Front()->Image(), Utf8(Front()->name), [](int) { return true; }, window_);
-        ShowStatus(STATUS_MESSAGE, Text(IDS_COPIED));
-    });
+            *source.image, source.name, [&stop](int) { return !stop; }, window);
+        return Text(IDS_COPIED);
+    };
+    StartTask(Text(IDS_COPYING), IDS_CLIPBOARD_FAILED, copy,
+              [this](const std::wstring& copied) { ShowStatus(STATUS_MESSAGE, copied); });
 }
 
 void MainWindow::Paste(bool into) {
-    Try(IDS_CLIPBOARD_FAILED, [this, into] {
-        const int base = into ? Front()->id : 0;
-        Version version;
-        version.image = std::make_shared<const Picture>(PictureFromClipboard(
-            kMostPixels, [](int) { return true; }, window_));
-        AddDocument(
-            std::make_unique<Document>(++lastId_, NewName(Text(IDS_CLIPBOARD_NAME, {L""})), std::move(version)));
-        if (!into) {
-            return;
-        }
-        // It is pasted by the effect that does so, where it can be moved and turned before.
-        const int id = Front()->id;
-        for (std::size_t i = 0; i != setups_.size(); ++i) {
-            if (setups_[i].values.Effect().name == std::string("paste-image")) {
-                setups_[i] = EffectSetup(setups_[i].values.Effect());
-                setups_[i].pictures["pasted"] = id;
-                for (std::size_t d = 0; d != documents_.size(); ++d) {
-                    front_ = documents_[d]->id == base ? d : front_;
-                }
-                GoTo(front_);
-                ChooseEffect(i);
-            }
-        }
-    });
+    const auto take = [window = window_](const std::atomic<bool>& stop) {
+        return PictureFromClipboard(
+            kMostPixels, [&stop](int) { return !stop; }, window);
+    };
+    StartTask(Text(IDS_PASTING), IDS_CLIPBOARD_FAILED, take,
+              [this, into](Picture& picture) { AddPasted(std::move(picture), into); });
+}
+
+void MainWindow::AddPasted(Picture picture, bool into) {
+    const std::size_t base = front_;
+    Version version;
+    version.image = std::make_shared<const Picture>(std::move(picture));
+    AddDocument(std::make_unique<Document>(++lastId_, NewName(Text(IDS_CLIPBOARD_NAME)), std::move(version)));
+    if (!into) {
+        return;
+    }
+    // It is pasted by the effect that does so, where it can be moved and turned before.
+    const int id = Front()->id;
+    const auto isPaste = [](const EffectSetup& setup) { return setup.values.Has("pasted"); };
+    const auto paste = std::find_if(setups_.begin(), setups_.end(), isPaste);
+    *paste = EffectSetup(paste->values.Effect());
+    paste->pictures["pasted"] = id;
+    GoTo(base);
+    ChooseEffect(static_cast<std::size_t>(paste - setups_.begin()));
 }
 
 // The effects of the clipboard are commands of the menu. Returns whether it is one of them.

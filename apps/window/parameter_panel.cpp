@@ -102,6 +102,11 @@ HWND ParameterPanel::Add(const wchar_t* windowClass, const std::wstring& text, D
 }
 
 void ParameterPanel::Show(EffectSetup* setup, Extent picture, HFONT font) {
+    const bool isShown = setup == setup_ && font == font_ && picture.width == picture_.width &&
+                         picture.height == picture_.height && tips_ != nullptr;
+    if (isShown) {
+        return Refresh();
+    }
     setup_ = setup;
     picture_ = picture;
     font_ = font;

@@ -169,6 +169,8 @@ void ParameterPanel::RefreshRow(const Row& row, HWND except) {
             text = std::to_string(static_cast<LONG>(parameter.standard));
         } else if (text.empty() && (parameter.kind == Kind::kReal || parameter.kind == Kind::kAngle)) {
             text = "0";
+        } else if (text.empty() && parameter.kind == Kind::kColour) {
+            text = "0,0,0";
         }
         SetWindowTextW(edit, Wide(text).c_str());
     }

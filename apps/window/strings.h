@@ -64,5 +64,8 @@
 #define IDS_NOTE 60
 #define IDS_CLIPBOARD_CLEARED 61
 #define IDS_CHOOSE_FIRST 62
+#define IDS_SELECTING 63
+#define IDS_COPYING 64
+#define IDS_PASTING 65
 
 #endif

@@ -152,6 +152,7 @@ Preview MakePreview(const EffectRun& run, const PreviewView& view, const Report&
     Preview preview;
     const Extent resultSize = SizeOf(result.image);
     preview.scale = scale.width;
+    preview.isPart = plan.partly;
     const Position corner = plan.partly ? Position{static_cast<double>(part.left), static_cast<double>(part.top)}
                                         : CornerOfResult(small.values, size, resultSize);
     preview.left = corner.x / scale.width;

@@ -38,7 +38,8 @@ struct Preview {
     SharedPicture image;
     double left = 0; // where it lies, in pixels of the picture
     double top = 0;
-    double scale = 1; // of its pixels to those of the picture
+    double scale = 1;    // of its pixels to those of the picture
+    bool isPart = false; // the rest stays as it is
 };
 
 // What the result will look like in that view. Throws a Failure. Effects on single pixels and those that move pixels
