@@ -1,5 +1,6 @@
 #include "model/effect_run.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "chains/mask.h"
@@ -24,7 +25,7 @@ public:
 
 private:
     void FillArea(const PictureSource& subject) {
-        if (!values_.Effect().TakesArea()) {
+        if (!values_.Effect().TakesArea() || subject.selection.IsEmpty()) {
             return;
         }
         if (subject.selection.form == Selection::Form::kMask && !values_.Has("mask")) {
@@ -108,6 +109,22 @@ ParameterValues WithShape(const EffectRun& run) {
     return values;
 }
 
+// A rectangle that has all of a shape too: of one that goes beyond a picture the library makes another.
+RECT WithShapeOf(const Selection& selection, RECT rect) {
+    const auto include = [&rect](LONG x, LONG y) {
+        rect = {std::min(rect.left, x), std::min(rect.top, y), std::max(rect.right, x + 1),
+                std::max(rect.bottom, y + 1)};
+    };
+    for (const POINT& point : selection.points) {
+        include(point.x, point.y);
+    }
+    if (selection.form == Selection::Form::kEllipse) {
+        include(selection.rect.left, selection.rect.top);
+        include(selection.rect.right, selection.rect.bottom);
+    }
+    return rect;
+}
+
 void CutTo(RECT& part, PictureSource& source) {
     const Picture* const mask = source.selection.mask.get();
     RECT partOfMask = part;
@@ -137,8 +154,9 @@ Preview MakePreview(const EffectRun& run, const PreviewView& view, const Report&
     RECT part{0, 0, static_cast<LONG>(size.width), static_cast<LONG>(size.height)};
     if (plan.partly) {
         const auto at = [](LONG position, double by) { return static_cast<LONG>(position * by); };
-        const RECT visible{at(view.visible.left, scale.width), at(view.visible.top, scale.height),
-                           at(view.visible.right, scale.width) + 1, at(view.visible.bottom, scale.height) + 1};
+        const RECT seen = WithShapeOf(run.subject.selection, view.visible);
+        const RECT visible{at(seen.left, scale.width), at(seen.top, scale.height), at(seen.right, scale.width) + 1,
+                           at(seen.bottom, scale.height) + 1};
         part = PartFor(visible, plan.margin, part.right, part.bottom);
         CutTo(part, small.subject);
     }
