@@ -100,7 +100,7 @@ private:
     EffectRun Run();
     std::wstring Obstacle();
     void ShowHelp(const std::wstring& obstacle);
-    static std::wstring MissingPicture(const EffectRun& run);
+    static std::wstring MissingValue(const EffectRun& run);
     static std::wstring WrongDepth(const EffectRun& run);
     void UpdatePreview();
     void StopPreview();

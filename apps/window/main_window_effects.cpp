@@ -143,12 +143,18 @@ std::wstring MainWindow::WrongDepth(const EffectRun& run) {
     return {};
 }
 
-// The parameter of a second picture that is still to be chosen, or nothing.
-std::wstring MainWindow::MissingPicture(const EffectRun& run) {
+// What is still to be chosen or drawn, or nothing.
+std::wstring MainWindow::MissingValue(const EffectRun& run) {
     for (const catalogue::Parameter& parameter : run.values.Effect().Parameters()) {
-        if (catalogue::IsPicture(parameter) && parameter.need == catalogue::Need::kRequired &&
-            !run.others.contains(parameter.name)) {
+        if (parameter.need != catalogue::Need::kRequired) {
+            continue;
+        }
+        if (catalogue::IsPicture(parameter) && !run.others.contains(parameter.name)) {
             return Text(IDS_NEEDS_SECOND, {Wide(TitleOf(parameter.name))});
+        }
+        if (!catalogue::IsPicture(parameter) && run.values.Get(parameter.name).index() == 0) {
+            return Text(parameter.kind == catalogue::Kind::kPoints ? IDS_NEEDS_POINTS : IDS_NEEDS_VALUE,
+                        {Wide(TitleOf(parameter.name))});
         }
     }
     return {};
@@ -166,7 +172,7 @@ std::wstring MainWindow::Obstacle() {
         return Wide(mistake);
     }
     const EffectRun run = Run();
-    const std::wstring missing = MissingPicture(run);
+    const std::wstring missing = MissingValue(run);
     return missing.empty() ? WrongDepth(run) : missing;
 }
 
