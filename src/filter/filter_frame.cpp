@@ -5,6 +5,7 @@
 
 #include "area/area_rows.h"
 #include "filter/row_ring.h"
+#include "filter/smoothing_kernels.h"
 #include "frame/status.h"
 
 namespace qv8 {
@@ -65,11 +66,17 @@ void CopyNeighboursOf(const BYTE* source, const std::ptrdiff_t* offsets, int cou
 
 void CopyNeighbours(const DibView& source, int row, int column, int count, const BYTE* codes, BYTE* result) {
     const int bytes = source.layout->Bytes();
-    std::ptrdiff_t offsets[9];
-    for (int place = 0; place < 9; ++place) {
-        offsets[place] = (place / 3 - 1) * static_cast<std::ptrdiff_t>(source.stride) + (place % 3 - 1) * bytes;
-    }
+    const auto stride = static_cast<std::ptrdiff_t>(source.stride);
     const BYTE* const pixels = source.Row(row) + std::ptrdiff_t{column} * bytes;
+    const auto copy24 = TheSmoothingKernels().copyNeighbours24;
+    if (source.layout->IsNothingButBgr() && copy24 != nullptr && row > 0 && row + 1 < RowsToRead(source, 1)) {
+        copy24({{pixels - stride, pixels, pixels + stride}}, codes, count, result);
+        return;
+    }
+    std::ptrdiff_t offsets[16];
+    for (int code = 0; code < 16; ++code) {
+        offsets[code] = (code / 4 - 1) * stride + (code % 4 - 1) * bytes;
+    }
     const auto copy = source.layout->unusedBytes != 0 ? CopyNeighboursOf<4, 3>
                       : bytes == 2                    ? CopyNeighboursOf<2, 2>
                                                       : CopyNeighboursOf<3, 3>;

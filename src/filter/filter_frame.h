@@ -46,7 +46,7 @@ struct Filter {
     enum class Result {
         kColours, // channels, or grey levels
         kGrey,    // `filterPixels` writes grey levels to the blue plane, which become all channels
-        // `filterPixels` writes to the blue plane where the pixel is copied from, untouched: 3 (dy + 1) + dx + 1. In
+        // `filterPixels` writes to the blue plane where the pixel is copied from, untouched: 4 (dy + 1) + dx + 1. In
         // 8-bit pictures it writes the new indices themselves.
         kNeighbour,
     };

@@ -41,7 +41,8 @@ int Max(int a, int b) {
 
 #include "filter/medians.inl"
 
-// The samples of a neighbourhood that are in the picture, each a different number: sample * 16 + place.
+// The samples of a neighbourhood that are in the picture, each a different number: sample * 16 + position, as
+// Filter::Result::kNeighbour tells it.
 struct Neighbourhood {
     static constexpr int kMissing = 0x7FFF;
 
@@ -49,7 +50,7 @@ struct Neighbourhood {
     int count = 0;
 
     void Add(BYTE sample, int place) {
-        keys[place] = sample << 4 | place;
+        keys[place] = sample << 4 | (place + place / 3);
         ++count;
     }
     // The key of middle rank, of an even number the upper one: the fifth of nine, when some of the missing ones are

@@ -62,19 +62,6 @@ void DecodeRow(RowRing& ring, int row) {
     }
 }
 
-// Rows of packed pixels are what filters read already, unless pixels have to be repeated at their ends. Behind the last
-// ones the memory may end before what kernels read.
-int RowsInPlace(const RowRing& ring, const Filter& filter) {
-    if (ring.kind != RowKind::kPacked || !filter.endsAtBorder) {
-        return 0;
-    }
-    const DibView& source = ring.source;
-    const std::size_t read = (static_cast<std::size_t>(source.width) + static_cast<std::size_t>(filter.reach)) * 3;
-    const std::size_t rows = (read + kFilterSlack + source.stride - 1) / source.stride;
-    return static_cast<int>(static_cast<std::size_t>(source.height) -
-                            std::min(rows, static_cast<std::size_t>(source.height)));
-}
-
 // What is read from the source is told by its header, once.
 void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.source = source;
@@ -84,7 +71,9 @@ void Describe(const DibView& source, const Filter& filter, RowRing& ring) {
     ring.luminanceAlone = ring.luminance && !filter.wantsColours && ring.format.layout->IsNothingButBgr();
     ring.reach = filter.reach;
     ring.slots = std::min(2 * filter.reach + 1, source.height);
-    ring.rowsInPlace = RowsInPlace(ring, filter);
+    // Rows of packed pixels are what filters read already, unless pixels have to be repeated at their ends.
+    const bool inPlace = ring.kind == RowKind::kPacked && filter.endsAtBorder;
+    ring.rowsInPlace = inPlace ? RowsToRead(source, filter.reach) : 0;
     ring.at.step = ring.kind == RowKind::kPacked ? 3 : 1;
     ring.at.isGrey = ring.kind == RowKind::kGrey;
     ring.at.width = source.width;
@@ -121,6 +110,12 @@ void LayOut(const Filter& filter, int resultWidth, RowRing& ring, BlockParts& pa
 }
 
 } // namespace
+
+int RowsToRead(const DibView& picture, int reach) {
+    const std::size_t read = (static_cast<std::size_t>(picture.width) + static_cast<std::size_t>(reach)) * 3;
+    const auto behind = static_cast<int>((read + kFilterSlack + picture.stride - 1) / picture.stride);
+    return std::max(picture.height - behind, 0);
+}
 
 bool MakeRowRing(const DibView& source, const Filter& filter, int resultWidth, RowRing& ring) {
     Describe(source, filter, ring);

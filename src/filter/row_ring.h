@@ -34,6 +34,10 @@ struct RowRing {
     FilterRow at;
 };
 
+// How many rows of a 24-bit picture kernels may read where they are, with `reach` pixels around: not the last ones,
+// behind which memory may end before what kernels read.
+int RowsToRead(const DibView& picture, int reach);
+
 // Makes the ring for a filter. Sets status 3 when memory is short.
 bool MakeRowRing(const DibView& source, const Filter& filter, int resultWidth, RowRing& ring);
 

@@ -18,11 +18,14 @@ struct SmoothingKernels {
     // The median of the neighbours of each sample, the upper one of an even number, where one of them differs from it
     // by more than the threshold; else the sample.
     void (*medians)(const RowsOfThree& around, int step, int threshold, int count, BYTE* result);
-    // Where in its neighbourhood, counted from the row below and the left, the sample of middle rank is, the first one
-    // of equal ones ranking first; of an even number the upper one.
+    // Where in its neighbourhood, as Filter::Result::kNeighbour tells it, the sample of middle rank is, the first one
+    // of equal ones ranking first, from the row below and the left; of an even number the upper one.
     void (*medianPositions)(const RowsOfThree& around, int count, BYTE* result);
     // That sample itself.
     void (*medianLevels)(const RowsOfThree& around, int count, BYTE* result);
+    // 24-bit pixels copied from the positions of their neighbourhoods; does not write beyond them. Null where one by
+    // one is faster.
+    void (*copyNeighbours24)(const RowsOfThree& around, const BYTE* positions, int count, BYTE* result);
 };
 
 const SmoothingKernels& TheSmoothingKernels();

@@ -74,9 +74,9 @@ inline void EachMedianKey(const RowsOfThree& around, int count, Use use) {
         } else {
             LoadNoKeys(keys);
         }
-        LoadKeys(from.rows[1] + i, 3, keys + 3);
+        LoadKeys(from.rows[1] + i, 4, keys + 3);
         if constexpr (kAbove) {
-            LoadKeys(from.rows[2] + i, 6, keys + 6);
+            LoadKeys(from.rows[2] + i, 8, keys + 6);
         } else {
             LoadNoKeys(keys + 6);
         }
@@ -104,4 +104,52 @@ void MedianLevels(const RowsOfThree& around, int count, BYTE* result) {
     ForEachMedianKey(around, count, [=](int i, Words key) { StoreWordsAsBytes(result + i, key >> 4); });
 }
 
-constexpr SmoothingKernels kKernels = {Means, Medians, MedianPositions, MedianLevels};
+// Every byte of a pixel gets the pixel's position.
+inline void Triple(const BYTE* positions, int count, BYTE* result) {
+    using Bytes16 = BYTE __attribute__((vector_size(16)));
+    for (int i = 0; i < count; i += 16) {
+        Bytes16 each;
+        __builtin_memcpy(&each, positions + i, sizeof each);
+        const Bytes16 tripled[3] = {
+            __builtin_shufflevector(each, each, 0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5),
+            __builtin_shufflevector(each, each, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10),
+            __builtin_shufflevector(each, each, 10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15)};
+        __builtin_memcpy(result + 3 * i, tripled, sizeof tripled);
+    }
+}
+
+// Bytes from all nine places, of which two are chosen between until one is left.
+inline Bytes ChosenBytes(const RowsOfThree& around, std::ptrdiff_t at, Bytes position) {
+    const Bytes column = position & BroadcastByte(3);
+    const Bytes row = position & BroadcastByte(12);
+    const auto isLeft = column == BroadcastByte(0);
+    const auto isRight = column == BroadcastByte(2);
+    const auto ofRow = [=](const BYTE* bytes) __attribute__((always_inline)) {
+        const Bytes own = isLeft ? LoadBytes(bytes + at - 3) : LoadBytes(bytes + at);
+        return isRight ? LoadBytes(bytes + at + 3) : own;
+    };
+    const Bytes own = row == BroadcastByte(0) ? ofRow(around.rows[0]) : ofRow(around.rows[1]);
+    return row == BroadcastByte(8) ? ofRow(around.rows[2]) : own;
+}
+
+void CopyNeighbours24(const RowsOfThree& given, const BYTE* positions, int count, BYTE* result) {
+    constexpr int kPart = 8 * kByteLanes; // pixels, which are whole vectors
+    const RowsOfThree around = given;     // which storing bytes cannot change
+    BYTE tripled[3 * kPart];
+    BYTE rest[3 * kPart];
+    for (int done = 0; done < count; done += kPart) {
+        const int part = std::min(count - done, kPart);
+        const std::ptrdiff_t start = std::ptrdiff_t{3} * done;
+        BYTE* const pixels = part == kPart ? result + start : rest;
+        Triple(positions + done, part, tripled);
+        for (int i = 0; i < 3 * part; i += kByteLanes) {
+            StoreBytes(pixels + i, ChosenBytes(around, start + i, LoadBytes(tripled + i)));
+        }
+        if (pixels == rest) {
+            __builtin_memcpy(result + start, rest, static_cast<std::size_t>(part) * 3);
+        }
+    }
+}
+
+constexpr SmoothingKernels kKernels = {Means, Medians, MedianPositions, MedianLevels,
+                                       kHasByteShuffle ? CopyNeighbours24 : nullptr};
