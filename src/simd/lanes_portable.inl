@@ -36,10 +36,11 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
     }
 }
 inline void StoreIntsAsWords(BYTE* words, Ints value) {
+    short clamped[kLanes];
     for (int lane = 0; lane != kLanes; ++lane) {
-        const auto word = static_cast<short>(std::clamp(value[lane], -0x8000, 0x7FFF));
-        __builtin_memcpy(words + lane * sizeof word, &word, sizeof word);
+        clamped[lane] = static_cast<short>(std::clamp(value[lane], -0x8000, 0x7FFF));
     }
+    __builtin_memcpy(words, clamped, sizeof clamped);
 }
 inline Ints Truncate(Floats value) {
     return __builtin_convertvector(value, Ints);
