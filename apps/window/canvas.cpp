@@ -7,10 +7,10 @@
 #include <windowsx.h>
 
 #include "commands.h"
-#include "strings.h"
 #include "system/guard.h"
 #include "system/screen.h"
 #include "system/text.h"
+#include "texts.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <cmath>
 #include <cstring>
 
-#include "strings.h"
 #include "system/screen.h"
 #include "system/text.h"
+#include "texts.h"
 
 namespace {
 

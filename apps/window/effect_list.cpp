@@ -8,8 +8,8 @@
 #include "catalogue/effect.h"
 #include "commands.h"
 #include "model/parameter_scale.h"
-#include "strings.h"
 #include "system/text.h"
+#include "texts.h"
 
 namespace {
 

@@ -3,6 +3,7 @@
 #define QV8_WINDOW_EFFECT_LIST_H
 
 #include <optional>
+#include <string>
 
 #include <qv8platform.h>
 

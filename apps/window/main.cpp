@@ -10,9 +10,9 @@
 
 #include "commands.h"
 #include "main_window.h"
-#include "strings.h"
 #include "system/screen.h"
 #include "system/text.h"
+#include "texts.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include "commands.h"
 #include "pictures/image_file.h"
 #include "qv8version.h"
-#include "strings.h"
 #include "system/guard.h"
+#include "texts.h"
 
 namespace {
 

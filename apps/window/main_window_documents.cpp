@@ -7,7 +7,7 @@
 #include <commctrl.h>
 
 #include "commands.h"
-#include "strings.h"
+#include "texts.h"
 
 Document* MainWindow::Front() const {
     return front_ < documents_.size() ? documents_[front_].get() : nullptr;

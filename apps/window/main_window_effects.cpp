@@ -10,7 +10,7 @@
 #include "commands.h"
 #include "main_window_task.h"
 #include "pictures/failure.h"
-#include "strings.h"
+#include "texts.h"
 
 namespace {
 

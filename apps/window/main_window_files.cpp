@@ -11,8 +11,8 @@
 #include "main_window_task.h"
 #include "model/recent_files.h"
 #include "pictures/image_file.h"
-#include "strings.h"
 #include "system/file_dialogs.h"
+#include "texts.h"
 
 namespace {
 

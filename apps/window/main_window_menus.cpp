@@ -9,7 +9,7 @@
 
 #include "catalogue/effect.h"
 #include "commands.h"
-#include "strings.h"
+#include "texts.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include "chains/clipboard.h"
 #include "commands.h"
 #include "main_window_task.h"
-#include "strings.h"
 #include "system/file_dialogs.h"
+#include "texts.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "main_window.h"
 #include "pictures/failure.h"
-#include "strings.h"
+#include "texts.h"
 
 // `make` works on a thread of its own and is told when to stop; `use` is given what it has made, on the thread of the
 // window. A Failure is shown as the text `failure` says it.

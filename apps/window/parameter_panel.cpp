@@ -7,9 +7,9 @@
 
 #include "catalogue/text.h"
 #include "commands.h"
-#include "strings.h"
 #include "system/guard.h"
 #include "system/text.h"
+#include "texts.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include "chains/kernel_file.h"
 #include "commands.h"
 #include "pictures/failure.h"
-#include "strings.h"
 #include "system/file_dialogs.h"
 #include "system/text.h"
+#include "texts.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <qv8platform.h>
 
-#include "strings.h"
 #include "system/text.h"
+#include "texts.h"
 
 // What the function returns, or 0 after it has run out of memory.
 template <class Function>

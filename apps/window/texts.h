@@ -1,6 +1,6 @@
 /* The numbers of the texts in window.rc, which reads this file too. */
-#ifndef QV8_WINDOW_STRINGS_H
-#define QV8_WINDOW_STRINGS_H
+#ifndef QV8_WINDOW_TEXTS_H
+#define QV8_WINDOW_TEXTS_H
 
 #define IDS_TITLE 1
 #define IDS_TITLE_OF_PICTURE 2
