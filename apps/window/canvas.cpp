@@ -16,6 +16,7 @@ namespace {
 
 constexpr UINT_PTR kAntTimer = 1;
 constexpr UINT kAntMilliseconds = 120;
+constexpr DWORD kRests = 15; // as long as painting took: edges that are slow to draw move slowly
 constexpr int kScrollStep = 40;
 
 Position PositionOf(LPARAM lParam) {
@@ -65,10 +66,7 @@ LRESULT Canvas::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         SetView(fits_ ? ::Fit(Room(), Client()) : view_, fits_);
         return 0;
     case WM_TIMER:
-        if (!selection_.IsEmpty() || tool_ != nullptr) {
-            antStep_ = (antStep_ + 1) % kAntSteps;
-            InvalidateRect(window_, nullptr, FALSE);
-        }
+        MoveAnts();
         return 0;
     case WM_GETDLGCODE: {
         const auto* const key = reinterpret_cast<const MSG*>(lParam);
@@ -96,6 +94,14 @@ LRESULT Canvas::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         }
         return DefWindowProcW(window_, message, wParam, lParam);
+    }
+}
+
+void Canvas::MoveAnts() {
+    const bool areThere = !selection_.IsEmpty() || (tool_ != nullptr && !tool_->Shown().area.empty());
+    if (areThere && GetTickCount() - painted_ >= kRests * paintTook_) {
+        antStep_ = (antStep_ + 1) % kAntSteps;
+        InvalidateRect(window_, nullptr, FALSE);
     }
 }
 

@@ -60,6 +60,7 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void Paint();
+    void MoveAnts();
     void PaintScene(HDC device, const RECT& client);
     void PaintPicture(HDC device, const RECT& clip, const Preview& shown) const;
     void PaintOverlay(HDC device, const RECT& client);
@@ -98,6 +99,8 @@ private:
     bool isTracked_ = false;
     bool sceneIsOld_ = true;
     int antStep_ = 0;
+    DWORD painted_ = 0;   // when painting ended the last time
+    DWORD paintTook_ = 0; // milliseconds
     int wheelRest_ = 0;
     Surface scene_;
     Surface shown_;

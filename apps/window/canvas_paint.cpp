@@ -117,6 +117,7 @@ void Canvas::PaintOverlay(HDC device, const RECT& client) {
 }
 
 void Canvas::Paint() {
+    const DWORD begun = GetTickCount();
     RECT client;
     GetClientRect(window_, &client);
     PAINTSTRUCT painting;
@@ -134,6 +135,8 @@ void Canvas::Paint() {
     }
     BitBlt(screen, 0, 0, client.right, client.bottom, shown_.Device(), 0, 0, SRCCOPY);
     EndPaint(window_, &painting);
+    painted_ = GetTickCount();
+    paintTook_ = painted_ - begun;
     if (previewIsNew_) {
         previewIsNew_ = false;
         owner_.PreviewPainted();
