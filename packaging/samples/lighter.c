@@ -5,8 +5,9 @@
  *   lighter IN.bmp OUT.bmp PERCENT    cancels the work when it is that far, and writes nothing
  *
  * Linux:        cc lighter.c $(pkg-config --cflags --libs qv8effect) -o lighter
- * MinGW:        i686-w64-mingw32-gcc lighter.c -Iinclude -Lx86 -lQv8Effect -lQv8Com -o lighter.exe
- * Visual C++:   cl lighter.c /Iinclude x86\Qv8Effect.lib x86\Qv8Com.lib
+ * MinGW:        i686-w64-mingw32-gcc lighter.c -I../x86/include -L../x86/lib -lQv8Effect -lQv8Com -o lighter.exe
+ * Visual C++:   cl lighter.c /I..\x86\include ..\x86\lib\Qv8Effect.lib ..\x86\lib\Qv8Com.lib
+ *               and the same with x86_64-w64-mingw32-gcc and x64 for 64 bits
  *
  * Built and run like this with GCC, with MinGW, and with Clang's cl and lld-link in place of Visual C++, whose own
  * compiler was not at hand.
