@@ -292,6 +292,7 @@ const std::map<std::string, PixOperation> kLeptonicaPeers = {
 };
 
 std::function<void()> LeptonicaCall(const std::string& row, const Scene& scene) {
+    setMsgSeverity(L_SEVERITY_NONE); // it tells of every picture which way it goes
     const auto found = kLeptonicaPeers.find(row);
     if (found == kLeptonicaPeers.end()) {
         return {};
