@@ -39,6 +39,9 @@ public:
     // The divider has the picture as it is on its left and the preview on its right.
     void ShowDivider(bool shown);
     void ShowBefore(bool shown);
+    bool ShowsBefore() const {
+        return before_;
+    }
     void Fit();
     void Zoom(double scale); // around the middle
     void ZoomBy(int clicks);

@@ -45,8 +45,11 @@ MainWindow::MainWindow() : settings_(LoadSettings()) {
     description.lpszClassName = QV8WINDOW_CLASS;
     RegisterClassExW(&description);
     const Dots dots(GetDeviceCaps(WindowDevice(nullptr).Get(), LOGPIXELSY));
+    RECT screen;
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
     CreateWindowExW(WS_EX_ACCEPTFILES, QV8WINDOW_CLASS, Text(IDS_TITLE).c_str(), WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                    CW_USEDEFAULT, CW_USEDEFAULT, dots(1100), dots(760), nullptr,
+                    CW_USEDEFAULT, CW_USEDEFAULT, std::min(dots(1100), static_cast<int>(screen.right - screen.left)),
+                    std::min(dots(760), static_cast<int>(screen.bottom - screen.top)), nullptr,
                     LoadMenuW(description.hInstance, MAKEINTRESOURCEW(1)), description.hInstance, this);
 }
 
@@ -232,6 +235,10 @@ bool MainWindow::TakeKey(const MSG& message) {
         canvas_->ShowBefore(message.message == WM_KEYDOWN);
         return true;
     }
+    if (message.message == WM_MOUSEWHEEL && WindowFromPoint(message.pt) == canvas_->Window()) {
+        canvas_->Wheel(message.wParam, message.lParam); // whatever has the focus
+        return true;
+    }
     if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && message.hwnd == list_->Search()) {
         list_->SelectFirst();
         return true;
@@ -306,6 +313,9 @@ bool MainWindow::ViewCommand(int id) {
     case ID_VIEW_DIVIDER:
         settings_.divider = !settings_.divider;
         canvas_->ShowDivider(settings_.divider);
+        return true;
+    case ID_VIEW_BEFORE:
+        canvas_->ShowBefore(!canvas_->ShowsBefore());
         return true;
     case ID_VIEW_NEXT:
     case ID_VIEW_PREVIOUS:

@@ -42,6 +42,11 @@ bool MakesNewPicture(const catalogue::Effect& effect) {
     return effect.family == catalogue::Family::kCreation || effect.name == std::string("check-secret-image");
 }
 
+// Others are not for a preview: they make another picture, or exchange one with the clipboard.
+bool HasPreview(const catalogue::Effect& effect) {
+    return effect.TakesPicture() && effect.family != catalogue::Family::kClipboard && !MakesNewPicture(effect);
+}
+
 bool HaveOneSize(const Picture& picture, const Picture& other) {
     const LockedPicture a(picture);
     const LockedPicture b(other);
@@ -178,7 +183,7 @@ std::wstring MainWindow::Obstacle() {
 
 void MainWindow::UpdatePreview() {
     if (!settings_.preview || !isPreviewWanted_ || task_.IsBusy() || Front() == nullptr || !chosen_ ||
-        !ChosenEffect()->TakesPicture() || MakesNewPicture(*ChosenEffect())) {
+        !HasPreview(*ChosenEffect())) {
         return StopPreview();
     }
     const std::wstring obstacle = Obstacle();

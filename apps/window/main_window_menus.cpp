@@ -143,6 +143,8 @@ bool MainWindow::IsChecked(UINT id) const {
         return settings_.preview;
     case ID_VIEW_DIVIDER:
         return settings_.divider;
+    case ID_VIEW_BEFORE:
+        return canvas_->ShowsBefore();
     case ID_SELECT_RECTANGLE:
         return areaForm_ == AreaForm::kRectangle;
     case ID_SELECT_ELLIPSE:

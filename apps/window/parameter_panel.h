@@ -80,6 +80,7 @@ private:
     void ChooseFromDialog(Row& row);
     void ChooseColour(Row& row);
     void RefreshRow(const Row& row, HWND except);
+    void RefreshSizes(const Row& changed);
     void DrawColour(const DRAWITEMSTRUCT& item) const;
     Row* RowOf(int id);
     HWND Part(const Row& row, int part) const {

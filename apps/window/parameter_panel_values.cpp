@@ -78,6 +78,7 @@ void ParameterPanel::Slide(HWND slider) {
     if (setup_->values.Set(row->parameter->name, ValueOf(*row->parameter, number))) {
         row->mistake.clear();
         RefreshRow(*row, slider);
+        RefreshSizes(*row);
         owner_.ValuesChanged();
     }
 }
@@ -87,6 +88,7 @@ void ParameterPanel::Edited(Row& row) {
     const std::string before = setup_->values.Text(row.parameter->name);
     row.mistake = setup_->values.SetText(row.parameter->name, Utf8(TextOfWindow(edit)));
     RefreshRow(row, edit);
+    RefreshSizes(row);
     if (!row.mistake.empty() || setup_->values.Text(row.parameter->name) != before) {
         owner_.ValuesChanged();
     }
@@ -151,6 +153,17 @@ void ParameterPanel::Refresh() {
     for (Row& row : rows_) {
         row.mistake.clear();
         RefreshRow(row, nullptr);
+    }
+}
+
+// Sides and a factor for both exclude each other.
+void ParameterPanel::RefreshSizes(const Row& changed) {
+    for (const Row& row : rows_) {
+        const bool isSize = row.parameter->kind == Kind::kWidth || row.parameter->kind == Kind::kHeight ||
+                            row.parameter->kind == Kind::kScale;
+        if (isSize && row.id != changed.id && row.mistake.empty()) {
+            RefreshRow(row, nullptr);
+        }
     }
 }
 

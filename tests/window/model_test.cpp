@@ -135,6 +135,13 @@ TEST(Parameters, TextsSlidersAndSearches) {
     EXPECT_EQ(values.SetText("angle", ""), "");
     EXPECT_EQ(values.Get("angle").index(), 0U);
 
+    ParameterValues size(*catalogue::FindEffect("resize"));
+    size.SetText("width", "20");
+    size.SetText("scale", "0.5");
+    EXPECT_EQ(size.Text("width"), ""); // they exclude each other
+    size.SetText("height", "9");
+    EXPECT_EQ(size.Text("scale"), "");
+
     for (const catalogue::Effect& effect : catalogue::AllEffects()) {
         for (const catalogue::Parameter& parameter : effect.Parameters()) {
             const auto scale = ScaleFor(parameter, {640, 480});

@@ -50,7 +50,21 @@ bool ParameterValues::Set(const std::string& name, const catalogue::Value& value
     }
     setting->value = value;
     setting->file.clear();
+    DropExcluded(*setting);
     return true;
+}
+
+void ParameterValues::DropExcluded(const Setting& given) {
+    using catalogue::Kind;
+    const auto isSide = [](Kind kind) { return kind == Kind::kWidth || kind == Kind::kHeight; };
+    const Kind kind = given.parameter->kind;
+    for (Setting& setting : step_.settings) {
+        const Kind other = setting.parameter->kind;
+        if (given.value.index() != 0 &&
+            ((kind == Kind::kScale && isSide(other)) || (isSide(kind) && other == Kind::kScale))) {
+            setting.value = {};
+        }
+    }
 }
 
 std::string ParameterValues::SetText(const std::string& name, const std::string& text) {
@@ -62,6 +76,7 @@ std::string ParameterValues::SetText(const std::string& name, const std::string&
     const std::string mistake = text.empty() ? std::string() : ::Set(read, text);
     if (mistake.empty()) {
         *setting = read;
+        DropExcluded(*setting);
     }
     return mistake;
 }

@@ -24,8 +24,8 @@ public:
     // The value, which is nothing where the default counts or the effect has no such parameter.
     const catalogue::Value& Get(const std::string& name) const;
 
-    // Stores a value; an effect without such a parameter stays as it is. Pictures and masks are the caller's. Returns
-    // whether anything is another value than before.
+    // Stores a value, and takes back what it excludes: sides and a factor for both. An effect without such a parameter
+    // stays as it is. Pictures and masks are the caller's. Returns whether anything is another value than before.
     bool Set(const std::string& name, const catalogue::Value& value);
 
     // The same from text as the command line has it, where none means the default. Returns what is wrong with the text,
@@ -44,6 +44,8 @@ public:
     }
 
 private:
+    void DropExcluded(const Setting& given);
+
     Step step_;
 };
 
