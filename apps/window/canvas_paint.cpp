@@ -83,7 +83,8 @@ void Canvas::PaintScene(HDC device, const RECT& client) {
     }
     RECT before = client;
     RECT after = client;
-    if (!preview_ || before_) {
+    const bool hides = tool_ != nullptr && tool_->ShowsSource() && !divider_;
+    if (!preview_ || before_ || hides) {
         after.left = after.right;
     } else if (divider_) {
         before.right = after.left = DividerColumn();

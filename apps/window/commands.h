@@ -85,6 +85,12 @@
 #define QV8WINDOW_LOAD_MASK 0x51385754
 #define QV8WINDOW_SAVE_MASK 0x51385755
 
+/* What a program that drives the window asks its main window, as wParam: whether work goes on, be it for a preview, or
+   its result is still to be shown; and how many previews have been painted. */
+#define QV8WINDOW_STATE 0x8010 /* WM_APP and 16 */
+#define QV8WINDOW_IS_BUSY 0
+#define QV8WINDOW_PREVIEWS 1
+
 /* Class of the main window, as FindWindow takes it. */
 #define QV8WINDOW_CLASS L"Qv8EffectWindow"
 #define QV8WINDOW_CANVAS_CLASS L"Qv8EffectCanvas"

@@ -122,6 +122,8 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         return 0;
     case WM_COPYDATA:
         return Handed(*reinterpret_cast<const COPYDATASTRUCT*>(lParam)) ? 1 : 0;
+    case QV8WINDOW_STATE:
+        return State(wParam);
     case WayBack::kMessage:
         wayBack_.RunAll();
         return 0;
@@ -136,6 +138,13 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     default:
         return DefWindowProcW(window_, message, wParam, lParam);
     }
+}
+
+LRESULT MainWindow::State(WPARAM what) {
+    if (what == QV8WINDOW_PREVIEWS) {
+        return previewsPainted_;
+    }
+    return task_.IsBusy() || !toOpen_.empty() || levelMaker_.IsBusy() || previewMaker_.IsBusy() || !wayBack_.IsEmpty();
 }
 
 void MainWindow::MakeControls() {

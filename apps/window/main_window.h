@@ -34,6 +34,7 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Notified(const NMHDR& header);
+    LRESULT State(WPARAM what); // for programs that drive the window
     void MakeControls();
     void UseFont();
     void Layout();
@@ -152,6 +153,7 @@ private:
     std::optional<std::size_t> chosen_;
     bool isPreviewWanted_ = false; // since a value was changed
     DWORD changedAt_ = 0;
+    LRESULT previewsPainted_ = 0;
     std::optional<AreaForm> areaForm_;
     std::unique_ptr<Tool> tool_;
     bool hasEffectTool_ = false;

@@ -106,8 +106,15 @@ void MainWindow::ResetEffect() {
 
 void MainWindow::ValuesChanged() {
     changedAt_ = GetTickCount();
-    if (tool_ == nullptr || !hasEffectTool_) {
-        MakeTool(); // a second picture may have been chosen
+    HGLOBAL second = nullptr;
+    for (const auto& [parameter, id] : Setup()->pictures) {
+        const Document* const other = Other(id);
+        second = other != nullptr ? other->Image()->Handle() : second;
+    }
+    const auto shown = tool_ != nullptr ? tool_->Shown().pictures : std::vector<PlacedPicture>();
+    const bool isForAnother = second != nullptr && (shown.empty() || shown.front().picture != second);
+    if (tool_ == nullptr || !hasEffectTool_ || isForAnother) {
+        MakeTool(); // which takes all values that there are
     }
     FollowTool();
     isPreviewWanted_ = true;
@@ -226,6 +233,7 @@ void MainWindow::StopPreview() {
 }
 
 void MainWindow::PreviewPainted() {
+    ++previewsPainted_;
     if (changedAt_ != 0) {
         ShowStatus(STATUS_MESSAGE, Text(IDS_PREVIEW_TIME, {std::to_wstring(GetTickCount() - changedAt_)}));
         changedAt_ = 0;

@@ -21,6 +21,11 @@ void WayBack::RunAll() {
     }
 }
 
+bool WayBack::IsEmpty() {
+    const std::lock_guard lock(mutex_);
+    return actions_.empty();
+}
+
 NewestWorker::NewestWorker() : thread_([this] { Run(); }) {}
 
 NewestWorker::~NewestWorker() {
@@ -42,6 +47,11 @@ void NewestWorker::Start(Work work) {
     changed_.notify_one();
 }
 
+bool NewestWorker::IsBusy() {
+    const std::lock_guard lock(mutex_);
+    return works_ || waiting_;
+}
+
 void NewestWorker::Run() {
     std::unique_lock lock(mutex_);
     for (;;) {
@@ -51,9 +61,11 @@ void NewestWorker::Run() {
         }
         const Work work = std::exchange(waiting_, nullptr);
         stop_ = false;
+        works_ = true;
         lock.unlock();
         work(stop_);
         lock.lock();
+        works_ = false;
     }
 }
 

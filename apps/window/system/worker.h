@@ -22,6 +22,7 @@ public:
         window_ = window;
     }
     void Post(Action action);
+    bool IsEmpty();
     void RunAll();
 
 private:
@@ -46,6 +47,7 @@ public:
     void Stop() {
         Start(nullptr);
     }
+    bool IsBusy();
 
 private:
     void Run();
@@ -55,6 +57,7 @@ private:
     Work waiting_;
     std::atomic<bool> stop_ = false;
     bool end_ = false;
+    bool works_ = false;
     std::thread thread_;
 };
 
