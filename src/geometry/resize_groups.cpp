@@ -8,9 +8,17 @@ namespace {
 // Of a side that shrinks more than this, the end of a group is looked for near where it must be.
 constexpr float kLongGroups = 1.0F / 64;
 
+// Conversions of long numbers are slow in 32-bit code, and hardly any side needs them.
+double AsDouble(std::int64_t number) {
+    return number <= INT32_MAX ? static_cast<double>(static_cast<std::int32_t>(number)) : static_cast<double>(number);
+}
+std::int64_t Truncated(double number) {
+    return number < INT32_MAX ? static_cast<std::int32_t>(number) : static_cast<std::int64_t>(number);
+}
+
 // Where the block of a source position begins. The product is formed in double precision: halves go up exactly.
 std::int64_t PlaceOf(const ScaledSide& side, std::int64_t position) {
-    return static_cast<std::int64_t>(static_cast<double>(position) * static_cast<double>(side.factor) + 0.5);
+    return Truncated(AsDouble(position) * static_cast<double>(side.factor) + 0.5);
 }
 
 } // namespace
