@@ -170,11 +170,11 @@ Preview MakePreview(const EffectRun& run, const PreviewView& view, const Report&
     Preview preview;
     const Extent resultSize = SizeOf(result.image);
     preview.scale = scale.width;
-    preview.isPart = plan.partly;
     const Position corner = plan.partly ? Position{static_cast<double>(part.left), static_cast<double>(part.top)}
                                         : CornerOfResult(small.values, size, resultSize);
     preview.left = corner.x / scale.width;
     preview.top = corner.y / scale.height;
+    preview.isPart = plan.partly || preview.left >= whole.width;
     preview.image = std::make_shared<const Picture>(std::move(result.image));
     return preview;
 }

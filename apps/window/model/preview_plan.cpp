@@ -112,6 +112,9 @@ Position CornerOfResult(const ParameterValues& values, Extent picture, Extent re
     if (name == "rotation") {
         return {(picture.width - result.width) / 2, (picture.height - result.height) / 2};
     }
+    if (name == "affine") { // beside the picture, on which its corners are dragged
+        return {1.02 * picture.width, 0};
+    }
     if (name == "layer" && (result.width != picture.width || result.height != picture.height)) {
         return {std::min(0.0, NumberOr0(values.Get("x"))), std::min(0.0, NumberOr0(values.Get("y")))};
     }
