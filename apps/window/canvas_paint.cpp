@@ -83,8 +83,7 @@ void Canvas::PaintScene(HDC device, const RECT& client) {
     }
     RECT before = client;
     RECT after = client;
-    const bool hides = tool_ != nullptr && tool_->ShowsSource() && !divider_;
-    if (!preview_ || before_ || hides) {
+    if (!preview_ || before_) {
         after.left = after.right;
     } else if (divider_) {
         before.right = after.left = DividerColumn();

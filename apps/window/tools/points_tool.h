@@ -16,9 +16,6 @@ public:
     Figure Shown() const override;
     DrawnValues Values() const override;
     void Follow(const DrawnValues& values) override;
-    bool ShowsSource() const override {
-        return true;
-    }
 
 protected:
     int GripAt(Position at, double reach) const override;

@@ -84,11 +84,6 @@ public:
     // Takes values that were changed elsewhere, as in the parameter panel. Others than the tool's own are ignored.
     virtual void Follow(const DrawnValues& values) = 0;
 
-    // Whether it is the picture before the effect that is to be seen under the tool, and not the preview: where the
-    // effect moves what the tool points at.
-    virtual bool ShowsSource() const {
-        return false;
-    }
     // What there is to see besides the picture: the panorama has its second picture on the right.
     virtual Extent Room(Extent picture) const {
         return picture;
