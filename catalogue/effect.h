@@ -111,6 +111,7 @@ struct Effect {
     Result result{};
     bool showsProgress = true;
     CallResult (*call)(const Slot* slots) = nullptr;
+    CallResult (*callTwin)(const Slot* slots) = nullptr; // with the same arguments; null without a twin
 
     // The parameters that there are, in the order of the export's arguments.
     std::span<const Parameter> Parameters() const;

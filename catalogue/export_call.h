@@ -78,6 +78,27 @@ private:
     }
 };
 
+// An export that takes the same arguments and stores its pictures where one more of them says, behind the first.
+template <auto Twin>
+struct TwinCall;
+
+template <class First, class... Rest, QV8BOOL(QV8API* Twin)(First, ImageSet*, Rest...)>
+struct TwinCall<Twin> {
+    static constexpr std::array<SlotType, 1 + sizeof...(Rest)> kTypes{TypeOfSlot<First>(), TypeOfSlot<Rest>()...};
+
+    static CallResult Call(const Slot* slots) {
+        return CallEach(slots, std::index_sequence_for<Rest...>());
+    }
+
+private:
+    template <std::size_t... Indices>
+    static CallResult CallEach(const Slot* slots, std::index_sequence<Indices...>) {
+        CallResult result;
+        result.flag = Twin(FromSlot<First>(slots[0]), &result.pictures, FromSlot<Rest>(slots[1 + Indices])...);
+        return result;
+    }
+};
+
 // Completes a description by what the signature of its export says.
 template <auto Export>
 consteval Effect Describe(const char* function, Effect effect) {
@@ -97,6 +118,15 @@ consteval Effect Describe(const char* function, Effect effect) {
         }
     }
     return effect;
+}
+
+template <auto Export, auto Twin>
+consteval Effect Describe(const char* function, const char* twin, const Effect& effect) {
+    static_assert(TwinCall<Twin>::kTypes == ExportCall<Export>::kTypes, "twins have the same arguments");
+    Effect described = Describe<Export>(function, effect);
+    described.twin = twin;
+    described.callTwin = TwinCall<Twin>::Call;
+    return described;
 }
 
 } // namespace catalogue

@@ -294,7 +294,8 @@ Outcome Run(const Effect& effect, const Request& request) {
     }
     const Arguments arguments(effect, request, size);
     SetErrorStatus(QV8_STATUS_SUCCESS); // not every failure sets one
-    outcome.result = effect.call(arguments.Slots());
+    outcome.result =
+        (request.callsTwin && effect.callTwin != nullptr ? effect.callTwin : effect.call)(arguments.Slots());
     outcome.status = GetErrorStatus();
     const bool failed =
         effect.result == Result::kFlag ? outcome.status != 0 : outcome.result.pictures.hImage == nullptr;

@@ -16,6 +16,7 @@ struct Request {
     std::vector<Value> values; // in the order of the effect's parameters; what is missing at the end is the default
     DWORD progressOwner = 0;   // as the exports take it
     HWND window = nullptr;     // owner of the clipboard
+    bool callsTwin = false;    // the export that stores its result, where there is one
     std::uint64_t maxPixels = std::uint64_t{1} << 31; // no result of a given size is larger
 };
 

@@ -75,7 +75,8 @@ ReadyChain::ReadyStep ReadyChain::Prepare(const Step& step, std::uint64_t maxPix
     return ready;
 }
 
-ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient) {
+ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner,
+                                  const ApplyMode& mode) {
     if (step.colours != 0) {
         return ChooseColours(step, subject);
     }
@@ -86,9 +87,10 @@ ChainResult ReadyChain::ApplyStep(const ReadyStep& step, const Subject& subject,
     catalogue::Request request = step.request;
     request.image = image;
     request.progressOwner = progressOwner;
+    request.callsTwin = mode.callsTwins;
     const catalogue::Outcome outcome = catalogue::Run(*step.effect, request);
     ChainResult result{Picture(outcome.result.pictures.hImage), Picture(outcome.result.pictures.hMask), false, {}};
-    const bool unneeded = lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
+    const bool unneeded = mode.lenient && step.effect->refusalMeansUnneeded && outcome.status == QV8_STATUS_PARAMETER;
     if (outcome.failed == catalogue::Failed::kNot || unneeded) {
         return result;
     }
@@ -124,7 +126,7 @@ void ReadyChain::KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD 
         return SetAlpha(result.image, alpha);
     }
     Subject plane{&alpha, subject.name, false};
-    const ChainResult moved = ApplyStep(step, plane, progressOwner, true);
+    const ChainResult moved = ApplyStep(step, plane, progressOwner, {.report = {}, .lenient = true});
     if (moved.image && AreOfOneSize(moved.image, result.image)) {
         SetAlpha(result.image, moved.image);
     }
@@ -137,7 +139,7 @@ ChainResult ReadyChain::Apply(const Subject& subject, const ApplyMode& mode) con
     Subject current = subject;
     for (std::size_t i = 0; i != steps_.size(); ++i) {
         progress.BeginStep(i, steps_.size());
-        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), mode.lenient);
+        ChainResult next = ApplyStep(steps_[i], current, progress.Owner(), mode);
         if (!next.image) {
             continue;
         }

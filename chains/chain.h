@@ -21,7 +21,8 @@ struct Subject {
 
 struct ApplyMode {
     Report report;
-    bool lenient = false; // an effect that has nothing to do is no mistake
+    bool lenient = false;    // an effect that has nothing to do is no mistake
+    bool callsTwins = false; // the exports that store their results, where there are such
 };
 
 // What the library says when an effect fails, as a Failure that knows its status.
@@ -70,7 +71,8 @@ private:
         bool dither = false;  // with them
     };
     static ReadyStep Prepare(const Step& step, std::uint64_t maxPixels);
-    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner, bool lenient);
+    static ChainResult ApplyStep(const ReadyStep& step, const Subject& subject, DWORD progressOwner,
+                                 const ApplyMode& mode);
     static ChainResult ChooseColours(const ReadyStep& step, const Subject& subject);
     static void KeepAlpha(const ReadyStep& step, const Subject& subject, DWORD progressOwner, ChainResult& result);
 

@@ -191,6 +191,8 @@ void MainWindow::Layout() {
     MoveWindow(canvas_->Window(), 0, tabs, left, std::max(0, height - tabs), TRUE);
     LayoutPanel(left, 0, panel, height);
     LayoutStatus(client.right);
+    // Controls that are moved take along what they showed, part of which others may have covered.
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void MainWindow::LayoutPanel(int left, int top, int width, int height) {

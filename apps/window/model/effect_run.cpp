@@ -70,12 +70,12 @@ private:
     SharedPicture mask_;
 };
 
-ChainResult ApplyFilled(const PictureSource& subject, const ParameterValues& values, const Report& report) {
+ChainResult ApplyFilled(const PictureSource& subject, const ParameterValues& values, const ApplyMode& mode) {
     if (const std::string mistake = values.Check(); !mistake.empty()) {
         throw Failure(kExitUsage, mistake);
     }
     const ReadyChain chain({values.AsStep()}, kMostPixels);
-    return chain.Apply({subject.image.get(), subject.name, subject.alpha}, {report});
+    return chain.Apply({subject.image.get(), subject.name, subject.alpha}, mode);
 }
 
 Extent SizeOf(const Picture& picture) {
@@ -139,7 +139,8 @@ void CutTo(RECT& part, PictureSource& source) {
 
 ChainResult Apply(const EffectRun& run, const Report& report) {
     const FilledValues filled(run, true);
-    return ApplyFilled(run.subject, filled.Values(), report);
+    // Previews call the exports that return a pair, so both ways are in use.
+    return ApplyFilled(run.subject, filled.Values(), {.report = report, .callsTwins = true});
 }
 
 Preview MakePreview(const EffectRun& run, const PreviewView& view, const Report& report) {
@@ -166,7 +167,7 @@ Preview MakePreview(const EffectRun& run, const PreviewView& view, const Report&
         small.subject.selection = {}; // it is among the values
     }
     const FilledValues filled(small, false);
-    ChainResult result = ApplyFilled(small.subject, filled.Values(), report);
+    ChainResult result = ApplyFilled(small.subject, filled.Values(), {.report = report});
     Preview preview;
     const Extent resultSize = SizeOf(result.image);
     preview.scale = scale.width;
