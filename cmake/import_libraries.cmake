@@ -28,8 +28,10 @@ function(define_exports target name definitions)
   set(written ${CMAKE_CURRENT_BINARY_DIR}/${name}.def)
   write_definitions(${definitions} ${written})
   target_sources(${target} PRIVATE $<IF:$<EQUAL:${CMAKE_SIZEOF_VOID_P},8>,${written},${CMAKE_CURRENT_SOURCE_DIR}/${definitions}>)
+  # Called in its folder: what the tool is told to write gives names inside, which are to be the same everywhere.
   add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND ${import_library} --temp-prefix ${name} -d ${written} -l $<TARGET_LINKER_FILE:${target}> VERBATIM)
+    COMMAND ${CMAKE_COMMAND} -E chdir $<TARGET_LINKER_FILE_DIR:${target}>
+            ${import_library} --temp-prefix ${name} -d ${written} -l $<TARGET_LINKER_FILE_NAME:${target}> VERBATIM)
   set_property(TARGET ${target} PROPERTY QV8_IMPORT_FILES ${written})
   if(QV8_LLVM_DLLTOOL)
     set(other ${CMAKE_CURRENT_BINARY_DIR}/${name}.lib)
