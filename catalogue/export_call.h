@@ -99,9 +99,10 @@ private:
     }
 };
 
-// Completes a description by what the signature of its export says.
+// Completes a description by what the signature of its export says. Only constexpr, since clang 14 takes no consteval
+// function within another one for constant; the table is constexpr, so a wrong description stops the compiler anyway.
 template <auto Export>
-consteval Effect Describe(const char* function, Effect effect) {
+constexpr Effect Describe(const char* function, Effect effect) {
     using Signature = ExportCall<Export>;
     effect.function = function;
     effect.call = Signature::Call;
@@ -121,7 +122,7 @@ consteval Effect Describe(const char* function, Effect effect) {
 }
 
 template <auto Export, auto Twin>
-consteval Effect Describe(const char* function, const char* twin, const Effect& effect) {
+constexpr Effect Describe(const char* function, const char* twin, const Effect& effect) {
     static_assert(TwinCall<Twin>::kTypes == ExportCall<Export>::kTypes, "twins have the same arguments");
     Effect described = Describe<Export>(function, effect);
     described.twin = twin;
