@@ -38,25 +38,77 @@ inline Ints ProductsOf(Ints channels, int weights) {
     return MultiplyAddPairs(reinterpret_cast<Words>(channels), reinterpret_cast<Words>(BroadcastInt(weights)));
 }
 
-// The weights are whole thousandths. Sums of so many thousandths that they lie between two whole numbers lie there
-// however they are rounded; which side of a whole number the others are rounded to is found the long way.
+// The weights in 65536ths are not exact: the true sum is up to kError less or more. It is a whole number of
+// thousandths, so that only sums this close to a whole number are doubtful, and depend on how the true one is rounded.
+constexpr int In65536ths(double weight) {
+    return static_cast<int>(weight * 65536 + 0.5);
+}
+constexpr int kRed = In65536ths(kLuminanceWeights.red);
+constexpr int kHalfGreen = In65536ths(kLuminanceWeights.green / 2); // the whole does not fit 16 bits with sign
+constexpr int kBlue = In65536ths(kLuminanceWeights.blue);
+constexpr int kError = 100;
+static_assert(kRed + 2 * kHalfGreen + kBlue == 65536);
+
+// Of kLanes pixels, and kError.
+inline Ints LoadSums(const BYTE* pixels) {
+    const Ints colours = LoadPixelInts(pixels);
+    return ProductsOf(colours & BroadcastInt(0xFF00FF), kRed << 16 | kBlue) +
+           ProductsOf(colours >> 7 & BroadcastInt(0x1FE), kHalfGreen) + BroadcastInt(kError);
+}
+inline Ints AreDoubtful(Ints sums) {
+    return reinterpret_cast<Ints>(BroadcastInt(2 * kError + 1) > (sums & BroadcastInt(0xFFFF)));
+}
+
+constexpr int kSums = 2 * kLanes; // pixels at a time
+
+struct Sums {
+    Ints first;
+    Ints second;
+
+    explicit Sums(const BYTE* pixels) : first(LoadSums(pixels)), second(LoadSums(pixels + 3 * kLanes)) {}
+    void Store(BYTE* result) const {
+        StoreIntsAsBytes(result, first >> 16, second >> 16);
+    }
+    bool HasDoubtful() const {
+        return MoveMask(AreDoubtful(first) | AreDoubtful(second)) != 0;
+    }
+    unsigned Doubtful() const {
+        return MoveMask(AreDoubtful(first)) | MoveMask(AreDoubtful(second)) << kLanes;
+    }
+};
+
+// Stores the sums, and runs correct(source, result) for kSums pixels of which some are doubtful: for those of many
+// pixels at once, as no processor could foresee where they are.
+template <class Correct>
+inline void StoreSums(const BYTE* pixels, BYTE* levels, int count, Correct correct) {
+    constexpr int kSteps = 64;
+    int doubtful[kSteps];
+    while (count >= kSums + kPixelsBeyond) {
+        const int steps = std::min(kSteps, (count - kPixelsBeyond) / kSums);
+        int found = 0;
+        for (int step = 0; step < steps; ++step) {
+            const Sums sums(pixels + 3 * kSums * step);
+            sums.Store(levels + kSums * step);
+            doubtful[found] = step;
+            found += sums.HasDoubtful() ? 1 : 0;
+        }
+        for (int i = 0; i < found; ++i) {
+            correct(pixels + 3 * kSums * doubtful[i], levels + kSums * doubtful[i]);
+        }
+        pixels += 3 * kSums * steps;
+        levels += kSums * steps;
+        count -= kSums * steps;
+    }
+    ForEachPixelVector<kSums, 24, 8>(pixels, levels, count, [=](const BYTE* source, BYTE* result) {
+        Sums(source).Store(result);
+        correct(source, result);
+    });
+}
+
 void GreyLevel24(const BYTE* pixels, BYTE* levels, int count) {
-    constexpr auto kThousandths = [](double weight) { return static_cast<int>(weight * 1000 + 0.5); };
-    constexpr int kBlue = kThousandths(kLuminanceWeights.blue);
-    constexpr int kGreen = kThousandths(kLuminanceWeights.green);
-    constexpr int kRed = kThousandths(kLuminanceWeights.red);
-    constexpr float kHalfOfOne = 0.0005F;
-    ForEachPixelVector<kLanes, 24, 8>(pixels, levels, count, [](const BYTE* source, BYTE* result) {
-        const Ints colours = LoadPixelInts(source);
-        const Ints sum = ProductsOf(colours & BroadcastInt(0xFF00FF), kRed << 16 | kBlue) +
-                         ProductsOf(colours >> 8 & BroadcastInt(0xFF), kGreen);
-        const Floats level = ToFloats(sum) * Broadcast(0.001F) + Broadcast(kHalfOfOne);
-        const Ints truncated = Truncate(level);
-        StoreIntsAsBytes(result, truncated);
-        const Floats fraction = level - ToFloats(truncated);
-        unsigned whole = MoveMask(reinterpret_cast<Ints>(fraction < Broadcast(2 * kHalfOfOne)));
-        for (; whole != 0; whole &= whole - 1) {
-            const int lane = __builtin_ctz(whole);
+    StoreSums(pixels, levels, count, [](const BYTE* source, BYTE* result) {
+        for (unsigned lanes = Sums(source).Doubtful(); lanes != 0; lanes &= lanes - 1) {
+            const int lane = __builtin_ctz(lanes);
             result[lane] = GreyLevelOfPixel(source + 3 * lane);
         }
     });
@@ -69,9 +121,9 @@ inline Ints LuminancesOf(Ints pixels) {
                                 kLuminanceWeights));
 }
 
-void Luminance24(const BYTE* source, BYTE* result, int count) {
-    ForEachPixelVector<kLanes, 24, 8>(source, result, count, [](const BYTE* pixels, BYTE* luminances) {
-        StoreIntsAsBytes(luminances, LuminancesOf(LoadPixelInts(pixels)));
+void Luminance24(const BYTE* pixels, BYTE* luminances, int count) {
+    StoreSums(pixels, luminances, count, [](const BYTE* source, BYTE* result) {
+        StoreIntsAsBytes(result, LuminancesOf(LoadPixelInts(source)), LuminancesOf(LoadPixelInts(source + 3 * kLanes)));
     });
 }
 

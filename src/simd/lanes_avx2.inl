@@ -21,6 +21,11 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
     const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
 }
+inline void StoreIntsAsBytes(BYTE* bytes, Ints first, Ints second) {
+    const __m256i words = _mm256_packs_epi32(reinterpret_cast<__m256i>(first), reinterpret_cast<__m256i>(second));
+    const __m128i fours = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), _mm_shuffle_epi32(fours, _MM_SHUFFLE(3, 1, 2, 0)));
+}
 inline void StoreIntsAsWords(BYTE* words, Ints value) {
     const auto ints = reinterpret_cast<__m256i>(value);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(words),

@@ -35,6 +35,10 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
         bytes[lane] = static_cast<BYTE>(std::clamp(value[lane], 0, 255));
     }
 }
+inline void StoreIntsAsBytes(BYTE* bytes, Ints first, Ints second) {
+    StoreIntsAsBytes(bytes, first);
+    StoreIntsAsBytes(bytes + kLanes, second);
+}
 inline void StoreIntsAsWords(BYTE* words, Ints value) {
     short clamped[kLanes];
     for (int lane = 0; lane != kLanes; ++lane) {

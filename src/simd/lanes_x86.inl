@@ -23,6 +23,11 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
     const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
     __builtin_memcpy(bytes, &packed, sizeof packed);
 }
+// Those of both.
+inline void StoreIntsAsBytes(BYTE* bytes, Ints first, Ints second) {
+    const __m128i words = _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
+}
 // Clamped to 16 bits with sign.
 inline void StoreIntsAsWords(BYTE* words, Ints value) {
     const auto ints = reinterpret_cast<__m128i>(value);
