@@ -17,12 +17,12 @@ struct FilterCall {
     const Area& area;
     RowRing ring;
     int filteredRow = -1;
+    int straightRows = 0; // filtered into the picture at once: what kernels write behind them is written over later
 };
 
-void FilterPlane(const FilterCall& call, const FilterRow& at, Plane plane) {
+void FilterPlane(const FilterCall& call, const FilterRow& at, Plane plane, BYTE* result) {
     const int begin = call.area.rect.left * at.step;
     const int count = call.area.rect.Width() * at.step;
-    BYTE* const result = call.ring.results[plane];
     if (call.filter.channels[plane] || call.ring.kind == RowKind::kGrey) {
         call.filter.filterSamples(call.filter.context, at, plane, begin, count, result);
     } else {
@@ -42,7 +42,7 @@ void FilterWholeRow(FilterCall& call, int row) {
     }
     const int planes = call.ring.kind == RowKind::kPlanar ? 3 : 1;
     for (int plane = 0; plane < planes; ++plane) {
-        FilterPlane(call, at, static_cast<Plane>(plane));
+        FilterPlane(call, at, static_cast<Plane>(plane), results[plane]);
     }
 }
 
@@ -110,7 +110,12 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
     if (!MakeRowRing(source, filter, area.rect.Width(), call.ring)) {
         return nullptr;
     }
+    call.straightRows = call.ring.kind == RowKind::kPacked ? RowsToRead(source, 0) : 0;
     const auto write = [&](int row, int column, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
+        if (row < call.straightRows && count == area.rect.Width()) {
+            FilterPlane(call, MoveTo(call.ring, row), kBlue, resultPixels);
+            return;
+        }
         if (call.filteredRow != row) { // rows without a pixel of the area are never filtered
             FilterWholeRow(call, row);
             call.filteredRow = row;
