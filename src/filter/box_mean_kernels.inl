@@ -4,14 +4,13 @@ namespace narrow {
 #include "simd/lanes_16_bytes.inl"
 } // namespace narrow
 
+#include "simd/word_rows.inl"
+
 // The change of kWordLanes column sums.
 template <class Change>
 inline void ChangeSums(int count, WORD* sums, Change change) {
     for (int i = 0; i < count; i += kWordLanes) {
-        Words sum;
-        __builtin_memcpy(&sum, sums + i, sizeof sum);
-        sum += change(i);
-        __builtin_memcpy(sums + i, &sum, sizeof sum);
+        StoreWords(sums + i, LoadWords(sums + i) + change(i));
     }
 }
 
@@ -25,16 +24,10 @@ void Slide(const BYTE* added, const BYTE* removed, int count, WORD* sums) {
     }
 }
 
-inline Words LoadSums(const WORD* sums) {
-    Words result;
-    __builtin_memcpy(&result, sums, sizeof result);
-    return result;
-}
-
 inline Words BoxSums(const WORD* sums, int radius, int step) {
-    Words box = LoadSums(sums);
+    Words box = LoadWords(sums);
     for (int k = 1; k <= radius; ++k) {
-        box += LoadSums(sums - std::ptrdiff_t{k} * step) + LoadSums(sums + std::ptrdiff_t{k} * step);
+        box += LoadWords(sums - std::ptrdiff_t{k} * step) + LoadWords(sums + std::ptrdiff_t{k} * step);
     }
     return box;
 }

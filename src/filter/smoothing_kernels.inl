@@ -1,6 +1,7 @@
 // Compiled once per target, see each_target.h.
 
 #include "filter/medians.inl"
+#include "simd/word_rows.inl"
 
 void Means(const BYTE* samples, int step, int count, BYTE* result) {
     const Words third = BroadcastWord(0x5556); // of sums up to 3 * 255, exact
@@ -33,8 +34,7 @@ inline void MediansOf(const BYTE* own, const BYTE* row1, const BYTE* row2, int s
         const Bytes high = Max(Max(left.high, right.high), kMissing ? first : between.middle);
         const Bytes beyond =
             SubtractSaturated(Max(SubtractSaturated(high, centre), SubtractSaturated(centre, low)), limit);
-        const auto kept = reinterpret_cast<Bytes>(beyond == smallest);
-        StoreBytes(result + i, (centre & kept) | (MedianOfColumns(left, between, right) & ~kept));
+        StoreBytes(result + i, beyond == smallest ? centre : MedianOfColumns(left, between, right));
     }
 }
 
@@ -49,50 +49,74 @@ void Medians(const RowsOfThree& around, int step, int threshold, int count, BYTE
     }
 }
 
-// Sample * 16 + place: no two keys are equal, so any way of sorting ranks equal samples by their place.
-inline void LoadKeys(const BYTE* row, int place, Words* keys) {
-    for (int k = 0; k < 3; ++k) {
-        keys[k] = LoadBytesAsWords(row + k - 1) << 4 | BroadcastWord(place + k);
+// Sample * 16 + place: no two keys are equal, so any way of sorting ranks equal samples by their place. Columns are
+// sorted once, by keys that do not tell the column yet.
+constexpr int kSortedColumns = 256 + kWordLanes;
+
+struct alignas(64) SortedColumns {
+    WORD low[kSortedColumns];
+    WORD middle[kSortedColumns]; // with two rows the upper one
+    WORD high[kSortedColumns];   // with two rows nothing
+};
+
+inline Words LoadKeys(const BYTE* row, int place) {
+    return LoadBytesAsWords(row) << 4 | BroadcastWord(place);
+}
+
+template <bool kMissing>
+inline void SortColumns(RowsOfThree around, int begin, int count, SortedColumns& columns) {
+    const BYTE* const own = around.rows[1] + begin;
+    const bool isBelow = around.rows[0] != nullptr;
+    const BYTE* const other = around.rows[isBelow ? 0 : 2] + begin; // the only one, where one is missing
+    for (int i = 0; i < count; i += kWordLanes) {
+        const Words keys = LoadKeys(own + i, 4);
+        if constexpr (kMissing) {
+            const Words others = LoadKeys(other + i, isBelow ? 0 : 8);
+            StoreWords(columns.low + i, Min(keys, others));
+            StoreWords(columns.middle + i, Max(keys, others));
+        } else {
+            const Sorted<Words> sorted = Sort(LoadKeys(other + i, 0), keys, LoadKeys(around.rows[2] + begin + i, 8));
+            StoreWords(columns.low + i, sorted.low);
+            StoreWords(columns.middle + i, sorted.middle);
+            StoreWords(columns.high + i, sorted.high);
+        }
     }
 }
 
-// Instead of a row's keys: one that is smaller than any, two that are larger, so that the fifth of nine is the fourth
-// of six.
-inline void LoadNoKeys(Words* keys) {
-    keys[0] = BroadcastWord(-1);
-    keys[1] = BroadcastWord(0x7FFF);
-    keys[2] = BroadcastWord(0x7FFF);
+// The column at a place of the neighbourhood. Instead of a missing row there are a key that is smaller than any and two
+// that are larger, so that the fifth of nine is the fourth of six.
+template <bool kMissing>
+inline Sorted<Words> ColumnAt(const SortedColumns& columns, int i, int place) {
+    const Words at = BroadcastWord(place);
+    const Words low = LoadWords(columns.low + i + place) | at;
+    const Words middle = LoadWords(columns.middle + i + place) | at;
+    if constexpr (kMissing) {
+        return place == 0 ? Sorted<Words>{BroadcastWord(-1), low, middle}
+                          : Sorted<Words>{low, middle, BroadcastWord(0x7FFF)};
+    }
+    return {low, middle, LoadWords(columns.high + i + place) | at};
 }
 
-template <bool kBelow, bool kAbove, class Use>
+template <bool kMissing, class Use>
 inline void EachMedianKey(const RowsOfThree& around, int count, Use use) {
-    const RowsOfThree from = around;
-    for (int i = 0; i < count; i += kWordLanes) {
-        Words keys[9];
-        if constexpr (kBelow) {
-            LoadKeys(from.rows[0] + i, 0, keys);
-        } else {
-            LoadNoKeys(keys);
+    constexpr int kPart = kSortedColumns - kWordLanes;
+    SortedColumns columns;
+    for (int done = 0; done < count; done += kPart) {
+        const int part = std::min(count - done, kPart);
+        SortColumns<kMissing>(around, done - 1, part + 2, columns);
+        for (int i = 0; i < part; i += kWordLanes) {
+            use(done + i, MedianOfColumns(ColumnAt<kMissing>(columns, i, 0), ColumnAt<kMissing>(columns, i, 1),
+                                          ColumnAt<kMissing>(columns, i, 2)));
         }
-        LoadKeys(from.rows[1] + i, 4, keys + 3);
-        if constexpr (kAbove) {
-            LoadKeys(from.rows[2] + i, 8, keys + 6);
-        } else {
-            LoadNoKeys(keys + 6);
-        }
-        use(i, MedianOfColumns(Sort(keys[0], keys[3], keys[6]), Sort(keys[1], keys[4], keys[7]),
-                               Sort(keys[2], keys[5], keys[8])));
     }
 }
 
 template <class Use>
 inline void ForEachMedianKey(const RowsOfThree& around, int count, Use use) {
-    if (around.rows[0] == nullptr) {
-        EachMedianKey<false, true>(around, count, use);
-    } else if (around.rows[2] == nullptr) {
-        EachMedianKey<true, false>(around, count, use);
+    if (around.rows[0] == nullptr || around.rows[2] == nullptr) {
+        EachMedianKey<true>(around, count, use);
     } else {
-        EachMedianKey<true, true>(around, count, use);
+        EachMedianKey<false>(around, count, use);
     }
 }
 
