@@ -3,21 +3,13 @@
 #include "canvas.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstring>
 
 #include "system/screen.h"
 #include "system/text.h"
 #include "texts.h"
 
 namespace {
-
-// The header of a part of the rows of a picture: colour table and channel masks included.
-struct PartHeader {
-    BITMAPINFOHEADER header;
-    std::array<RGBQUAD, 256> table;
-};
 
 struct Span {
     int from;
@@ -44,7 +36,7 @@ Preview Canvas::Whole() const {
     return {level.picture, 0, 0, static_cast<double>(locked.Width()) / size_.width, false};
 }
 
-// Straight from the packed picture: the rows that are to be seen are a picture of their own to the system.
+// Straight from the packed picture, the pixels that are to be seen.
 void Canvas::PaintPicture(HDC device, const RECT& clip, const Preview& shown) const {
     const LockedPicture picture(*shown.image);
     const Position origin = view_.ToClient({shown.left, shown.top});
@@ -54,19 +46,12 @@ void Canvas::PaintPicture(HDC device, const RECT& clip, const Preview& shown) co
     if (columns.from >= columns.to || rows.from >= rows.to) {
         return;
     }
-    PartHeader part{};
-    std::memcpy(&part, picture.Bytes(), std::min(sizeof part, picture.PixelOffset()));
-    part.header.biHeight = rows.to - rows.from;
-    part.header.biSizeImage = 0;
-    const BYTE* const lowest = picture.RowFromTop(static_cast<std::size_t>(rows.to) - 1);
-    const int left = Rounded(origin.x + columns.from * scale);
-    const int top = Rounded(origin.y + rows.from * scale);
+    const RECT from{columns.from, rows.from, columns.to, rows.to};
+    const RECT to{Rounded(origin.x + columns.from * scale), Rounded(origin.y + rows.from * scale),
+                  Rounded(origin.x + columns.to * scale), Rounded(origin.y + rows.to * scale)};
     const int saved = SaveDC(device);
     IntersectClipRect(device, clip.left, clip.top, clip.right, clip.bottom);
-    SetStretchBltMode(device, COLORONCOLOR);
-    StretchDIBits(device, left, top, Rounded(origin.x + columns.to * scale) - left,
-                  Rounded(origin.y + rows.to * scale) - top, columns.from, 0, columns.to - columns.from,
-                  rows.to - rows.from, lowest, reinterpret_cast<const BITMAPINFO*>(&part), DIB_RGB_COLORS, SRCCOPY);
+    PaintPixels(device, to, picture.Bytes(), from);
     RestoreDC(device, saved);
 }
 

@@ -152,16 +152,32 @@ void DrawPicture(HDC device, const ViewMapping& mapping, const PlacedPicture& pl
     const POINT from = InClient(mapping, placed.corner);
     const POINT to = InClient(mapping, {placed.corner.x + placed.size.width, placed.corner.y + placed.size.height});
     const auto* const bytes = static_cast<const BYTE*>(GlobalLock(placed.picture));
-    if (bytes == nullptr) {
-        return;
+    if (bytes != nullptr) {
+        const auto& header = *reinterpret_cast<const BITMAPINFOHEADER*>(bytes);
+        PaintPixels(device, {from.x, from.y, to.x, to.y}, bytes, {0, 0, header.biWidth, header.biHeight});
+        GlobalUnlock(placed.picture);
     }
-    const auto& info = *reinterpret_cast<const BITMAPINFO*>(bytes);
-    const BITMAPINFOHEADER& header = info.bmiHeader;
-    const int mode = SetStretchBltMode(device, COLORONCOLOR);
-    StretchDIBits(device, from.x, from.y, to.x - from.x, to.y - from.y, 0, 0, header.biWidth, header.biHeight,
-                  bytes + sizeof header + GetDibPalSize(bytes), &info, DIB_RGB_COLORS, SRCCOPY);
-    SetStretchBltMode(device, mode);
-    GlobalUnlock(placed.picture);
+}
+
+// The header of a part of the rows of a picture: colour table and channel masks included.
+struct PartHeader {
+    BITMAPINFOHEADER header;
+    std::array<RGBQUAD, 256> table;
+};
+
+// What the runs cover, as a picture of one bit.
+HBITMAP BitsOf(const std::vector<RECT>& runs, int width, int height) {
+    const auto stride = static_cast<std::size_t>((width + 15) / 16 * 2);
+    std::vector<BYTE> bits(stride * static_cast<std::size_t>(height));
+    for (const RECT& run : runs) {
+        for (LONG y = run.top; y < run.bottom; ++y) {
+            BYTE* const row = bits.data() + static_cast<std::size_t>(y) * stride;
+            for (LONG x = run.left; x < run.right; ++x) {
+                row[x / 8] = static_cast<BYTE>(row[x / 8] | 0x80 >> x % 8);
+            }
+        }
+    }
+    return CreateBitmap(width, height, 1, 1, bits.data());
 }
 
 } // namespace
@@ -181,17 +197,46 @@ void PaintEdges(HDC device, const ViewMapping& mapping, const SelectionEdges& ed
     if (edges.runs.empty()) {
         return;
     }
-    // As one region: there may be very many.
-    std::vector<BYTE> bytes(sizeof(RGNDATAHEADER) + edges.runs.size() * sizeof(RECT));
-    const RGNDATAHEADER header{
-        sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(edges.runs.size()), 0, {0, 0, 32767, 32767}};
-    std::memcpy(bytes.data(), &header, sizeof header);
-    std::memcpy(bytes.data() + sizeof header, edges.runs.data(), edges.runs.size() * sizeof(RECT));
-    const HRGN region =
-        ExtCreateRegion(nullptr, static_cast<DWORD>(bytes.size()), reinterpret_cast<const RGNDATA*>(bytes.data()));
+    // There may be very many. As a picture they take no longer than few.
+    int width = 0;
+    int height = 0;
+    for (const RECT& run : edges.runs) {
+        width = std::max(width, static_cast<int>(run.right));
+        height = std::max(height, static_cast<int>(run.bottom));
+    }
+    constexpr DWORD kBrushWhereSet = 0x00E20746; // DSPDxax
     const Stripes stripes(antStep);
-    FillRgn(device, region, stripes.Brush());
-    DeleteObject(region);
+    const HDC memory = CreateCompatibleDC(device);
+    {
+        const Selected bits(memory, BitsOf(edges.runs, width, height));
+        const HGDIOBJ before = SelectObject(device, stripes.Brush());
+        BitBlt(device, 0, 0, width, height, memory, 0, 0, kBrushWhereSet);
+        SelectObject(device, before);
+    }
+    DeleteDC(memory);
+}
+
+void PaintPixels(HDC device, const RECT& to, const BYTE* packed, const RECT& from) {
+    const std::size_t offset = sizeof(BITMAPINFOHEADER) + static_cast<std::size_t>(GetDibPalSize(packed));
+    PartHeader part{};
+    std::memcpy(&part, packed, std::min(sizeof part, offset));
+    BITMAPINFOHEADER& header = part.header;
+    const auto stride = static_cast<LONG>(RowBytes(header.biBitCount, static_cast<std::uint64_t>(header.biWidth)));
+    const BYTE* const lowest =
+        packed + offset + static_cast<std::size_t>(stride) * static_cast<std::size_t>(header.biHeight - from.bottom);
+    // A picture that becomes much smaller is taken for one whose rows are several rows of it, of which only the first
+    // is looked at: the system reads all that it is given, however little of it will be seen.
+    const LONG rows = from.bottom - from.top;
+    const LONG every = std::max<LONG>(1, rows / std::max<LONG>(1, to.bottom - to.top));
+    if (every > 1) {
+        header.biWidth = static_cast<LONG>(std::int64_t{stride} * every * 8 / header.biBitCount);
+    }
+    header.biHeight = rows / every;
+    header.biSizeImage = 0;
+    const int mode = SetStretchBltMode(device, COLORONCOLOR);
+    StretchDIBits(device, to.left, to.top, to.right - to.left, to.bottom - to.top, from.left, 0, from.right - from.left,
+                  header.biHeight, lowest, reinterpret_cast<const BITMAPINFO*>(&part), DIB_RGB_COLORS, SRCCOPY);
+    SetStretchBltMode(device, mode);
 }
 
 HCURSOR SystemCursor(ToolCursor cursor) {

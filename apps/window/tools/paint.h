@@ -16,6 +16,9 @@ void PaintFigure(HDC device, const ViewMapping& mapping, const Figure& figure, i
 // The edges of a selection, which move likewise.
 void PaintEdges(HDC device, const ViewMapping& mapping, const SelectionEdges& edges, int antStep);
 
+// The pixels `from` of a packed picture, counted from its upper left corner, stretched to a part of the device.
+void PaintPixels(HDC device, const RECT& to, const BYTE* packed, const RECT& from);
+
 // The cursor of the system that stands for the tool's.
 HCURSOR SystemCursor(ToolCursor cursor);
 
