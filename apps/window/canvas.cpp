@@ -63,7 +63,7 @@ LRESULT Canvas::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         Paint();
         return 0;
     case WM_SIZE:
-        SetView(fits_ ? ::Fit(Room(), Client()) : view_, fits_);
+        SetView(fits_ ? Fitted() : view_, fits_);
         return 0;
     case WM_TIMER:
         MoveAnts();
@@ -114,7 +114,7 @@ void Canvas::Show(SharedLevels levels, const ViewMapping& view, bool fits) {
         const LockedPicture locked(*levels_->Whole());
         size_ = {static_cast<double>(locked.Width()), static_cast<double>(locked.Height())};
     }
-    SetView(fits ? ::Fit(Room(), Client()) : view, fits);
+    SetView(fits ? Fitted() : view, fits);
 }
 
 void Canvas::ImproveLevels(SharedLevels levels) {
@@ -127,6 +127,7 @@ void Canvas::SetPreview(std::optional<Preview> preview) {
     if (preview_ || preview) {
         preview_ = std::move(preview);
         Redraw();
+        Refit();
     }
 }
 
@@ -139,7 +140,7 @@ void Canvas::SetSelection(const Selection& selection) {
 void Canvas::SetTool(Tool* tool) {
     tool_ = tool;
     drag_ = Drag::kNone;
-    SetView(fits_ ? ::Fit(Room(), Client()) : view_, fits_); // a tool may need more room
+    SetView(fits_ ? Fitted() : view_, fits_); // a tool may need more room
 }
 
 void Canvas::ShowDivider(bool shown) {
@@ -165,20 +166,61 @@ Extent Canvas::Client() const {
     return {static_cast<double>(client.right), static_cast<double>(client.bottom)};
 }
 
-Extent Canvas::Room() const {
-    return tool_ != nullptr ? tool_->Room(size_) : size_;
+// What there is to see. A view that fits has room for results that lie beside the picture or are larger.
+Box Canvas::Room() const {
+    const Extent alone = tool_ != nullptr ? tool_->Room(size_) : size_;
+    Box room{0, 0, alone.width, alone.height};
+    if (fits_ && preview_) {
+        const LockedPicture shown(*preview_->image);
+        room.left = std::min(room.left, preview_->left);
+        room.top = std::min(room.top, preview_->top);
+        room.right = std::max(room.right, preview_->left + static_cast<double>(shown.Width()) / preview_->scale);
+        room.bottom = std::max(room.bottom, preview_->top + static_cast<double>(shown.Height()) / preview_->scale);
+    }
+    return room;
+}
+
+ViewMapping Canvas::Fitted() const {
+    const Box room = Room();
+    const ViewMapping view = ::Fit({room.Width(), room.Height()}, Client());
+    return {view.scale, view.left - std::floor(room.left * view.scale), view.top - std::floor(room.top * view.scale)};
+}
+
+ViewMapping Canvas::Clamped(ViewMapping view) const {
+    const Box room = Room();
+    const Position corner{std::floor(room.left * view.scale), std::floor(room.top * view.scale)};
+    view = Clamp({view.scale, view.left + corner.x, view.top + corner.y}, {room.Width(), room.Height()}, Client());
+    return {view.scale, view.left - corner.x, view.top - corner.y};
+}
+
+// Not while something is dragged, which would go away under the pointer; and not for less than previews at two levels
+// differ by.
+void Canvas::Refit() {
+    constexpr double kEnough = 4;
+    if (!fits_ || levels_ == nullptr || drag_ != Drag::kNone) {
+        return;
+    }
+    const ViewMapping fitted = Fitted();
+    const Position corner = fitted.ToClient({size_.width, size_.height});
+    const Position before = view_.ToClient({size_.width, size_.height});
+    const double moved = std::max({std::abs(fitted.left - view_.left), std::abs(fitted.top - view_.top),
+                                   std::abs(corner.x - before.x), std::abs(corner.y - before.y)});
+    if (moved > kEnough) {
+        SetView(fitted, true);
+    }
 }
 
 void Canvas::SetView(const ViewMapping& view, bool fits) {
-    view_ = levels_ != nullptr ? Clamp(view, Room(), Client()) : view;
     fits_ = fits;
+    view_ = levels_ != nullptr ? Clamped(view) : view;
     edges_.reset();
     Redraw();
     owner_.ViewChanged();
 }
 
 void Canvas::Fit() {
-    SetView(::Fit(Room(), Client()), true);
+    fits_ = true; // so that the preview counts
+    SetView(Fitted(), true);
 }
 
 void Canvas::Zoom(double scale) {
@@ -329,6 +371,9 @@ void Canvas::ToTool(UINT message, WPARAM wParam, Position at) {
     if (tool_->Mouse({kind, view_.ToPicture(at), Reach(), (wParam & MK_SHIFT) != 0})) {
         Redraw();
         owner_.ToolChanged();
+    }
+    if (kind == Kind::kRelease) {
+        Refit();
     }
 }
 

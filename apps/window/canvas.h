@@ -6,6 +6,7 @@
 
 #include "model/effect_run.h"
 #include "system/handles.h"
+#include "tools/box.h"
 #include "tools/paint.h"
 
 // Told what happens in the canvas.
@@ -76,7 +77,10 @@ private:
     bool Key(WPARAM key);
     void SetView(const ViewMapping& view, bool fits);
     Extent Client() const;
-    Extent Room() const;
+    Box Room() const;
+    ViewMapping Fitted() const;
+    ViewMapping Clamped(ViewMapping view) const;
+    void Refit();
     Preview Whole() const;
     double Reach() const;
     int DividerColumn() const;
