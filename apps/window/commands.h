@@ -65,6 +65,7 @@
 #define IDC_EFFECTS 3005
 #define IDC_PARAMETERS 3006
 #define IDC_PREVIEW 3007
+#define IDC_SPLITTER 3008
 
 /* Controls of the parameters: the first parameter of the chosen effect has the numbers from IDC_PARAMETER_FIRST on, and
    each further one those IDC_PARAMETER_STRIDE behind. Which of the parts there are depends on the parameter. */

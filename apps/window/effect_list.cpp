@@ -69,8 +69,8 @@ void EffectList::UseFont(HFONT font) {
 }
 
 void EffectList::Place(int left, int top, int width, int height, int searchHeight, int gap) {
-    MoveWindow(search_, left, top, width, searchHeight, TRUE);
-    MoveWindow(tree_, left, top + searchHeight + gap, width, height - searchHeight - gap, TRUE);
+    MoveWindow(search_, left, top, width, searchHeight, FALSE);
+    MoveWindow(tree_, left, top + searchHeight + gap, width, height - searchHeight - gap, FALSE);
 }
 
 void EffectList::Fill(const std::string& search) {

@@ -11,6 +11,7 @@ class EffectList {
 public:
     explicit EffectList(HWND parent);
 
+    // Draws nothing yet.
     void Place(int left, int top, int width, int height, int searchHeight, int gap);
     void UseFont(HFONT font);
     // Shows what is found by the text of the field.

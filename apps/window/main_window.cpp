@@ -16,8 +16,9 @@
 
 namespace {
 
-constexpr int kPanelWidth = 300; // lengths are in 96ths of an inch
-constexpr int kGap = 6;
+constexpr int kGap = 6;               // lengths are in 96ths of an inch
+constexpr int kLeastWidth = 200;      // of the picture and of the effects
+constexpr int kMostPanelWidth = 4000; // where more stands in the registry, it is not ours
 constexpr int kControlHeight = 23;
 constexpr int kHelpHeight = 34;
 constexpr int kButtonWidth = 84;
@@ -51,11 +52,6 @@ MainWindow::MainWindow() : settings_(LoadSettings()) {
                     CW_USEDEFAULT, CW_USEDEFAULT, std::min(dots(1100), static_cast<int>(screen.right - screen.left)),
                     std::min(dots(760), static_cast<int>(screen.bottom - screen.top)), nullptr,
                     LoadMenuW(description.hInstance, MAKEINTRESOURCEW(1)), description.hInstance, this);
-}
-
-MainWindow::~MainWindow() {
-    task_.Stop();
-    task_.Finish();
 }
 
 void MainWindow::Show(int how) {
@@ -144,12 +140,14 @@ LRESULT MainWindow::State(WPARAM what) {
     if (what == QV8WINDOW_PREVIEWS) {
         return previewsPainted_;
     }
-    return task_.IsBusy() || !toOpen_.empty() || levelMaker_.IsBusy() || previewMaker_.IsBusy() || !wayBack_.IsEmpty();
+    return task_.IsBusy() || !toOpen_.empty() || levelMaker_.IsBusy() || previewMaker_.IsBusy() ||
+           !wayBack_.IsEmpty() || panel_->IsBuilding();
 }
 
 void MainWindow::MakeControls() {
     tabs_ = MakeControl(window_, WC_TABCONTROLW, L"", WS_TABSTOP | WS_CLIPSIBLINGS | TCS_FOCUSNEVER, IDC_TABS);
     canvas_ = std::make_unique<Canvas>(window_, *this);
+    splitter_ = std::make_unique<Splitter>(window_, *this);
     list_ = std::make_unique<EffectList>(window_);
     help_ = MakeControl(window_, WC_STATICW, Text(IDS_NO_EFFECT), SS_LEFT | SS_NOPREFIX, -1);
     panel_ = std::make_unique<ParameterPanel>(window_, *this);
@@ -184,15 +182,35 @@ void MainWindow::Layout() {
     GetWindowRect(status_, &status);
     const Dots dots(window_);
     const int height = static_cast<int>(client.bottom - (status.bottom - status.top));
-    const int panel = std::min(dots(kPanelWidth), static_cast<int>(client.right) / 2);
+    const int panel = PanelWidth();
     const int left = static_cast<int>(client.right) - panel;
+    const int bar = dots(kGap);
     const int tabs = documents_.empty() ? 0 : dots(kTabHeight);
-    MoveWindow(tabs_, 0, 0, left, tabs, TRUE);
-    MoveWindow(canvas_->Window(), 0, tabs, left, std::max(0, height - tabs), TRUE);
-    LayoutPanel(left, 0, panel, height);
+    MoveWindow(tabs_, 0, 0, left, tabs, FALSE);
+    MoveWindow(canvas_->Window(), 0, tabs, left, std::max(0, height - tabs), FALSE);
+    MoveWindow(splitter_->Window(), left, 0, bar, height, FALSE);
+    LayoutPanel(left + bar, 0, panel - bar, height);
     LayoutStatus(client.right);
-    // Controls that are moved take along what they showed, part of which others may have covered.
+    // Once and at the end: controls that draw where they have come to are drawn several times.
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+// As wide as it was made, as far as the window has room.
+int MainWindow::PanelWidth() const {
+    RECT client;
+    GetClientRect(window_, &client);
+    const Dots dots(window_);
+    const int half = static_cast<int>(client.right) / 2;
+    const int most = std::max(static_cast<int>(client.right) - dots(kLeastWidth), half);
+    const auto wanted = static_cast<int>(std::min<DWORD>(settings_.panelWidth, kMostPanelWidth));
+    return std::clamp(dots(wanted), std::min(dots(kLeastWidth), half), most);
+}
+
+void MainWindow::SplitterMoved(int by) {
+    const int dots = Dots(window_).PerInch();
+    settings_.panelWidth = static_cast<DWORD>(std::max(0, MulDiv(PanelWidth() - by, 96, dots)));
+    settings_.panelWidth = static_cast<DWORD>(MulDiv(PanelWidth(), 96, dots));
+    Layout();
 }
 
 void MainWindow::LayoutPanel(int left, int top, int width, int height) {
@@ -206,13 +224,13 @@ void MainWindow::LayoutPanel(int left, int top, int width, int height) {
     const int listHeight = std::max(2 * control, (buttons - top) * 40 / 100);
     list_->Place(left, top, width, listHeight, control, gap);
     const int help = top + listHeight + gap;
-    MoveWindow(help_, left, help, width, dots(kHelpHeight), TRUE);
+    MoveWindow(help_, left, help, width, dots(kHelpHeight), FALSE);
     const int panel = help + dots(kHelpHeight) + gap;
-    MoveWindow(panel_->Window(), left - gap, panel, width + 2 * gap, std::max(0, buttons - gap - panel), TRUE);
+    MoveWindow(panel_->Window(), left - gap, panel, width + 2 * gap, std::max(0, buttons - gap - panel), FALSE);
     const int button = dots(kButtonWidth);
-    MoveWindow(apply_, left + width - button, buttons, button, control, TRUE);
-    MoveWindow(reset_, left + width - 2 * button - gap, buttons, button, control, TRUE);
-    MoveWindow(preview_, left, buttons, width - 2 * (button + gap), control, TRUE);
+    MoveWindow(apply_, left + width - button, buttons, button, control, FALSE);
+    MoveWindow(reset_, left + width - 2 * button - gap, buttons, button, control, FALSE);
+    MoveWindow(preview_, left, buttons, width - 2 * (button + gap), control, FALSE);
 }
 
 void MainWindow::LayoutStatus(int width) {

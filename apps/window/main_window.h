@@ -11,15 +11,16 @@
 #include "document.h"
 #include "effect_list.h"
 #include "parameter_panel.h"
+#include "splitter.h"
 #include "system/settings.h"
 #include "system/worker.h"
 
-class MainWindow final : public CanvasOwner, public PanelOwner {
+class MainWindow final : public CanvasOwner, public PanelOwner, public SplitterOwner {
 public:
     MainWindow();
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
-    ~MainWindow() override;
+    ~MainWindow() override = default;
 
     HWND Handle() const {
         return window_;
@@ -38,6 +39,7 @@ private:
     void MakeControls();
     void UseFont();
     void Layout();
+    int PanelWidth() const;
     void LayoutPanel(int left, int top, int width, int height);
     void LayoutStatus(int width);
     void Command(int id, int notification);
@@ -95,6 +97,7 @@ private:
     void ResetEffect();
     void ChangeVersion(bool redo);
     void UndoAll();
+    void KeepToLimit();
     void Apply();
     void Applied(int documentId, const std::string& effect, const PictureSource& before, ChainResult result);
     void AddResult(const PictureSource& before, const std::string& effect, ChainResult result);
@@ -136,6 +139,7 @@ private:
     void ValuesChanged() override;
     std::vector<OpenPicture> OtherPictures() const override;
     void OpenAnother(const std::string& parameter) override;
+    void SplitterMoved(int by) override;
 
     HWND window_ = nullptr;
     HWND tabs_ = nullptr;
@@ -164,6 +168,7 @@ private:
     std::vector<Waiting> toOpen_;
     bool closesAfterTask_ = false;
     std::unique_ptr<Canvas> canvas_;
+    std::unique_ptr<Splitter> splitter_;
     std::unique_ptr<EffectList> list_;
     std::unique_ptr<ParameterPanel> panel_;
     // The threads end first, while all that they may post to is there.

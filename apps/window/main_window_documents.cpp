@@ -56,7 +56,6 @@ void MainWindow::AddDocument(std::unique_ptr<Document> document) {
     documents_.push_back(std::move(document));
     FillTabs();
     GoTo(documents_.size() - 1);
-    Layout();
 }
 
 void MainWindow::FillTabs() {

@@ -53,6 +53,12 @@ bool HaveOneSize(const Picture& picture, const Picture& other) {
     return a.Width() == b.Width() && a.Height() == b.Height();
 }
 
+void Forget(std::vector<Version> versions) {
+    if (!versions.empty()) {
+        FreeElsewhere(std::move(versions));
+    }
+}
+
 } // namespace
 
 EffectSetup* MainWindow::Setup() {
@@ -255,6 +261,7 @@ void MainWindow::EndTask() {
         toOpen_.clear();
         PostMessageW(window_, WM_CLOSE, 0, 0);
     }
+    UpdatePreview();
     wayBack_.Post([this] { LoadNext(); });
 }
 
@@ -306,10 +313,14 @@ void MainWindow::Applied(int documentId, const std::string& effect, const Pictur
     } else if (HaveOneSize(*version.image, *document->Image())) {
         version.selection = document->history.Current().selection;
     }
-    document->history.Add(std::move(version));
+    Forget(document->history.Add(std::move(version)));
     document->RenewLevels();
-    KeepWithin(Histories(), std::uint64_t{settings_.megabytes} << 20);
+    KeepToLimit();
     ShowFront();
+}
+
+void MainWindow::KeepToLimit() {
+    Forget(KeepWithin(Histories(), std::uint64_t{settings_.megabytes} << 20));
 }
 
 void MainWindow::AddResult(const PictureSource& before, const std::string& effect, ChainResult result) {
@@ -329,7 +340,7 @@ void MainWindow::AddResult(const PictureSource& before, const std::string& effec
 bool MainWindow::EditCommand(int id) {
     if (id >= ID_EDIT_MEMORY_FIRST && id <= ID_EDIT_MEMORY_LAST) {
         settings_.megabytes = 128U << (id - ID_EDIT_MEMORY_FIRST);
-        KeepWithin(Histories(), std::uint64_t{settings_.megabytes} << 20);
+        KeepToLimit();
         ShowState();
         return true;
     }

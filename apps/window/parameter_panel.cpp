@@ -21,6 +21,8 @@ constexpr int kGap = 6;
 constexpr int kLabelHeight = 17;
 constexpr int kNumberWidth = 64;
 constexpr int kButtonWidth = 76;
+constexpr UINT kBuildOn = WM_APP + 2;
+constexpr DWORD kPieceMilliseconds = 20;
 
 bool IsFlag(const catalogue::Parameter& parameter) {
     return parameter.kind == Kind::kFlag || parameter.kind == Kind::kChannel;
@@ -78,6 +80,9 @@ LRESULT ParameterPanel::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_HSCROLL:
         Slide(reinterpret_cast<HWND>(lParam));
         return 0;
+    case kBuildOn:
+        Build();
+        return 0;
     case WM_VSCROLL:
         ScrollBy(LOWORD(wParam));
         return 0;
@@ -111,32 +116,65 @@ void ParameterPanel::Show(EffectSetup* setup, Extent picture, HFONT font) {
     picture_ = picture;
     font_ = font;
     rows_.clear();
-    while (HWND const child = GetWindow(window_, GW_CHILD)) {
-        DestroyWindow(child);
+    if (tips_ == nullptr) {
+        tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0,
+                                0, 0, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
     }
-    if (tips_ != nullptr) {
-        DestroyWindow(tips_);
-    }
-    tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0,
-                            0, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
     SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, Dots(window_)(300));
     if (setup_ != nullptr) {
         int id = IDC_PARAMETER_FIRST;
         for (const catalogue::Parameter& parameter : setup_->values.Effect().Parameters()) {
             if (parameter.kind != Kind::kMask) { // comes with the selection of its picture
-                rows_.push_back({&parameter, ScaleFor(parameter, picture_), id, 0, {}});
-                AddRow(rows_.back());
+                rows_.push_back({&parameter, ScaleFor(parameter, picture_), id, false, {}});
             }
             id += IDC_PARAMETER_STRIDE;
         }
     }
     scrolled_ = 0;
-    Layout();
-    Refresh();
-    InvalidateRect(window_, nullptr, TRUE);
+    height_ = Dots(window_)(kGap / 2);
+    isOld_ = true;
+    made_ = 0;
+    Build();
+}
+
+// On a busy machine it takes long to make windows. Other messages get their turn in between.
+void ParameterPanel::Build() {
+    const DWORD begun = GetTickCount();
+    while (IsBuilding()) {
+        if (GetTickCount() - begun >= kPieceMilliseconds) {
+            PostMessageW(window_, kBuildOn, 0, 0);
+            return;
+        }
+        BuildPiece();
+    }
+}
+
+void ParameterPanel::BuildPiece() {
+    if (const HWND old = isOld_ ? GetWindow(window_, GW_CHILD) : nullptr; old != nullptr) {
+        TOOLINFOW tip = {};
+        tip.cbSize = TTTOOLINFOW_V1_SIZE;
+        tip.hwnd = window_;
+        tip.uId = reinterpret_cast<UINT_PTR>(old);
+        SendMessageW(tips_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tip));
+        DestroyWindow(old);
+        return;
+    }
+    isOld_ = false;
+    if (made_ < rows_.size()) {
+        Row& row = rows_[made_++];
+        RECT client;
+        GetClientRect(window_, &client);
+        AddRow(row);
+        height_ = LayoutRow(row, height_, client.right, Dots(window_));
+        RefreshRow(row, nullptr);
+    }
+    if (made_ == rows_.size()) {
+        ShowScrollBar();
+    }
 }
 
 void ParameterPanel::AddRow(Row& row) {
+    row.isMade = true;
     const catalogue::Parameter& parameter = *row.parameter;
     if (IsFlag(parameter)) {
         Add(WC_BUTTONW, LabelOf(parameter), WS_TABSTOP | BS_AUTOCHECKBOX, row.id + IDC_PART_FLAG);
@@ -207,7 +245,7 @@ void ParameterPanel::FillChoices(const Row& row) {
 
 int ParameterPanel::LayoutRow(const Row& row, int top, int width, const Dots& dots) {
     const auto place = [this, &row, &dots](int part, int left, int y, int partWidth, int height) {
-        MoveWindow(Part(row, part), left, y, partWidth, dots(height), TRUE);
+        MoveWindow(Part(row, part), left, y, partWidth, dots(height), FALSE);
     };
     const int left = dots(kGap);
     width -= 2 * left;
@@ -237,10 +275,17 @@ void ParameterPanel::Layout() {
     GetClientRect(window_, &client);
     const Dots dots(window_);
     int top = dots(kGap / 2) - scrolled_;
-    for (const Row& row : rows_) {
-        top = LayoutRow(row, top, client.right, dots);
+    for (std::size_t i = 0; i != made_; ++i) {
+        top = LayoutRow(rows_[i], top, client.right, dots);
     }
     height_ = top + scrolled_;
+    ShowScrollBar();
+}
+
+// And all that has come under it anew.
+void ParameterPanel::ShowScrollBar() {
+    RECT client;
+    GetClientRect(window_, &client);
     SCROLLINFO scroll = {};
     scroll.cbSize = sizeof scroll;
     scroll.fMask = SIF_PAGE | SIF_RANGE | SIF_POS;
@@ -248,6 +293,7 @@ void ParameterPanel::Layout() {
     scroll.nPage = static_cast<UINT>(client.bottom);
     scroll.nPos = scrolled_;
     SetScrollInfo(window_, SB_VERT, &scroll, TRUE);
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void ParameterPanel::Scroll(int to) {
@@ -257,7 +303,6 @@ void ParameterPanel::Scroll(int to) {
     if (to != scrolled_) {
         scrolled_ = to;
         Layout();
-        InvalidateRect(window_, nullptr, TRUE);
     }
 }
 
@@ -293,7 +338,7 @@ std::string ParameterPanel::Mistake() const {
 
 ParameterPanel::Row* ParameterPanel::RowOf(int id) {
     const auto found = std::find_if(rows_.begin(), rows_.end(), [id](const Row& row) {
-        return id >= row.id && id < row.id + IDC_PARAMETER_STRIDE;
+        return row.isMade && id >= row.id && id < row.id + IDC_PARAMETER_STRIDE;
     });
     return found == rows_.end() ? nullptr : &*found;
 }

@@ -47,10 +47,13 @@ public:
         return window_;
     }
 
-    // Makes the controls of an effect, or none. The setup must stay where it is.
+    // Makes the controls of an effect, or none, perhaps in pieces. The setup must stay where it is.
     void Show(EffectSetup* setup, Extent picture, HFONT font);
     // Brings the controls up to date with values that were changed elsewhere.
     void Refresh();
+    bool IsBuilding() const {
+        return isOld_ || made_ < rows_.size();
+    }
     // What cannot be understood of what was typed, or nothing.
     std::string Mistake() const;
 
@@ -59,18 +62,21 @@ private:
         const catalogue::Parameter* parameter;
         std::optional<SliderScale> scale;
         int id; // of its first control
-        int top = 0;
+        bool isMade = false;
         std::string mistake;
     };
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     HWND Add(const wchar_t* windowClass, const std::wstring& text, DWORD style, int id, DWORD extendedStyle = 0);
+    void Build();
+    void BuildPiece();
     void AddRow(Row& row);
     void AddTip(const Row& row);
     void FillChoices(const Row& row);
     void Layout();
     int LayoutRow(const Row& row, int top, int width, const Dots& dots);
+    void ShowScrollBar();
     void Scroll(int to);
     void ScrollBy(WORD request);
     void Command(int id, int notification);
@@ -84,7 +90,7 @@ private:
     void DrawColour(const DRAWITEMSTRUCT& item) const;
     Row* RowOf(int id);
     HWND Part(const Row& row, int part) const {
-        return GetDlgItem(window_, row.id + part);
+        return row.isMade ? GetDlgItem(window_, row.id + part) : nullptr;
     }
 
     PanelOwner& owner_;
@@ -94,7 +100,9 @@ private:
     Extent picture_;
     HFONT font_ = nullptr;
     std::vector<Row> rows_;
-    int height_ = 0; // of all rows
+    bool isOld_ = false;   // there still are controls of the effect before
+    std::size_t made_ = 0; // rows that have their controls
+    int height_ = 0;       // of these rows
     int scrolled_ = 0;
     bool isRefreshing_ = false;
 };

@@ -1,6 +1,8 @@
 #include "model/history.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -9,10 +11,13 @@ std::uint64_t Version::Bytes() const {
     return GlobalSize(image->Handle()) + mask;
 }
 
-void History::Add(Version version) {
-    versions_.resize(current_ + 1, Version{});
+std::vector<Version> History::Add(Version version) {
+    const auto undone = versions_.begin() + static_cast<std::ptrdiff_t>(current_) + 1;
+    std::vector<Version> forgotten(std::make_move_iterator(undone), std::make_move_iterator(versions_.end()));
+    versions_.erase(undone, versions_.end());
     versions_.push_back(std::move(version));
     ++current_;
+    return forgotten;
 }
 
 std::uint64_t History::BytesKept() const {
@@ -20,17 +25,12 @@ std::uint64_t History::BytesKept() const {
     return std::accumulate(versions_.begin(), versions_.end(), std::uint64_t{0}, add) - Current().Bytes();
 }
 
-bool History::DropOne() {
-    if (current_ > 0) {
-        versions_.erase(versions_.begin());
-        --current_;
-        return true;
-    }
-    if (versions_.size() > 1) {
-        versions_.pop_back();
-        return true;
-    }
-    return false;
+Version History::DropOne() {
+    const auto farthest = current_ > 0 ? versions_.begin() : versions_.end() - 1;
+    Version dropped = std::move(*farthest);
+    versions_.erase(farthest);
+    current_ -= current_ > 0 ? std::size_t{1} : 0;
+    return dropped;
 }
 
 std::uint64_t BytesKept(std::span<History* const> histories) {
@@ -38,11 +38,11 @@ std::uint64_t BytesKept(std::span<History* const> histories) {
     return std::accumulate(histories.begin(), histories.end(), std::uint64_t{0}, add);
 }
 
-void KeepWithin(std::span<History* const> histories, std::uint64_t mostBytes) {
+std::vector<Version> KeepWithin(std::span<History* const> histories, std::uint64_t mostBytes) {
+    std::vector<Version> forgotten;
     while (BytesKept(histories) > mostBytes) {
         const auto keepsLess = [](const History* a, const History* b) { return a->BytesKept() < b->BytesKept(); };
-        if (!(*std::max_element(histories.begin(), histories.end(), keepsLess))->DropOne()) {
-            return;
-        }
+        forgotten.push_back((*std::max_element(histories.begin(), histories.end(), keepsLess))->DropOne());
     }
+    return forgotten;
 }

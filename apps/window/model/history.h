@@ -36,8 +36,8 @@ public:
         return versions_[current_];
     }
 
-    // What was undone is forgotten.
-    void Add(Version version);
+    // Returns what was undone, which is forgotten.
+    std::vector<Version> Add(Version version);
 
     bool CanUndo() const {
         return current_ > 0;
@@ -67,8 +67,8 @@ public:
     // Of all versions but the current one.
     std::uint64_t BytesKept() const;
 
-    // Forgets the version that is farthest away, the oldest first. Returns whether there was one.
-    bool DropOne();
+    // Forgets the version that is farthest away, the oldest first, and returns it. There must be one.
+    Version DropOne();
 
 private:
     std::vector<Version> versions_;
@@ -76,8 +76,9 @@ private:
     SharedPicture saved_;
 };
 
-// Forgets versions, where most is kept, until all histories together keep no more than that.
-void KeepWithin(std::span<History* const> histories, std::uint64_t mostBytes);
+// Forgets versions, where most is kept, until all histories together keep no more than that, and returns them: large
+// pictures take long to be freed, and the caller may know a better time.
+std::vector<Version> KeepWithin(std::span<History* const> histories, std::uint64_t mostBytes);
 
 std::uint64_t BytesKept(std::span<History* const> histories);
 

@@ -6,6 +6,7 @@ namespace {
 
 constexpr const wchar_t* kFolder = L"Software\\Qv8Effect\\Window";
 constexpr const wchar_t* kPlace = L"Place";
+constexpr const wchar_t* kPanelWidth = L"PanelWidth";
 constexpr const wchar_t* kMegabytes = L"UndoMegabytes";
 constexpr const wchar_t* kPreview = L"Preview";
 constexpr const wchar_t* kDivider = L"Divider";
@@ -68,6 +69,7 @@ Settings LoadSettings() {
     if (settings.place.length != sizeof settings.place) {
         settings.place = {};
     }
+    key.Get(kPanelWidth, REG_DWORD, settings.panelWidth);
     key.Get(kMegabytes, REG_DWORD, settings.megabytes);
     settings.preview = key.GetFlag(kPreview, settings.preview);
     settings.divider = key.GetFlag(kDivider, settings.divider);
@@ -86,6 +88,7 @@ Settings LoadSettings() {
 void SaveSettings(const Settings& settings) {
     const Key key;
     key.Set(kPlace, REG_BINARY, &settings.place, sizeof settings.place);
+    key.SetNumber(kPanelWidth, settings.panelWidth);
     key.SetNumber(kMegabytes, settings.megabytes);
     key.SetNumber(kPreview, settings.preview ? 1 : 0);
     key.SetNumber(kDivider, settings.divider ? 1 : 0);

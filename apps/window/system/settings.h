@@ -9,6 +9,7 @@
 
 struct Settings {
     WINDOWPLACEMENT place{}; // of the main window; its length is 0 when none is kept
+    DWORD panelWidth = 306;  // of the effects beside the picture, in 96ths of an inch
     DWORD megabytes = 512;   // of what undo keeps
     bool preview = true;
     bool divider = false;

@@ -69,8 +69,18 @@ void NewestWorker::Run() {
     }
 }
 
+TaskWorker::~TaskWorker() {
+    Stop();
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+}
+
 void TaskWorker::Start(Work work) {
-    Finish();
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+    isBusy_ = true;
     stop_ = false;
     thread_ = std::thread([this, work = std::move(work)] { work(stop_); });
 }

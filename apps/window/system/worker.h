@@ -6,7 +6,9 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <qv8platform.h>
@@ -61,33 +63,40 @@ private:
     std::thread thread_;
 };
 
+// Lets go of what takes long to be freed on a thread of its own, or here when there can be none.
+template <class Type>
+void FreeElsewhere(Type what) {
+    try {
+        std::thread([held = std::move(what)] {}).detach();
+    } catch (const std::system_error&) {
+    }
+}
+
 // One piece of long work at a time: opening, saving, applying.
 class TaskWorker {
 public:
     TaskWorker() = default;
     TaskWorker(const TaskWorker&) = delete;
     TaskWorker& operator=(const TaskWorker&) = delete;
-    ~TaskWorker() {
-        Finish();
-    }
+    ~TaskWorker();
 
-    // Until Finish(), which its end calls on the thread of the windows.
+    // From Start() to Finish(), both of which are called on the thread of the windows.
     bool IsBusy() const {
-        return thread_.joinable();
+        return isBusy_;
     }
     void Start(Work work);
     // Asks what runs to stop.
     void Stop() {
         stop_ = true;
     }
+    // The work has told its result. Its thread may still free what it used, which nobody waits for.
     void Finish() {
-        if (thread_.joinable()) {
-            thread_.join();
-        }
+        isBusy_ = false;
     }
 
 private:
     std::atomic<bool> stop_ = false;
+    bool isBusy_ = false;
     std::thread thread_;
 };
 
