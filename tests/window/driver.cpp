@@ -109,6 +109,8 @@ TEST_F(WindowDriver, GivesTheBytesOfTheCommandLineForEveryEffect) {
     }
 }
 
+constexpr int kThroughAFile = -1; // no command: the mask is saved and loaded
+
 // What is drawn on the canvas limits the effect, and what is dragged there gives its parameters.
 TEST_F(WindowDriver, DrawsWhatTheCommandLineIsTold) {
     const struct {
@@ -141,6 +143,7 @@ TEST_F(WindowDriver, DrawsWhatTheCommandLineIsTold) {
          {"--ellipse", "20,30,120,110"}},
         {{ID_SELECT_ELLIPSE}, "select-image", "p20,30 m120,110 r120,110", {}, {"--ellipse", "20,30,120,110"}},
         {{ID_SELECT_ALL, ID_SELECT_NONE}, "set-gray", "", {}, {}},
+        {{ID_SELECT_ELLIPSE}, "rgb-rev", "p20,30 m120,110 r120,110", {kThroughAFile}, {"--ellipse", "20,30,120,110"}},
         {{}, "affine", "p25,18 m10,5 r10,5", {}, {"--corners", "10,5 175,18 175,131 25,131"}},
         {{}, "set-secret-image", "p20,30 m120,110 r120,110", {}, {"--text", "Copy 7", "--rect", "20,30,119,109"}},
         {{}, "resize", "p200,75 m120,75 r120,75", {}, {"--width", "120", "--height", "150"}},
@@ -160,11 +163,55 @@ TEST_F(WindowDriver, DrawsWhatTheCommandLineIsTold) {
         }
         ASSERT_NO_FATAL_FAILURE(Gesture(row.gesture));
         for (const int command : row.commandsAfter) {
-            ASSERT_TRUE(window_->Command(command));
+            if (command == kThroughAFile) {
+                ASSERT_TRUE(window_->Hand(QV8WINDOW_SAVE_MASK, folder_.Path("mask.png")));
+                ASSERT_TRUE(window_->Command(ID_SELECT_NONE));
+                ASSERT_TRUE(window_->Hand(QV8WINDOW_LOAD_MASK, folder_.Path("mask.png")));
+            } else {
+                ASSERT_TRUE(window_->Command(command));
+            }
         }
         ASSERT_NO_FATAL_FAILURE(Apply());
         std::vector<std::string> words = row.words;
         words.insert(words.begin(), row.effect);
+        words.push_back(Name("picture.bmp"));
+        ExpectSaved(words, row.gesture);
+        ASSERT_TRUE(window_->Command(ID_EDIT_UNDO));
+    }
+}
+
+// Two points in each of two pictures side by side; a second picture that is dragged, turned and faded.
+TEST_F(WindowDriver, PlacesASecondPicture) {
+    ASSERT_TRUE(window_->Hand(QV8WINDOW_OPEN, folder_.Path("second.bmp")));
+    ASSERT_TRUE(window_->Command(ID_VIEW_PREVIOUS));
+    const struct {
+        const char* effect;
+        const char* second;
+        int width; // of what is to be seen
+        const char* gesture;
+        std::vector<std::string> words;
+    } kCases[] = {
+        {"layer", "--layer", kWidth, "p5,5 m15,25 r15,25 k109 k37", {"--x", "9", "--y", "20", "--opacity", "239"}},
+        {"paste-image",
+         "--pasted",
+         kWidth,
+         "p100,75 m120,90 r120,90 p121,62 m91,90 r91,90 k109 k109",
+         {"--x", "120", "--y", "90", "--angle", "89.05", "--opacity", "223"}},
+        {"panorama", // the second is as high as the first: 10/3 as large, behind a gap of 4
+         "--added",
+         404,
+         "p150,40 r150,40 p154,100 r154,100 p222,42 r222,42 p226,102 r226,102",
+         {"--a1", "150,40", "--a2", "154,100", "--b1", "5,12", "--b2", "6,30"}},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.effect);
+        ChooseEffect(row.effect);
+        ASSERT_TRUE(window_->Choose(window_->Part(0, IDC_PART_CHOICE), L"second.bmp"));
+        ASSERT_TRUE(window_->Command(ID_VIEW_ACTUAL));
+        ASSERT_NO_FATAL_FAILURE(Gesture(row.gesture, row.width));
+        ASSERT_NO_FATAL_FAILURE(Apply());
+        std::vector<std::string> words{row.effect, row.second, Name("second.bmp")};
+        words.insert(words.end(), row.words.begin(), row.words.end());
         words.push_back(Name("picture.bmp"));
         ExpectSaved(words, row.gesture);
         ASSERT_TRUE(window_->Command(ID_EDIT_UNDO));
@@ -232,7 +279,8 @@ TEST_F(WindowDriver, KeepsNothingAndAnswersQuickly) {
     const auto tell = [this](const char* when) {
         const Holdings now = window_->Holds();
         std::cout << when << ": " << now.megabytes << " MB, " << now.gdiObjects << " GDI objects, " << now.windows
-                  << " windows, " << now.userHandles << " user handles\n";
+                  << " windows, " << now.userHandles << " user handles; longest time without an answer so far "
+                  << pinger_->LongestMilliseconds() << " ms\n";
         return now;
     };
     Holdings before = tell("opened");
@@ -251,6 +299,28 @@ TEST_F(WindowDriver, KeepsNothingAndAnswersQuickly) {
     if (!IsMeasured()) { // large pictures are undone no further than memory for it reaches
         ExpectSaved({"copy-image", Name("large.bmp")}, "all undone");
     }
+}
+
+// Whatever else looks at all pixels of a large picture.
+TEST_F(WindowDriver, AnswersQuicklyWhateverItDoes) {
+    Qv8({"resize", "--width", IsMeasured() ? "4000" : "400", "--height", IsMeasured() ? "3000" : "300", QV8_SAMPLE,
+         Name("large.bmp")});
+    ASSERT_TRUE(window_->Hand(QV8WINDOW_OPEN, folder_.Path("large.bmp")));
+    ChooseEffect("emboss");
+    for (const int command : {ID_SELECT_COLOUR, ID_SELECT_INVERT, ID_SELECT_MAKE_MASK, ID_EFFECT_APPLY, ID_EDIT_UNDO,
+                              ID_EDIT_COPY, ID_EDIT_PASTE_NEW, ID_VIEW_PREVIOUS, ID_VIEW_ACTUAL, ID_VIEW_FIT}) {
+        ASSERT_TRUE(window_->Command(command));
+        if (command == ID_SELECT_COLOUR) {
+            ASSERT_NO_FATAL_FAILURE(Gesture("p40,30 r40,30"));
+        }
+        std::cout << command << ": " << pinger_->LongestMilliseconds() << " ms\n";
+    }
+    for (const char* const effect : {"layer", "rotation", "affine", "median"}) {
+        ChooseEffect(effect);
+        ASSERT_TRUE(window_->WaitUntilIdle());
+        std::cout << effect << ": " << pinger_->LongestMilliseconds() << " ms\n";
+    }
+    ExpectSaved({"copy-image", Name("large.bmp")}, "neither changed nor mixed up");
 }
 
 } // namespace

@@ -83,10 +83,14 @@ protected:
         EXPECT_TRUE(folder_.Load("saved.bmp") == folder_.Load("expected.bmp")) << what << ": other bytes";
     }
 
-    // "p10,20 m30,40 r30,40" on the canvas, from an origin there and in units of so many pixels.
+    // "p10,20 m30,40 r30,40 k109" on the canvas, from an origin there and in units of so many pixels; k is a key.
     void Gesture(const std::string& gesture, POINT origin, double across, double down) const {
         std::istringstream words(gesture);
         for (std::string word; words >> word;) {
+            if (word[0] == 'k') {
+                SendMessageW(window_->Control(IDC_CANVAS), WM_KEYDOWN, std::stoul(word.substr(1)), 0);
+                continue;
+            }
             double x = 0;
             double y = 0;
             char comma = 0;
@@ -102,10 +106,10 @@ protected:
     }
 
     // The same in pixels of the picture, which is shown as large as it is, in the middle.
-    void Gesture(const std::string& gesture) const {
+    void Gesture(const std::string& gesture, int width = kWidth) const {
         RECT client{};
         GetClientRect(window_->Control(IDC_CANVAS), &client);
-        Gesture(gesture, {(client.right - kWidth) / 2, (client.bottom - kHeight) / 2}, 1, 1);
+        Gesture(gesture, {(client.right - width) / 2, (client.bottom - kHeight) / 2}, 1, 1);
     }
 
     static constexpr int kWidth = 200; // of the picture
