@@ -1,18 +1,22 @@
-// Freed blocks are kept for the next call by the rules of the native platform (src/platform/memory.cpp), so that the
-// two builds differ by their code and not by what the system takes for fresh pages. The library is part of this
-// program: the slots of the import table that it calls through are defined here, and so come before the system's.
+// Windows' memory is made the native platform's (src/platform/memory.cpp), so that the two builds differ by their code
+// and not by what the systems take for blocks: freed ones are kept for the next call by the same rules, a kept one is
+// cleared only where its zeros are read, and large ones lie in huge pages. The library is part of this program: the
+// slots of the import table that it calls through are defined here, and so come before the system's.
 #include <windows.h>
 
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
 #include "blocks.h"
+#include "pixels/dib.h"
 
 namespace bench {
 namespace {
 
 constexpr SIZE_T kKeptFrom = SIZE_T{64} << 10; // smaller ones the heap keeps itself
 constexpr SIZE_T kKeptLimit = SIZE_T{64} << 20;
+constexpr SIZE_T kHugeFrom = SIZE_T{1} << 20;
 
 struct Kept {
     HGLOBAL block;
@@ -20,31 +24,67 @@ struct Kept {
 };
 std::vector<Kept> kept;
 SIZE_T keptBytes;
+bool isForOverwrite; // the block that is asked for: every byte will be written
 
 template <class Function>
-Function SystemCall(const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), name)));
+Function SystemCall(const char* library, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(library), name)));
 }
 
-HGLOBAL WINAPI Allocate(UINT flags, SIZE_T bytes) {
+// Wine gives no huge pages, and Windows has no way to ask it for them: this asks the Linux below it, whose calls 32-bit
+// programs can make. Where that is not there, or declines, pages stay small.
+void AskForHugePages(HGLOBAL block, SIZE_T bytes) {
+#ifdef __i386__
+    static const bool isWine = SystemCall<FARPROC>("ntdll.dll", "wine_get_version") != nullptr;
+    if (isWine) {
+        constexpr int kMadvise = 219;
+        constexpr int kHugePages = 14;
+        constexpr std::uintptr_t kPage = 4096;
+        const auto begin = reinterpret_cast<std::uintptr_t>(GlobalLock(block));
+        const std::uintptr_t firstPage = begin / kPage * kPage;
+        const std::uintptr_t length = (begin + bytes - firstPage) / kPage * kPage;
+        int result = kMadvise;
+        asm volatile("int $0x80" : "+a"(result) : "b"(firstPage), "c"(length), "d"(kHugePages) : "memory");
+        GlobalUnlock(block);
+    }
+#endif
+}
+
+HGLOBAL TakeKept(SIZE_T bytes) {
     for (auto it = kept.begin(); bytes >= kKeptFrom && it != kept.end(); ++it) {
         if (it->size >= bytes && it->size / 2 <= bytes) {
             const HGLOBAL block = it->block;
             keptBytes -= it->size;
             kept.erase(it);
-            if ((flags & GMEM_ZEROINIT) != 0) {
-                std::memset(GlobalLock(block), 0, bytes);
-                GlobalUnlock(block);
-            }
             return block;
         }
     }
-    static const auto next = SystemCall<HGLOBAL(WINAPI*)(UINT, SIZE_T)>("GlobalAlloc");
-    return next(flags, bytes);
+    return nullptr;
+}
+
+HGLOBAL AllocateNew(UINT flags, SIZE_T bytes) {
+    static const auto next = SystemCall<HGLOBAL(WINAPI*)(UINT, SIZE_T)>("kernel32.dll", "GlobalAlloc");
+    const HGLOBAL block = next(flags, bytes);
+    if (block != nullptr && bytes >= kHugeFrom) {
+        AskForHugePages(block, bytes);
+    }
+    return block;
+}
+
+HGLOBAL WINAPI Allocate(UINT flags, SIZE_T bytes) {
+    const HGLOBAL block = TakeKept(bytes);
+    if (block == nullptr) {
+        return AllocateNew(flags, bytes);
+    }
+    if ((flags & GMEM_ZEROINIT) != 0 && !isForOverwrite) {
+        std::memset(GlobalLock(block), 0, bytes);
+        GlobalUnlock(block);
+    }
+    return block;
 }
 
 HGLOBAL WINAPI Free(HGLOBAL block) {
-    static const auto next = SystemCall<HGLOBAL(WINAPI*)(HGLOBAL)>("GlobalFree");
+    static const auto next = SystemCall<HGLOBAL(WINAPI*)(HGLOBAL)>("kernel32.dll", "GlobalFree");
     const SIZE_T size = GlobalSize(block);
     if (size < kKeptFrom || size > kKeptLimit) {
         return next(block);
@@ -72,4 +112,16 @@ extern decltype(&bench::Allocate) const allocateSlot asm("__imp__GlobalAlloc@8")
 extern decltype(&bench::Free) const freeSlot asm("__imp__GlobalFree@4");
 decltype(&bench::Allocate) const allocateSlot = bench::Allocate;
 decltype(&bench::Free) const freeSlot = bench::Free;
+} // extern "C"
+
+// The linker calls the first one in the place of the library's, which has the second name then (--wrap).
+#define BENCH_WRAPPED(what) "___" #what "__ZN3qv815AllocatePictureEjNS_13InitialPixelsE"
+qv8::LockedBlock AllocatePicture(std::uint32_t bytes, qv8::InitialPixels pixels) asm(BENCH_WRAPPED(wrap));
+qv8::LockedBlock LibraryAllocatePicture(std::uint32_t bytes, qv8::InitialPixels pixels) asm(BENCH_WRAPPED(real));
+
+qv8::LockedBlock AllocatePicture(std::uint32_t bytes, qv8::InitialPixels pixels) {
+    bench::isForOverwrite = pixels != qv8::InitialPixels::kZero;
+    qv8::LockedBlock block = LibraryAllocatePicture(bytes, pixels);
+    bench::isForOverwrite = false;
+    return block;
 }

@@ -117,13 +117,6 @@ FullPalette FullPaletteOf(const DibView& picture) {
     return result;
 }
 
-LockedBlock AllocatePicture(std::uint32_t bytes, InitialPixels pixels) {
-    if (bytes == 0) {
-        return Fail(QV8_STATUS_MEMORY);
-    }
-    return HoldBlock(pixels == InitialPixels::kZero ? GlobalAlloc(GHND, bytes) : AllocateForOverwrite(bytes));
-}
-
 NewPicture CreateDib(const DibDescription& description, InitialPixels pixels) {
     const auto& [bitCount, width, height, colours, coloursUsed] = description;
     const std::uint64_t headerBytes = kHeaderBytes + std::uint64_t{colours} * sizeof(RGBQUAD);
