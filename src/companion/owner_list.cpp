@@ -4,46 +4,60 @@
 
 namespace qv8 {
 
-// The entry with this number; the end when there is none.
-OwnerList::Entry* OwnerList::At(DWORD number) const {
-    Entry* const found = std::lower_bound(Begin(), End(), number,
-                                          [](const Entry& entry, DWORD wanted) { return entry.number < wanted; });
-    return found != End() && found->number == number ? found : End();
-}
-
+// Owners that do not share a place do not share one in a table twice as large either.
 bool OwnerList::Grow() {
-    const std::size_t capacity = std::max<std::size_t>(2 * capacity_, 16);
-    auto* const moved = static_cast<Entry*>(std::malloc(capacity * sizeof(Entry)));
-    if (moved == nullptr) {
+    std::unique_ptr<Table> table(new Table);
+    if (!table) {
         return false;
     }
-    std::copy(Begin(), End(), moved);
-    entries_.reset(moved);
-    capacity_ = capacity;
+    Table* const smaller = table_.load(std::memory_order_relaxed);
+    table->capacity = smaller != nullptr ? 2 * smaller->capacity : 16;
+    table->entries.reset(static_cast<Entry*>(std::malloc(table->capacity * sizeof(Entry))));
+    if (!table->entries) {
+        return false;
+    }
+    std::uninitialized_value_construct_n(table->entries.get(), table->capacity);
+    if (smaller != nullptr) {
+        std::for_each_n(smaller->entries.get(), smaller->capacity, [&](const Entry& entry) {
+            const DWORD number = entry.number.load(std::memory_order_relaxed);
+            if (number != 0) {
+                table->At(number).Fill(number, entry.Owner());
+            }
+        });
+    }
+    table->smaller.reset(smaller);
+    table_.store(table.release(), std::memory_order_release);
     return true;
 }
 
+// A number whose place is taken is passed over.
 DWORD OwnerList::Add(const ProgressOwner& owner) {
     const LockScope scope(lock_);
-    if (nextNumber_ == 0 || (count_ == capacity_ && !Grow())) {
+    const Table* const table = table_.load(std::memory_order_relaxed);
+    if ((table == nullptr || count_ == table->capacity / 2) && !Grow()) {
         return 0;
     }
-    entries_[count_++] = {nextNumber_, owner};
-    return nextNumber_++;
-}
-
-ProgressOwner OwnerList::Find(DWORD number) {
-    const LockScope scope(lock_);
-    const Entry* const found = At(number);
-    return found != End() ? found->owner : ProgressOwner{};
+    while (nextNumber_ != 0) {
+        const DWORD number = nextNumber_++;
+        Entry& entry = table_.load(std::memory_order_relaxed)->At(number);
+        if (entry.number.load(std::memory_order_relaxed) == 0) {
+            entry.Fill(number, owner);
+            ++count_;
+            return number;
+        }
+    }
+    return 0;
 }
 
 void OwnerList::Remove(DWORD number) {
     const LockScope scope(lock_);
-    Entry* const found = At(number);
-    if (found != End()) {
-        std::copy(found + 1, End(), found);
-        --count_;
+    const Table* const table = table_.load(std::memory_order_relaxed);
+    if (table != nullptr && number != 0) {
+        Entry& entry = table->At(number);
+        if (entry.number.load(std::memory_order_relaxed) == number) {
+            entry.number.store(0, std::memory_order_relaxed);
+            --count_;
+        }
     }
 }
 
