@@ -38,6 +38,11 @@ void CopyAround(const DibView& base, int row, const Span& columns, BYTE* result)
     std::memcpy(result + end, source + end, base.stride - end);
 }
 
+// Pixels that are copied, not computed; their places are turned by quarters only.
+bool CopiesExactly(const Pasting& pasting) {
+    return pasting.placement.isExact && pasting.copies;
+}
+
 bool PasteRows(Pasting& pasting, const NewPicture& result, const Progress& progress) {
     const int height = result.view.height;
     PasteGuesses guesses;
@@ -76,12 +81,14 @@ HGLOBAL PasteImage(HGLOBAL baseImage, const ImageSet& pastedImages, const PasteO
     if (!ReportExchanges(pasted.image.view.height, options.mirror, options.flip, progress)) {
         return nullptr;
     }
-    Pasting pasting = {};
+    Pasting pasting;
     if (!MakePasting(base.view, pasted.image.view, pasted.Mask(), options, pasting)) {
         return nullptr;
     }
     NewPicture result = DuplicateDib(base.view, InitialPixels::kUnwritten);
-    return result && PasteRows(pasting, result, progress) ? result.Release() : nullptr;
+    const auto paste = [&] { return PasteRows(pasting, result, progress); };
+    const bool done = result && (CopiesExactly(pasting) ? progress.RunWithoutFloats(paste) : paste());
+    return done ? result.Release() : nullptr;
 }
 
 } // namespace qv8

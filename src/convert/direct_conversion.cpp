@@ -1,11 +1,12 @@
 // Conversions that look at one pixel at a time and need no colour to be chosen.
+#include <algorithm>
 #include <cstring>
+#include <numeric>
 
 #include "convert/convert_color.h"
 #include "frame/rows.h"
 #include "pixels/indices.h"
 #include "pixels/luminance_kernels.h"
-#include "pixels/pixel_fill.h"
 #include "pixels/pixel_format.h"
 #include "pixels/pixel_unit.h"
 #include "pixels/planar_chunks.h"
@@ -16,10 +17,12 @@ namespace {
 // Runs `convert(sourceRow, resultRow)` over all rows and clears what pads them. False when cancelled.
 template <class Convert>
 bool ConvertRows(const DibView& source, const NewPicture& result, const Progress& progress, Convert convert) {
-    return ForEachRow(source.height, progress, [&](int row) {
-        BYTE* const resultRow = result.Row(row);
-        convert(source.Row(row), resultRow);
-        ClearPadding(result.view, resultRow);
+    return progress.RunWithoutFloats([&] {
+        return ForEachRow(source.height, progress, [&](int row) {
+            BYTE* const resultRow = result.Row(row);
+            convert(source.Row(row), resultRow);
+            ClearPadding(result.view, resultRow);
+        });
     });
 }
 
@@ -45,19 +48,28 @@ struct IndexTable {
     DWORD values[256];
 };
 
-DWORD ValueOf(const RGBQUAD& colour, unsigned index, int depth) {
-    if (depth == QV8_DEPTH_GREY) {
-        return GreyLevelOf(colour);
+// The pixels of all entries, encoded at once.
+void PackEntries(const FullPalette& palette, const PixelLayout& layout, IndexTable& table) {
+    PlanarChunk chunk;
+    BYTE pixels[257 * sizeof(DWORD)] = {};
+    ThePixelKernels().bgrx.decode(reinterpret_cast<const BYTE*>(palette.colours), chunk.Row(), 256);
+    (ThePixelKernels().*layout.codec).encode(chunk.Row(), pixels, 256);
+    const DWORD used = 0xFFFFFFFFU >> (32 - layout.bits);
+    for (int i = 0; i != 256; ++i) {
+        std::memcpy(&table.values[i], pixels + std::ptrdiff_t{i} * layout.Bytes(), sizeof(DWORD));
+        table.values[i] &= used;
     }
-    const PixelLayout& layout = *LayoutOfDepth(depth);
-    return layout.IsIndexed() ? index : PackColour(layout, colour);
 }
 
 IndexTable MakeIndexTable(const DibView& source, int depth) {
     const FullPalette palette = FullPaletteOf(source);
     IndexTable table;
-    for (unsigned i = 0; i != 256; ++i) {
-        table.values[i] = ValueOf(palette.colours[i], i, depth);
+    if (depth == QV8_DEPTH_GREY) {
+        std::transform(palette.colours, palette.colours + 256, table.values, GreyLevelOf);
+    } else if (const PixelLayout& layout = *LayoutOfDepth(depth); layout.IsIndexed()) {
+        std::iota(table.values, table.values + 256, DWORD{0});
+    } else {
+        PackEntries(palette, layout, table);
     }
     return table;
 }

@@ -49,9 +49,11 @@ PaletteTwice PaletteTwiceOf(const DibView& result) {
 bool Threshold(const ColourReader& reader, BYTE threshold, MappingRows& rows, const NewPicture& result,
                const Progress& progress) {
     const int width = reader.picture.width;
-    return ForEachRow(reader.picture.height, progress, [&](int row) {
-        const BYTE* const pixels = Pixels24(reader, row, 0, width, rows.packed);
-        TheThresholdKernels().threshold24(pixels, threshold * 3, width, result.Row(row));
+    return progress.RunWithoutFloats([&] {
+        return ForEachRow(reader.picture.height, progress, [&](int row) {
+            const BYTE* const pixels = Pixels24(reader, row, 0, width, rows.packed);
+            TheThresholdKernels().threshold24(pixels, threshold * 3, width, result.Row(row));
+        });
     });
 }
 

@@ -49,11 +49,17 @@ public:
         GiveBack();
     }
 
-    // Calls what may run code of the host: in the host's state, which that code may change for good.
+    // Calls what may run code of the host: in the host's state, which that code may change for good. Within the callee
+    // further calls cost nothing.
     template <class Callee>
     auto Call(Callee callee) {
+        if (isInForce_) {
+            return callee();
+        }
         BeginHostCode();
+        isInForce_ = true;
         auto result = callee();
+        isInForce_ = false;
         EndHostCode();
         return result;
     }
@@ -63,7 +69,7 @@ private:
     void GiveBack() const;
 
 #if defined(__i386__) || defined(__x86_64__)
-    // Nearly every host has the modes we want. What it costs to look counts, for there is a report after each row.
+    // Nearly every host has the modes we want. To look takes longer than all else in the report of a row.
     void BeginHostCode() {
         if (!AreOurs(host_.modes)) {
             GiveBack();
@@ -84,6 +90,7 @@ private:
 #endif
 
     ProcessorState host_;
+    bool isInForce_ = false; // the host's state, not ours
 };
 
 } // namespace qv8

@@ -18,6 +18,13 @@ struct Progress {
         return {caller, from, to};
     }
 
+    // Runs work without a floating-point number in it in the caller's own state of the processor. Its reports find that
+    // in force already, which takes a quarter off the time of the fastest effects.
+    template <class Work>
+    auto RunWithoutFloats(Work work) const {
+        return caller.Call(work);
+    }
+
     // Tells that step `current` of `last` (both from 0) is done. False when the call is to be cancelled; the status is
     // set then, and the worker returns 0.
     bool Report(int current, int last) const {

@@ -14,7 +14,7 @@ inline bool ReportExchanges(int height, bool mirror, bool flip, Progress& progre
     for (const bool isWanted : {mirror, flip}) {
         if (isWanted) {
             progress.toPercent = start + (progress.fromPercent == start ? 5 : 10);
-            if (!ForEachRow(height, progress, [](int) {})) {
+            if (!progress.RunWithoutFloats([&] { return ForEachRow(height, progress, [](int) {}); })) {
                 return false;
             }
             progress.fromPercent = progress.toPercent + 1;

@@ -45,11 +45,12 @@ HGLOBAL CreateImage(int width, int height, int bitDepth, BYTE red, BYTE green, B
     const DibView& view = result.view;
     const RGBQUAD colour = ToFill(view, {blue, green, red, 0});
     FillRow(PackedPatternOf(view, colour), view, result.Row(0));
-    const bool done = ForEachRow(view.height, progress, [&](int row) {
+    const auto repeat = [&](int row) {
         if (row > 0) {
             std::memcpy(result.Row(row), result.Row(0), view.stride);
         }
-    });
+    };
+    const bool done = progress.RunWithoutFloats([&] { return ForEachRow(view.height, progress, repeat); });
     return done ? result.Release() : nullptr;
 }
 
@@ -59,8 +60,10 @@ HGLOBAL CopyImage(HGLOBAL image, const Progress& progress) {
         return nullptr;
     }
     const DibView& view = source.view;
-    return WriteRows(DuplicateDib(view, InitialPixels::kUnwritten), progress,
-                     [&](int row, BYTE* resultRow) { std::memcpy(resultRow, view.Row(row), view.stride); });
+    return progress.RunWithoutFloats([&] {
+        return WriteRows(DuplicateDib(view, InitialPixels::kUnwritten), progress,
+                         [&](int row, BYTE* resultRow) { std::memcpy(resultRow, view.Row(row), view.stride); });
+    });
 }
 
 } // namespace qv8

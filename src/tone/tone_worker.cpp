@@ -56,8 +56,11 @@ HGLOBAL ApplyToPixels(const DibView& source, const Area& area, const ToneEffect&
     const auto write = [&](int /*row*/, int /*column*/, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
         effect.pixels(effect.context, format, sourcePixels, resultPixels, count);
     };
-    const bool done = IsWholeAndGapless(source, area) ? WriteGapless(source, result, progress, write)
-                                                      : WriteArea(source, area, result, progress, write);
+    const auto writeRows = [&] {
+        return IsWholeAndGapless(source, area) ? WriteGapless(source, result, progress, write)
+                                               : WriteArea(source, area, result, progress, write);
+    };
+    const bool done = effect.isFloatless ? progress.RunWithoutFloats(writeRows) : writeRows();
     return done ? result.Release() : nullptr;
 }
 

@@ -14,6 +14,8 @@ struct ToneEffect {
     void (*pixels)(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count);
     // The new colour of a colour-table entry; the reserved byte does not count.
     RGBQUAD (*entry)(const void* context, RGBQUAD colour);
+    // Pixels are rewritten without a floating-point number.
+    bool isFloatless = false;
 };
 
 // Rewrites planar channels in place.

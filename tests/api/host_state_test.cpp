@@ -54,6 +54,7 @@ void Set(const State& state) {
 
 struct Listener {
     State expected;
+    const State* leaves = nullptr; // what it changes the state to for good
     int reports = 0;
     int strange = 0;
 };
@@ -62,6 +63,10 @@ int QV8API Listen(int /*percent*/, void* context) {
     auto* const listener = static_cast<Listener*>(context);
     ++listener->reports;
     listener->strange += Current() == listener->expected ? 0 : 1;
+    if (listener->leaves != nullptr) {
+        listener->expected = *listener->leaves;
+        Set(listener->expected);
+    }
     return 1;
 }
 
@@ -111,6 +116,12 @@ protected:
             differing_[i] += same ? 0 : 1;
             reports_ += listener_.reports;
         }
+        SCOPED_TRACE(std::string(row.name) + ", a callback that changes it");
+        const State& changed = std::rbegin(kEnvironments)->state;
+        listener_ = {Current(), &changed};
+        EXPECT_EQ(CallIn(Current(), row, call, arguments, after), expected);
+        EXPECT_TRUE(after == changed || listener_.reports == 0);
+        EXPECT_LE(listener_.strange, 1); // modes like ours are left alone, and flags with them, until the first report
     }
 
     Listener listener_ = {};
