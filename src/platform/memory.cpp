@@ -1,16 +1,16 @@
 // Movable global memory for systems that have none.
 //
 // A handle is a number that is never used twice and is never an address, so a freed handle, a plain pointer or noise is
-// told from a live block by looking it up. Small blocks come from the heap. Large ones are mapped in huge pages,
-// because touching fresh 4 KiB pages costs more than most effects; a few of them are kept when freed, since a program
-// that applies effects asks for blocks of the same size again and again.
+// told from a live block by looking it up, in the place of a table that the number itself names. Small blocks come from
+// the heap. Large ones are mapped in huge pages, because touching fresh 4 KiB pages costs more than most effects; a few
+// of them are kept when freed, since a program that applies effects asks for blocks of the same size again and again.
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <new>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/memory.h"
@@ -30,12 +30,15 @@ constexpr SIZE_T kMaxBlock = 0x7FFFFFFF;
 constexpr SIZE_T kHugePage = SIZE_T{2} << 20;
 #ifdef QV8_EXACT_BLOCKS
 constexpr SIZE_T kMappedFrom = kMaxBlock + 1; // every block from the heap, where reading past its end is noticed
+constexpr SIZE_T kHeapSlack = 0;
 #else
 constexpr SIZE_T kMappedFrom = SIZE_T{1} << 20;
+constexpr SIZE_T kHeapSlack = 64;
 #endif
 constexpr SIZE_T kKeptLimit = SIZE_T{64} << 20;
-// Where a mapped block begins in its mapping: behind a 40-byte header, the pixels begin on a cache line then.
-constexpr SIZE_T kLead = 64 - sizeof(BITMAPINFOHEADER);
+// Where a block begins in a cache line: behind a 40-byte header, the pixels begin on the next one then.
+constexpr SIZE_T kLine = 64;
+constexpr SIZE_T kLead = kLine - sizeof(BITMAPINFOHEADER);
 
 struct Mapping {
     BYTE* address = nullptr;
@@ -44,10 +47,12 @@ struct Mapping {
 };
 
 struct Block {
-    BYTE* address;
-    SIZE_T size;
-    SIZE_T capacity; // of the mapping; 0 for a block from the heap
-    UINT locks;
+    uintptr_t handle = 0; // 0: a place of the table without a block
+    BYTE* address = nullptr;
+    SIZE_T size = 0;
+    SIZE_T capacity = 0;  // of the mapping; 0 for a block from the heap
+    void* heap = nullptr; // what the heap gave
+    UINT locks = 0;
 };
 
 SIZE_T RoundUp(SIZE_T value, SIZE_T unit) {
@@ -73,6 +78,14 @@ Mapping MapAligned(SIZE_T size) {
     return {begin + lead, capacity, false};
 }
 
+// The place in a block from the heap where the caller's begins.
+BYTE* InLine(BYTE* heap) {
+    if (heap == nullptr || kHeapSlack == 0) {
+        return heap;
+    }
+    return heap + (kLine + kLead - reinterpret_cast<uintptr_t>(heap) % kLine) % kLine;
+}
+
 class Memory {
 public:
     Memory() {
@@ -81,7 +94,8 @@ public:
 
     HGLOBAL Allocate(UINT flags, SIZE_T size) {
         const bool clear = (flags & GMEM_ZEROINIT) != 0;
-        Block block{nullptr, size, 0, 0};
+        Block block;
+        block.size = size;
         if (size >= kMappedFrom) {
             const Mapping mapping = TakeMapping(size + kLead);
             block.capacity = mapping.capacity;
@@ -92,7 +106,8 @@ public:
                 }
             }
         } else if (size != 0) {
-            block.address = static_cast<BYTE*>(clear ? std::calloc(1, size) : std::malloc(size));
+            block.heap = clear ? std::calloc(1, size + kHeapSlack) : std::malloc(size + kHeapSlack);
+            block.address = InLine(static_cast<BYTE*>(block.heap));
 #ifdef QV8_EXACT_BLOCKS
             if (!clear && block.address != nullptr) {
                 std::memset(block.address, 0xCD, size); // a byte that nobody writes shows in the result
@@ -103,30 +118,28 @@ public:
             return nullptr;
         }
         const std::lock_guard guard(mutex_);
-        nextHandle_ += kHandleStep;
-        try {
-            blocks_.emplace(nextHandle_, block);
-            if (block.address != nullptr) {
-                handles_.emplace(block.address, nextHandle_);
-            }
-        } catch (const std::bad_alloc&) {
-            blocks_.erase(nextHandle_);
+        if (count_ > lastPlace_ / 2 && !Grow()) {
             Release(block);
             return nullptr;
         }
+        do { // a number whose place is taken is passed over
+            nextHandle_ += kHandleStep;
+        } while (Place(nextHandle_).handle != 0);
+        block.handle = nextHandle_;
+        Place(nextHandle_) = block;
+        ++count_;
         return reinterpret_cast<HGLOBAL>(nextHandle_);
     }
 
     HGLOBAL Free(HGLOBAL handle) {
         const std::lock_guard guard(mutex_);
-        const auto found = blocks_.find(reinterpret_cast<uintptr_t>(handle));
-        if (found == blocks_.end()) {
+        Block* const found = Find(handle);
+        if (found == nullptr) {
             return handle;
         }
-        const Block block = found->second;
-        blocks_.erase(found);
-        handles_.erase(block.address);
-        Release(block);
+        Release(*found);
+        *found = {};
+        --count_;
         return nullptr;
     }
 
@@ -134,19 +147,48 @@ public:
     template <class Result, class Use>
     Result With(HGLOBAL handle, Result otherwise, Use use) {
         const std::lock_guard guard(mutex_);
-        const auto found = blocks_.find(reinterpret_cast<uintptr_t>(handle));
-        return found == blocks_.end() ? otherwise : use(found->second);
+        Block* const found = Find(handle);
+        return found == nullptr ? otherwise : use(*found);
     }
 
+    // Looks at all blocks, for hardly anybody asks.
     HGLOBAL HandleOf(const void* address) {
         const std::lock_guard guard(mutex_);
-        const auto found = handles_.find(address);
-        return found == handles_.end() ? nullptr : reinterpret_cast<HGLOBAL>(found->second);
+        const auto found = std::find_if(places_.begin(), places_.end(), [address](const Block& block) {
+            return address != nullptr && block.address == address;
+        });
+        return found == places_.end() ? nullptr : reinterpret_cast<HGLOBAL>(found->handle);
     }
 
 private:
     // Odd multiples of two in low memory: nothing is ever mapped there, and no two handles are alike.
     static constexpr uintptr_t kHandleStep = 4;
+
+    Block& Place(uintptr_t handle) {
+        return places_[handle / kHandleStep & lastPlace_];
+    }
+
+    Block* Find(HGLOBAL handle) {
+        const auto number = reinterpret_cast<uintptr_t>(handle);
+        return number != 0 && Place(number).handle == number ? &Place(number) : nullptr;
+    }
+
+    // Blocks that do not share a place do not share one in a table twice as large either.
+    bool Grow() {
+        try {
+            std::vector<Block> smaller(2 * places_.size());
+            smaller.swap(places_);
+            lastPlace_ = places_.size() - 1;
+            for (const Block& block : smaller) {
+                if (block.handle != 0) {
+                    Place(block.handle) = block;
+                }
+            }
+            return true;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    }
 
     Mapping TakeMapping(SIZE_T size) {
         {
@@ -165,7 +207,7 @@ private:
 
     void Release(const Block& block) {
         if (block.capacity == 0) {
-            std::free(block.address);
+            std::free(block.heap);
             return;
         }
         BYTE* const mapping = block.address - kLead;
@@ -183,8 +225,9 @@ private:
     }
 
     std::mutex mutex_;
-    std::unordered_map<uintptr_t, Block> blocks_;
-    std::unordered_map<const void*, uintptr_t> handles_;
+    SIZE_T lastPlace_ = 63;
+    std::vector<Block> places_ = std::vector<Block>(lastPlace_ + 1); // a power of two, of which half are taken at most
+    SIZE_T count_ = 0;
     std::vector<Mapping> kept_;
     SIZE_T keptBytes_ = 0;
     uintptr_t nextHandle_ = 2;
