@@ -49,10 +49,14 @@ PixelPattern PackedPatternOf(const DibView& picture, const RGBQUAD& colour) {
 PixelPattern RepeatPixel(const BYTE* pixel, std::size_t pixelBytes) {
     PixelPattern pattern;
     std::memcpy(pattern.bytes, pixel, pixelBytes);
-    for (std::size_t filled = pixelBytes; filled < PixelPattern::kBytes; filled *= 2) {
-        std::memcpy(pattern.bytes + filled, pattern.bytes, std::min(filled, PixelPattern::kBytes - filled));
-    }
+    RepeatBytes(pattern.bytes, pixelBytes, PixelPattern::kBytes);
     return pattern;
+}
+
+void RepeatBytes(BYTE* bytes, std::size_t known, std::size_t count) {
+    for (; known < count; known *= 2) {
+        std::memcpy(bytes + known, bytes, std::min(known, count - known));
+    }
 }
 
 void FillPixels(const PixelPattern& pattern, BYTE* result, std::size_t bytes) {

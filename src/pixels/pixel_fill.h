@@ -12,11 +12,14 @@ DWORD PackColour(const PixelLayout& layout, const RGBQUAD& colour);
 
 // One pixel of 8, 16, 24 or 32 bits, or a byte of smaller ones, as many times as fit.
 struct PixelPattern {
-    static constexpr std::size_t kBytes = 3072; // whole pixels at any of these sizes
+    static constexpr std::size_t kBytes = 768; // whole pixels at any of these sizes
     BYTE bytes[kBytes];
 };
 
 PixelPattern RepeatPixel(const BYTE* pixel, std::size_t pixelBytes);
+
+// Repeats the first `known` bytes until there are `count`.
+void RepeatBytes(BYTE* bytes, std::size_t known, std::size_t count);
 
 // A colour in the picture's own layout, in a picture with a table the index of the nearest entry: one by one, as copied
 // pixels are, or packed as in a row.

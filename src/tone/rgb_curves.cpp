@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "pixels/pixel_fill.h"
 #include "tone/curve_kernels.h"
 #include "tone/gamma_curve.h"
 #include "tone/tone_worker.h"
@@ -13,12 +14,11 @@ namespace {
 
 // What one call does to each channel, in the order of memory: blue, green, red.
 struct Curves {
-    CurveTables pixels;  // of pixel channels
-    CurveTables entries; // of colour-table entries
-    bool isShift;        // the tables are these shifts, which vectors do faster
+    bool isShift; // shifts, which vectors do faster; else tables
     ByteShift shifts[3];
     ShiftPattern packed; // the shifts of the bytes of pixels
     ShiftPattern packedWithUnused;
+    CurveTables tables;
 };
 
 const Curves& CurvesOf(const void* context) {
@@ -33,7 +33,7 @@ void CurveChannels(const void* context, const PlanarRow& row, int count) {
         if (curves.isShift) {
             kernels.shiftChannel(curves.shifts[c], channels[c], count);
         } else {
-            kernels.lookUpChannel(curves.pixels.channel[c], channels[c], count);
+            kernels.lookUpChannel(curves.tables.channel[c], channels[c], count);
         }
     }
 }
@@ -47,17 +47,13 @@ void CurvePixels(const void* context, const PixelFormat& format, const BYTE* sou
     } else if (curves.isShift) {
         kernels.shiftBytes(hasUnused ? curves.packedWithUnused : curves.packed, source, result, format.BytesOf(count));
     } else {
-        (hasUnused ? kernels.lookUp32 : kernels.lookUp24)(curves.pixels, source, result, count);
+        (hasUnused ? kernels.lookUp32 : kernels.lookUp24)(curves.tables, source, result, count);
     }
 }
 
 RGBQUAD CurveEntry(const void* context, RGBQUAD colour) {
-    const CurveTables& tables = CurvesOf(context).entries;
-    return {tables.channel[0][colour.rgbBlue], tables.channel[1][colour.rgbGreen], tables.channel[2][colour.rgbRed], 0};
-}
-
-HGLOBAL ApplyCurves(const AreaArguments& area, const Curves& curves, const Progress& progress) {
-    return ApplyTone(area, {&curves, CurvePixels, CurveEntry}, progress);
+    CurveChannels(context, {&colour.rgbBlue, &colour.rgbGreen, &colour.rgbRed}, 1);
+    return colour;
 }
 
 // Truncates toward zero and clamps; a value that is not a number becomes 0.
@@ -71,12 +67,25 @@ BYTE ToByte(Number value) {
 
 // Pixels go through a table kept in single precision; entries of a colour table are computed in double precision to the
 // end. The two differ by one level here and there.
-void SetGammaCurve(double gamma, BYTE* pixels, BYTE* entries) {
+struct GammaCurves {
+    Curves pixels;
+    double gammas[3];
+};
+
+void SetGammaCurve(double gamma, BYTE* table) {
     for (int i = 0; i != 256; ++i) {
-        const double value = GammaCurve(i, gamma);
-        pixels[i] = ToByte(static_cast<float>(value) + 0.5F);
-        entries[i] = ToByte(value + 0.5);
+        table[i] = ToByte(static_cast<float>(GammaCurve(i, gamma)) + 0.5F);
     }
+}
+
+void GammaPixels(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
+    CurvePixels(&static_cast<const GammaCurves*>(context)->pixels, format, source, result, count);
+}
+
+RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
+    const auto& gammas = static_cast<const GammaCurves*>(context)->gammas;
+    const auto entry = [](BYTE level, double gamma) { return ToByte(GammaCurve(level, gamma) + 0.5); };
+    return {entry(colour.rgbBlue, gammas[0]), entry(colour.rgbGreen, gammas[1]), entry(colour.rgbRed, gammas[2]), 0};
 }
 
 // The largest level whose sum with a channel value stays in 32 bits. Sums beyond wrap around to negative values.
@@ -94,63 +103,65 @@ ByteShift LevelShift(LONG level) {
             static_cast<BYTE>(-std::clamp<LONG>(level, -255, 0))};
 }
 
-// Repeats the three shifts along the patterns; a fourth byte is left as it is.
-void SetShifts(Curves& curves) {
-    const auto set = [](ShiftPattern& pattern, std::size_t i, const ByteShift& shift) {
-        pattern.flip[i] = shift.flip;
-        pattern.add[i] = shift.add;
-        pattern.subtract[i] = shift.subtract;
-    };
-    for (std::size_t i = 0; i != ShiftPattern::kLength; ++i) {
-        set(curves.packed, i, curves.shifts[i % 3]);
-        set(curves.packedWithUnused, i, i % 4 == 3 ? ByteShift{} : curves.shifts[i % 4]);
+// Repeats the shifts of a pixel's bytes along the pattern.
+void SetPattern(const ByteShift* shifts, std::size_t bytes, ShiftPattern& pattern) {
+    for (std::size_t i = 0; i != bytes; ++i) {
+        pattern.flip[i] = shifts[i].flip;
+        pattern.add[i] = shifts[i].add;
+        pattern.subtract[i] = shifts[i].subtract;
     }
+    for (BYTE* const part : {pattern.flip, pattern.add, pattern.subtract}) {
+        RepeatBytes(part, bytes, ShiftPattern::kLength);
+    }
+}
+
+// A fourth byte is left as it is.
+HGLOBAL ApplyShifts(const AreaArguments& area, const ByteShift (&shifts)[3], const Progress& progress) {
+    Curves curves;
     curves.isShift = true;
+    const ByteShift withUnused[] = {shifts[0], shifts[1], shifts[2], {}};
+    std::copy_n(shifts, 3, curves.shifts);
+    SetPattern(withUnused, 3, curves.packed);
+    SetPattern(withUnused, 4, curves.packedWithUnused);
+    return ApplyTone(area, {&curves, CurvePixels, CurveEntry, true}, progress);
 }
 
 } // namespace
 
 HGLOBAL RgbGamma(const AreaArguments& area, double gammaRed, double gammaGreen, double gammaBlue,
                  const Progress& progress) {
-    const double gammas[3] = {gammaBlue, gammaGreen, gammaRed};
-    Curves curves = {};
+    GammaCurves curves;
+    curves.gammas[0] = gammaBlue;
+    curves.gammas[1] = gammaGreen;
+    curves.gammas[2] = gammaRed;
+    curves.pixels.isShift = false;
+    BYTE(&tables)[3][256] = curves.pixels.tables.channel;
     for (int c = 0; c != 3; ++c) {
-        if (c != 0 && gammas[c] == gammas[c - 1]) { // 256 powers take longer than a small picture
-            std::copy_n(curves.pixels.channel[c - 1], 256, curves.pixels.channel[c]);
-            std::copy_n(curves.entries.channel[c - 1], 256, curves.entries.channel[c]);
+        if (c != 0 && curves.gammas[c] == curves.gammas[c - 1]) {
+            std::copy_n(tables[c - 1], 256, tables[c]);
         } else {
-            SetGammaCurve(gammas[c], curves.pixels.channel[c], curves.entries.channel[c]);
+            SetGammaCurve(curves.gammas[c], tables[c]);
         }
     }
-    return ApplyCurves(area, curves, progress);
+    return ApplyTone(area, {&curves, GammaPixels, GammaEntry, true}, progress);
 }
 
 HGLOBAL RgbLevel(const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue, const Progress& progress) {
     const LONG levels[3] = {levelBlue, levelGreen, levelRed};
-    Curves curves = {};
-    for (int c = 0; c != 3; ++c) {
-        SetLevelCurve(levels[c], curves.pixels.channel[c]);
-        curves.shifts[c] = LevelShift(levels[c]);
-    }
-    curves.entries = curves.pixels;
     if (*std::max_element(levels, levels + 3) <= kMaxShiftLevel) {
-        SetShifts(curves);
+        return ApplyShifts(area, {LevelShift(levels[0]), LevelShift(levels[1]), LevelShift(levels[2])}, progress);
     }
-    return ApplyCurves(area, curves, progress);
+    Curves curves;
+    curves.isShift = false;
+    for (int c = 0; c != 3; ++c) {
+        SetLevelCurve(levels[c], curves.tables.channel[c]);
+    }
+    return ApplyTone(area, {&curves, CurvePixels, CurveEntry, true}, progress);
 }
 
 HGLOBAL RgbRev(const AreaArguments& area, bool invertRed, bool invertGreen, bool invertBlue, const Progress& progress) {
-    const bool inverts[3] = {invertBlue, invertGreen, invertRed};
-    Curves curves = {};
-    for (int c = 0; c != 3; ++c) {
-        curves.shifts[c].flip = inverts[c] ? 0xFF : 0;
-        for (int i = 0; i != 256; ++i) {
-            curves.pixels.channel[c][i] = static_cast<BYTE>(i ^ curves.shifts[c].flip);
-        }
-    }
-    curves.entries = curves.pixels;
-    SetShifts(curves);
-    return ApplyCurves(area, curves, progress);
+    const auto flip = [](bool inverts) { return ByteShift{inverts ? BYTE{0xFF} : BYTE{0}, 0, 0}; };
+    return ApplyShifts(area, {flip(invertBlue), flip(invertGreen), flip(invertRed)}, progress);
 }
 
 } // namespace qv8

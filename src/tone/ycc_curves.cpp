@@ -49,26 +49,27 @@ int ToComponent(Number value) {
 
 // --- Gamma -----------------------------------------------------------------------------------------------------------
 
-struct GammaTables {
-    YccTables pixels;  // through a table kept in single precision
-    YccTables entries; // double precision to the end
+struct YccGammas {
+    double y;
+    double cr;
+    double cb;
+    YccTables pixels; // in single precision; of entries the curves are computed in double precision to the end
 };
 
 void GammaPixels(const void* context, const PlanarRow& row, int count) {
-    TheYccKernels().map(static_cast<const GammaTables*>(context)->pixels, row, count);
+    TheYccKernels().map(static_cast<const YccGammas*>(context)->pixels, row, count);
 }
 
 RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
-    const YccTables& tables = static_cast<const GammaTables*>(context)->entries;
+    const auto& gammas = *static_cast<const YccGammas*>(context);
     const Components c = ForwardEntry(colour, 128.0);
-    return FromYcc(tables.y[Clamped(c.y)], tables.cr[Clamped(c.cr)], tables.cb[Clamped(c.cb)]);
+    const auto curve = [](int value, double gamma) { return ToComponent(GammaCurve(Clamped(value), gamma)); };
+    return BackEntry(curve(c.y, gammas.y), curve(c.cr, gammas.cr) - 128, curve(c.cb, gammas.cb) - 128);
 }
 
-void SetGammaTable(double gamma, int offset, float* pixels, float* entries) {
+void SetGammaTable(double gamma, int offset, float* table) {
     for (int i = 0; i != 256; ++i) {
-        const double value = GammaCurve(i, gamma);
-        pixels[i] = static_cast<float>(ToComponent(static_cast<float>(value)) - offset);
-        entries[i] = static_cast<float>(ToComponent(value) - offset);
+        table[i] = static_cast<float>(ToComponent(static_cast<float>(GammaCurve(i, gamma))) - offset);
     }
 }
 
@@ -118,11 +119,14 @@ void Planar(const void* context, const PixelFormat& format, const BYTE* source, 
 } // namespace
 
 HGLOBAL YccGamma(const AreaArguments& area, double gammaY, double gammaCr, double gammaCb, const Progress& progress) {
-    GammaTables tables;
-    SetGammaTable(gammaY, 0, tables.pixels.y, tables.entries.y);
-    SetGammaTable(gammaCr, 128, tables.pixels.cr, tables.entries.cr);
-    SetGammaTable(gammaCb, 128, tables.pixels.cb, tables.entries.cb);
-    return ApplyTone(area, {&tables, Planar<GammaPixels>, GammaEntry}, progress);
+    YccGammas gammas;
+    gammas.y = gammaY;
+    gammas.cr = gammaCr;
+    gammas.cb = gammaCb;
+    SetGammaTable(gammaY, 0, gammas.pixels.y);
+    SetGammaTable(gammaCr, 128, gammas.pixels.cr);
+    SetGammaTable(gammaCb, 128, gammas.pixels.cb);
+    return ApplyTone(area, {&gammas, Planar<GammaPixels>, GammaEntry}, progress);
 }
 
 HGLOBAL YccLevel(const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb, const Progress& progress) {
@@ -141,7 +145,7 @@ HGLOBAL YccRev(const AreaArguments& area, bool invertY, bool invertCr, bool inve
 
 HGLOBAL Chroma(const AreaArguments& area, LONG chroma, const Progress& progress) {
     const auto factor = static_cast<float>((std::clamp<LONG>(chroma, -100, 1000) + 100) / 100.0);
-    const ToneEffect effect = factor == 1.0F ? ToneEffect{&factor, CopyPixels, CopyEntry}
+    const ToneEffect effect = factor == 1.0F ? ToneEffect{&factor, CopyPixels, CopyEntry, true}
                                              : ToneEffect{&factor, Planar<ScalePixels>, ScaleEntry};
     return ApplyTone(area, effect, progress);
 }
