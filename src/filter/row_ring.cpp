@@ -133,9 +133,10 @@ const FilterRow& MoveTo(RowRing& ring, int row) {
     ring.nextRow = behind;
     ring.at.row = row;
     int slot = first % ring.slots; // once only: divisions would take longer than some filters
+    const int planes = ring.kind == RowKind::kPlanar ? kPlaneCount : 1; // else all planes are one
     for (int r = row - ring.reach; r <= row + ring.reach; ++r) {
         const int kept = std::clamp(r, 0, last);
-        for (int plane = 0; plane < kPlaneCount; ++plane) {
+        for (int plane = 0; plane < planes; ++plane) {
             ring.pointers[plane][r - row + ring.reach] =
                 kept < ring.rowsInPlace ? ring.source.Row(kept)
                                         : ring.planes[plane] + static_cast<std::size_t>(slot) * ring.stride;
@@ -145,7 +146,7 @@ const FilterRow& MoveTo(RowRing& ring, int row) {
         }
     }
     for (int plane = 0; plane < kPlaneCount; ++plane) {
-        ring.at.rows[plane] = ring.pointers[plane] + ring.reach;
+        ring.at.rows[plane] = ring.pointers[plane < planes ? plane : 0] + ring.reach;
     }
     return ring.at;
 }

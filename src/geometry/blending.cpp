@@ -77,7 +77,7 @@ bool AreInside(const DibView& picture, const int* columns, const int* rows, int 
 }
 
 ClampedPlaces ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count) {
-    ClampedPlaces places = {};
+    ClampedPlaces places; // not cleared: often there is a pixel or two
     for (int i = 0; i < count; ++i) {
         places.columns[i] = std::clamp(columns[i], 0, picture.width - 1);
         places.rows[i] = std::clamp(rows[i], 0, picture.height - 1);

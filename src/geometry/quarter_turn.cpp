@@ -1,5 +1,7 @@
 #include "geometry/quarter_turn.h"
 
+#include <cstring>
+
 #include "frame/parts.h"
 #include "frame/rows.h"
 #include "pixels/pixel_kernels.h"
@@ -98,9 +100,25 @@ bool WriteFourMoved(const TurnedPicture& picture, const Move& move, int row, int
     return true;
 }
 
+// Whether rows of the result are rows of the source, byte for byte.
+bool CopiesRows(const TurnedPicture& picture, const Move& move) {
+    const DibView& source = picture.source;
+    return !move.sideways && move.column.base == 0 && move.column.step == 1 && !source.layout->SharesBytes() &&
+           source.layout->unusedBytes == 0 && source.width == picture.result.view.width &&
+           source.height == picture.result.view.height;
+}
+
 // Rows firstRow .. firstRow + rowCount of one picture.
 void WriteRows(const TurnedPicture& picture, const Move& move, int firstRow, int rowCount) {
     const int width = picture.result.view.width;
+    if (CopiesRows(picture, move)) {
+        const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(picture.source.layout->Bytes());
+        for (int row = firstRow; row < firstRow + rowCount; ++row) {
+            std::memcpy(picture.result.Row(row), picture.source.Row(move.row.At(row)), bytes);
+            ClearPadding(picture.result.view, picture.result.Row(row));
+        }
+        return;
+    }
     // Tiles keep to few rows of the source; whole rows are copied at once where pixels need not be packed.
     const int part = move.sideways ? kTile : picture.result.view.layout->SharesBytes() ? kPartPixels : width;
     ForEachPart(width, part, [&](int start, int count) {
@@ -123,7 +141,7 @@ bool TurnQuarters(TurnedPicture& image, TurnedPicture* mask, int quarters, const
                   const Progress& progress) {
     const Move move = MoveOf(quarters, image.source.width, image.source.height, options);
     const int height = image.result.view.height;
-    return ForEachRow(height, progress, [&](int row) {
+    const auto write = [&](int row) {
         if (row % kTile == 0) {
             const int rowCount = std::min(kTile, height - row);
             WriteRows(image, move, row, rowCount);
@@ -131,7 +149,8 @@ bool TurnQuarters(TurnedPicture& image, TurnedPicture* mask, int quarters, const
                 WriteRows(*mask, move, row, rowCount);
             }
         }
-    });
+    };
+    return progress.RunWithoutFloats([&] { return ForEachRow(height, progress, write); });
 }
 
 } // namespace qv8

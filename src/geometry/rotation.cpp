@@ -55,18 +55,21 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, c
     if (!ReportExchanges(source.height, options.mirror, options.flip, progress)) {
         return {};
     }
-    const Turn turn = TurnBy(options.angle);
+    const bool isQuarterTurn = options.angle % kQuarterTurn == 0;
+    const Turn turn = isQuarterTurn ? Turn{} : TurnBy(options.angle);
     const CentredRect bounds = ResultBounds(CentredRectOf(source), turn, options);
-    TurnedPicture image = {};
-    TurnedPicture turnedMask = {};
-    if (!MakeTurned(source, bounds, image) || (target.mask.lock && !MakeTurned(target.mask.view, bounds, turnedMask))) {
+    TurnedPicture image;
+    TurnedPicture turnedMask;
+    TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
+    if (!MakeTurned(source, bounds, image) || (mask != nullptr && !MakeTurned(target.mask.view, bounds, *mask))) {
         return {};
     }
     image.background = PatternOf(source, options.background);
-    TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
-    const bool done = options.angle % kQuarterTurn == 0
-                          ? TurnQuarters(image, mask, QuartersOf(options.angle), options, progress)
-                          : MapPicture(image, mask, turn.back, bounds, options, progress);
+    if (mask != nullptr) {
+        mask->background = {};
+    }
+    const bool done = isQuarterTurn ? TurnQuarters(image, mask, QuartersOf(options.angle), options, progress)
+                                    : MapPicture(image, mask, turn.back, bounds, options, progress);
     return done ? ImageSet{image.result.Release(), turnedMask.result.Release()} : ImageSet{};
 }
 

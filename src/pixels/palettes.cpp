@@ -43,6 +43,13 @@ int WriteFixedPalette(int bitCount, RGBQUAD* palette) {
 }
 
 void WriteGreyRamp(RGBQUAD* palette, int count) {
+    if (count == 256) { // without divisions, which take longer than a small picture
+        for (int i = 0; i != 256; ++i) {
+            const auto level = static_cast<BYTE>(i);
+            palette[i] = Colour(level, level, level);
+        }
+        return;
+    }
     for (int i = 0; i != count; ++i) {
         const auto level = static_cast<BYTE>(i * 255 / (count - 1));
         palette[i] = Colour(level, level, level);

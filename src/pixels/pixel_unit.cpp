@@ -177,7 +177,9 @@ void StorePixels(const DibView& result, const BYTE* pixels, int count, BYTE* row
 void ClearBehind(const DibView& result, int count, BYTE* row) {
     const auto bits = static_cast<std::uint64_t>(count) * static_cast<std::uint64_t>(result.bitCount);
     const auto used = static_cast<std::size_t>((bits + 7) / 8);
-    std::memset(row + used, 0, result.stride - used);
+    if (used != result.stride) {
+        std::memset(row + used, 0, result.stride - used);
+    }
 }
 
 void ClearPadding(const DibView& result, BYTE* row) {
