@@ -87,10 +87,14 @@ void WriteValues(const IndexTable& table, const BYTE* indices, int count, BYTE* 
     }
 }
 
-// A table of greys whose indices are their levels.
-bool IsPlainRamp(const IndexTable& table) {
+// Whether the indices of greys are their levels.
+bool IsPlainRamp(const DibView& source) {
+    if (source.bitCount != 8 || source.paletteSize < 256) {
+        return false;
+    }
     for (unsigned i = 0; i != 256; ++i) {
-        if (table.values[i] != i * 0x010101U) {
+        const RGBQUAD& colour = source.palette[i];
+        if (colour.rgbBlue != i || colour.rgbGreen != i || colour.rgbRed != i) {
             return false;
         }
     }
@@ -121,12 +125,12 @@ bool ConvertTrueColour(const DibView& source, const NewPicture& result, const Pr
 }
 
 bool ExpandPalette(const DibView& source, int depth, const NewPicture& result, const Progress& progress) {
-    const IndexTable table = MakeIndexTable(source, depth);
-    if (source.bitCount == 8 && result.view.layout->IsNothingButBgr() && IsPlainRamp(table)) {
+    if (result.view.layout->IsNothingButBgr() && IsPlainRamp(source)) {
         return ConvertRows(source, result, progress, [&](const BYTE* sourceRow, BYTE* resultRow) {
             ThePixelKernels().greysToBgr(sourceRow, resultRow, source.width);
         });
     }
+    const IndexTable table = MakeIndexTable(source, depth);
     return ConvertRows(source, result, progress, [&](const BYTE* sourceRow, BYTE* resultRow) {
         ForEachChunk(source.width, [&](int column, int count) {
             BYTE indices[kChunkPixels];

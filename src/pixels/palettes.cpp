@@ -1,6 +1,7 @@
 #include "pixels/palettes.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace qv8 {
@@ -44,9 +45,9 @@ int WriteFixedPalette(int bitCount, RGBQUAD* palette) {
 
 void WriteGreyRamp(RGBQUAD* palette, int count) {
     if (count == 256) { // without divisions, which take longer than a small picture
-        for (int i = 0; i != 256; ++i) {
-            const auto level = static_cast<BYTE>(i);
-            palette[i] = Colour(level, level, level);
+        for (DWORD level = 0; level != 256; ++level) {
+            const DWORD grey = level * 0x010101;
+            std::memcpy(palette + level, &grey, sizeof grey);
         }
         return;
     }

@@ -33,14 +33,18 @@ ImageSet SelectImage(const AreaArguments& areaArguments, const RGBQUAD& backgrou
     }
     const PixelPattern pattern = PackedPatternOf(source.view, background);
     const int last = area.rect.lastRow - area.rect.firstRow;
-    for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {
-        CutRow(source.view, area, pattern, PixelCopy::kExact, row, result);
-        // The row counts within the source, so that the percentage of a box higher up runs ahead: callers know it so.
-        if (!progress.Report(row, last)) {
-            return {};
+    const bool done = progress.RunWithoutFloats([&] {
+        for (int row = area.rect.firstRow; row <= area.rect.lastRow; ++row) {
+            CutRow(source.view, area, pattern, PixelCopy::kExact, row, result);
+            // The row counts within the source, so that the percentage of a box higher up runs ahead: callers know it
+            // so.
+            if (!progress.Report(row, last)) {
+                return false;
+            }
         }
-    }
-    return {result.Release(), area.maskMemory.Release()};
+        return true;
+    });
+    return done ? ImageSet{result.Release(), area.maskMemory.Release()} : ImageSet{};
 }
 
 } // namespace qv8

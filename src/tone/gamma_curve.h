@@ -3,14 +3,10 @@
 
 namespace qv8 {
 
-// A level as a part of the whole, and how much larger its square root is.
-struct GammaLevel {
-    double value;
-    double rise;
-};
-
+// Levels as parts of the whole, and how much larger their square roots are.
 struct GammaLevels {
-    GammaLevel levels[256];
+    double values[256];
+    double rises[256];
 };
 
 // The square root to the last bit, which the compiler works out: 256 roots take longer than a small picture. Newton's
@@ -32,8 +28,8 @@ constexpr double GammaRoot(double x) {
 constexpr GammaLevels MakeGammaLevels() {
     GammaLevels result = {};
     for (int v = 0; v != 256; ++v) {
-        const double x = v / 255.0;
-        result.levels[v] = {x, GammaRoot(x) - x};
+        result.values[v] = v / 255.0;
+        result.rises[v] = GammaRoot(result.values[v]) - result.values[v];
     }
     return result;
 }
@@ -42,8 +38,7 @@ inline constexpr GammaLevels kGammaLevels = MakeGammaLevels();
 
 // The curve at v = 0..255 in double precision, neither rounded nor clamped.
 inline double GammaCurve(int v, double gamma) {
-    const GammaLevel& level = kGammaLevels.levels[v];
-    return (level.value - gamma * level.rise) * 255.0;
+    return (kGammaLevels.values[v] - gamma * kGammaLevels.rises[v]) * 255.0;
 }
 
 } // namespace qv8

@@ -37,14 +37,12 @@ int Clamped(int value) {
     return std::clamp(value, 0, 255);
 }
 
-// Truncates toward zero. Values that no int holds keep their sign and no more; 128 can be taken off any result.
-template <class Number>
-int ToComponent(Number value) {
-    constexpr int kFar = 0x7FFFFF80;             // exact in single precision
-    if (!(value > static_cast<Number>(-kFar))) { // also what is not a number
-        return -kFar;
+// Truncates toward zero.
+int ToComponent(double value) {
+    if (!(value > -kFarComponent)) { // also what is not a number
+        return -kFarComponent;
     }
-    return value < static_cast<Number>(kFar) ? static_cast<int>(value) : kFar;
+    return value < kFarComponent ? static_cast<int>(value) : kFarComponent;
 }
 
 // --- Gamma -----------------------------------------------------------------------------------------------------------
@@ -65,12 +63,6 @@ RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
     const Components c = ForwardEntry(colour, 128.0);
     const auto curve = [](int value, double gamma) { return ToComponent(GammaCurve(Clamped(value), gamma)); };
     return BackEntry(curve(c.y, gammas.y), curve(c.cr, gammas.cr) - 128, curve(c.cb, gammas.cb) - 128);
-}
-
-void SetGammaTable(double gamma, int offset, float* table) {
-    for (int i = 0; i != 256; ++i) {
-        table[i] = static_cast<float>(ToComponent(static_cast<float>(GammaCurve(i, gamma))) - offset);
-    }
 }
 
 // --- Level and inversion ---------------------------------------------------------------------------------------------
@@ -123,9 +115,10 @@ HGLOBAL YccGamma(const AreaArguments& area, double gammaY, double gammaCr, doubl
     gammas.y = gammaY;
     gammas.cr = gammaCr;
     gammas.cb = gammaCb;
-    SetGammaTable(gammaY, 0, gammas.pixels.y);
-    SetGammaTable(gammaCr, 128, gammas.pixels.cr);
-    SetGammaTable(gammaCb, 128, gammas.pixels.cb);
+    const auto gammaTable = TheYccKernels().gammaTable;
+    gammaTable(gammaY, 0, gammas.pixels.y);
+    gammaTable(gammaCr, 128, gammas.pixels.cr);
+    gammaTable(gammaCb, 128, gammas.pixels.cb);
     return ApplyTone(area, {&gammas, Planar<GammaPixels>, GammaEntry}, progress);
 }
 

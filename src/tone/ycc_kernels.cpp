@@ -1,6 +1,7 @@
 #include "tone/ycc_kernels.h"
 
 #include "pixels/ycc_weights.h"
+#include "tone/gamma_curve.h"
 
 #define QV8_KERNELS YccKernels
 #define QV8_KERNELS_FILE "tone/ycc_kernels.inl"

@@ -24,11 +24,16 @@ struct YccTables {
     float cb[256];
 };
 
+// Beyond this, exact in single precision, components keep their sign and no more; 128 can be taken off any.
+constexpr int kFarComponent = 0x7FFFFF80;
+
 struct YccKernels {
     void (*shift)(const YccShift& shift, const PlanarRow& row, int count);
     void (*map)(const YccTables& tables, const PlanarRow& row, int count);
     // Colour differences, taken around 0, times a factor.
     void (*scale)(float factor, const PlanarRow& row, int count);
+    // The gamma curve of pixels, in single precision, truncated toward zero, less an offset.
+    void (*gammaTable)(double gamma, int offset, float* table);
 };
 
 const YccKernels& TheYccKernels();

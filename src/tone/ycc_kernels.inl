@@ -42,4 +42,13 @@ void MapRow(const YccTables& tables, const PlanarRow& row, int count) {
         });
 }
 
-constexpr YccKernels kKernels = {ShiftRow, MapRow, ScaleRow};
+void GammaTable(double gamma, int offset, float* __restrict table) {
+    constexpr auto kFar = static_cast<float>(kFarComponent);
+    for (int i = 0; i != 256; ++i) {
+        const auto value = static_cast<float>(GammaCurve(i, gamma));
+        const float low = value > -kFar ? value : -kFar; // also what is not a number
+        table[i] = static_cast<float>(static_cast<int>(low < kFar ? low : kFar) - offset);
+    }
+}
+
+constexpr YccKernels kKernels = {ShiftRow, MapRow, ScaleRow, GammaTable};
