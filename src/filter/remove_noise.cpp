@@ -65,6 +65,11 @@ struct Neighbourhood {
     }
 };
 
+// Whether all that neighbourhoods at the left and right border lack is a column.
+bool LacksColumnOnly(const FilterRow& at) {
+    return at.row > 0 && at.row + 1 < at.height && at.width > 1;
+}
+
 // The vector loops want a second row and neighbours on both sides; these do without.
 template <class Cut, class Whole>
 void FilterSamples(const FilterRow& at, int begin, int count, Cut cut, Whole whole) {
@@ -80,7 +85,21 @@ void FilterSamples(const FilterRow& at, int begin, int count, Cut cut, Whole who
 
 // --- By channel ------------------------------------------------------------------------------------------------------
 
+// The third of five neighbours is the fifth of nine, the centre being a large one, the missing column one large and two
+// small ones.
+BYTE CutMedianBeside(const FilterRow& at, const BYTE* const* rows, int index, int threshold) {
+    const int other = index < at.step ? index + at.step : index - at.step;
+    const int centre = rows[0][index];
+    const Sorted<int> beside = Sort<int>(rows[-1][other], rows[0][other], rows[1][other]);
+    const Sorted<int> own = {Min(rows[-1][index], rows[1][index]), Max(rows[-1][index], rows[1][index]), 255};
+    const int farthest = Max(Max(beside.high, own.middle) - centre, centre - Min(beside.low, own.low));
+    return static_cast<BYTE>(farthest > threshold ? MedianOfColumns(beside, own, {0, 0, 255}) : centre);
+}
+
 BYTE CutMedian(const FilterRow& at, Plane plane, int index, int threshold) {
+    if (LacksColumnOnly(at)) {
+        return CutMedianBeside(at, at.rows[plane], index, threshold);
+    }
     Neighbourhood neighbours;
     const BYTE centre = at.rows[plane][0][index];
     bool standsOut = false;
@@ -103,6 +122,16 @@ void MedianSamples(const void* context, const FilterRow& at, Plane plane, int be
 // --- By luminance ----------------------------------------------------------------------------------------------------
 
 int CutMedianKey(const FilterRow& at, int column) {
+    if (LacksColumnOnly(at)) {
+        const BYTE* const* const rows = at.rows[kLuminance];
+        const auto keys = [=](int other) {
+            const int place = other - column + 1;
+            return Sort(rows[-1][other] << 4 | place, rows[0][other] << 4 | (4 + place),
+                        rows[1][other] << 4 | (8 + place));
+        };
+        return MedianOfColumns(keys(column), keys(column == 0 ? 1 : column - 1),
+                               {-1, Neighbourhood::kMissing, Neighbourhood::kMissing});
+    }
     Neighbourhood samples;
     ForEachNeighbour(at, kLuminance, column, [&](BYTE sample, int place) { samples.Add(sample, place); });
     return samples.MedianKey();
