@@ -49,11 +49,30 @@ constexpr int kBlue = In65536ths(kLuminanceWeights.blue);
 constexpr int kError = 100;
 static_assert(kRed + 2 * kHalfGreen + kBlue == 65536);
 
+// Words of kLanes pixels: blue beside red, and two that come to twice the green.
+struct PixelWords {
+    Ints blueAndRed;
+    Ints twiceGreen;
+};
+
+inline PixelWords LoadPixelWords(const BYTE* pixels) {
+    if constexpr (kHasByteShuffle) {
+        constexpr BYTE kNo = 0xFF;
+        constexpr BYTE kBlueAndRed[16] = {0, kNo, 2, kNo, 3, kNo, 5, kNo, 6, kNo, 8, kNo, 9, kNo, 11, kNo};
+        constexpr BYTE kTwoGreens[16] = {1, kNo, 1, kNo, 4, kNo, 4, kNo, 7, kNo, 7, kNo, 10, kNo, 10, kNo};
+        const Bytes bytes = LoadPixels24(pixels);
+        return {reinterpret_cast<Ints>(ShuffleBytes(bytes, LoadShuffle(kBlueAndRed))),
+                reinterpret_cast<Ints>(ShuffleBytes(bytes, LoadShuffle(kTwoGreens)))};
+    }
+    const Ints colours = LoadPixelInts(pixels);
+    return {colours & BroadcastInt(0xFF00FF), colours >> 7 & BroadcastInt(0x1FE)};
+}
+
 // Of kLanes pixels, and kError.
 inline Ints LoadSums(const BYTE* pixels) {
-    const Ints colours = LoadPixelInts(pixels);
-    return ProductsOf(colours & BroadcastInt(0xFF00FF), kRed << 16 | kBlue) +
-           ProductsOf(colours >> 7 & BroadcastInt(0x1FE), kHalfGreen) + BroadcastInt(kError);
+    const PixelWords words = LoadPixelWords(pixels);
+    return ProductsOf(words.blueAndRed, kRed << 16 | kBlue) +
+           ProductsOf(words.twiceGreen, kHalfGreen << 16 | kHalfGreen) + BroadcastInt(kError);
 }
 inline Ints AreDoubtful(Ints sums) {
     return reinterpret_cast<Ints>(BroadcastInt(2 * kError + 1) > (sums & BroadcastInt(0xFFFF)));
