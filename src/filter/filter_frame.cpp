@@ -17,7 +17,7 @@ struct FilterCall {
     const Area& area;
     RowRing ring;
     int filteredRow = -1;
-    int straightRows = 0; // filtered into the picture at once: what kernels write behind them is written over later
+    int roomyRows = 0; // those below have room behind for what kernels read and write too much, which later rows mend
 };
 
 void FilterPlane(const FilterCall& call, const FilterRow& at, Plane plane, BYTE* result) {
@@ -64,12 +64,13 @@ void CopyNeighboursOf(const BYTE* source, const std::ptrdiff_t* offsets, int cou
     }
 }
 
-void CopyNeighbours(const DibView& source, int row, int column, int count, const BYTE* codes, BYTE* result) {
+void CopyNeighbours(const DibView& source, int roomyRows, int row, int column, int count, const BYTE* codes,
+                    BYTE* result) {
     const int bytes = source.layout->Bytes();
     const auto stride = static_cast<std::ptrdiff_t>(source.stride);
     const BYTE* const pixels = source.Row(row) + std::ptrdiff_t{column} * bytes;
     const auto copy24 = TheSmoothingKernels().copyNeighbours24;
-    if (source.layout->IsNothingButBgr() && copy24 != nullptr && row > 0 && row + 1 < RowsToRead(source, 1)) {
+    if (source.layout->IsNothingButBgr() && copy24 != nullptr && row > 0 && row + 1 < roomyRows) {
         copy24({{pixels - stride, pixels, pixels + stride}}, codes, count, result);
         return;
     }
@@ -93,7 +94,7 @@ void WriteRun(const DibView& source, const FilterCall& call, int row, int column
     } else if (neighbours && call.ring.format.IsGrey()) { // indices already
         std::memcpy(result, results[0] + first, static_cast<std::size_t>(count));
     } else if (neighbours) {
-        CopyNeighbours(source, row, column, count, results[0] + first, result);
+        CopyNeighbours(source, call.roomyRows, row, column, count, results[0] + first, result);
     } else {
         const bool grey = call.filter.result == Filter::Result::kGrey;
         const PlanarRow planes = {results[0] + first, results[grey ? 0 : 1] + first, results[grey ? 0 : 2] + first};
@@ -110,9 +111,9 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
     if (!MakeRowRing(source, filter, area.rect.Width(), call.ring)) {
         return nullptr;
     }
-    call.straightRows = call.ring.kind == RowKind::kPacked ? RowsToRead(source, 0) : 0;
+    call.roomyRows = source.bitCount == 24 ? RowsToRead(source, filter.reach) : 0;
     const auto write = [&](int row, int column, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
-        if (row < call.straightRows && count == area.rect.Width()) {
+        if (call.ring.kind == RowKind::kPacked && row < call.roomyRows && count == area.rect.Width()) {
             FilterPlane(call, MoveTo(call.ring, row), kBlue, resultPixels);
             return;
         }

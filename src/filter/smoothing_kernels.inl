@@ -128,18 +128,26 @@ void MedianLevels(const RowsOfThree& around, int count, BYTE* result) {
     ForEachMedianKey(around, count, [=](int i, Words key) { StoreWordsAsBytes(result + i, key >> 4); });
 }
 
-// Every byte of a pixel gets the pixel's position.
-inline void Triple(const BYTE* positions, int count, BYTE* result) {
-    using Bytes16 = BYTE __attribute__((vector_size(16)));
-    for (int i = 0; i < count; i += 16) {
-        Bytes16 each;
-        __builtin_memcpy(&each, positions + i, sizeof each);
-        const Bytes16 tripled[3] = {
-            __builtin_shufflevector(each, each, 0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5),
-            __builtin_shufflevector(each, each, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10),
-            __builtin_shufflevector(each, each, 10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15)};
-        __builtin_memcpy(result + 3 * i, tripled, sizeof tripled);
+// Where each byte of the three vectors of kByteLanes pixels finds its pixel among 16: of those of two times 16, the
+// first ones, both, and the last ones.
+struct TripledPlaces {
+    BYTE places[3][kByteLanes];
+
+    constexpr TripledPlaces() : places() {
+        for (int i = 0; i != 3 * kByteLanes; ++i) {
+            places[i / kByteLanes][i % kByteLanes] = static_cast<BYTE>(i / 3 % 16);
+        }
     }
+};
+
+// Every byte of a pixel gets the pixel's position.
+inline Bytes LoadTripled(const BYTE* positions, int vector) {
+    static constexpr TripledPlaces kTripled;
+    const auto some = [=](int first) __attribute__((always_inline)) {
+        return LoadShuffle(reinterpret_cast<const BYTE(&)[16]>(positions[first]));
+    };
+    const Bytes from = vector == 0 ? some(0) : vector == 1 ? LoadBytes(positions) : some(kByteLanes - 16);
+    return ShuffleBytes(from, LoadBytes(kTripled.places[vector]));
 }
 
 // Bytes from all nine places, of which two are chosen between until one is left.
@@ -157,21 +165,22 @@ inline Bytes ChosenBytes(const RowsOfThree& around, std::ptrdiff_t at, Bytes pos
 }
 
 void CopyNeighbours24(const RowsOfThree& given, const BYTE* positions, int count, BYTE* result) {
-    constexpr int kPart = 8 * kByteLanes; // pixels, which are whole vectors
-    const RowsOfThree around = given;     // which storing bytes cannot change
-    BYTE tripled[3 * kPart];
-    BYTE rest[3 * kPart];
-    for (int done = 0; done < count; done += kPart) {
-        const int part = std::min(count - done, kPart);
-        const std::ptrdiff_t start = std::ptrdiff_t{3} * done;
-        BYTE* const pixels = part == kPart ? result + start : rest;
-        Triple(positions + done, part, tripled);
-        for (int i = 0; i < 3 * part; i += kByteLanes) {
-            StoreBytes(pixels + i, ChosenBytes(around, start + i, LoadBytes(tripled + i)));
+    const RowsOfThree around = given; // which storing bytes cannot change
+    const auto copy = [=](int first, BYTE* pixels) __attribute__((always_inline)) {
+        for (int vector = 0; vector < 3; ++vector) {
+            const int at = vector * kByteLanes;
+            StoreBytes(pixels + at,
+                       ChosenBytes(around, std::ptrdiff_t{3} * first + at, LoadTripled(positions + first, vector)));
         }
-        if (pixels == rest) {
-            __builtin_memcpy(result + start, rest, static_cast<std::size_t>(part) * 3);
-        }
+    };
+    int i = 0;
+    for (; i + kByteLanes <= count; i += kByteLanes) {
+        copy(i, result + std::ptrdiff_t{3} * i);
+    }
+    if (i < count) {
+        BYTE rest[3 * kByteLanes];
+        copy(i, rest);
+        __builtin_memcpy(result + std::ptrdiff_t{3} * i, rest, static_cast<std::size_t>(count - i) * 3);
     }
 }
 
