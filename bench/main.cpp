@@ -1,6 +1,7 @@
 // Times the rows and writes one line for each figure: row, size, what, figure, with tabs between them.
 //
 //   qv8_bench [--filter TEXT] [--size NAME] [--samples NUMBER]
+//   qv8_bench --dialog [--samples NUMBER]     the progress dialog instead, in words
 //
 // `what` is qv8 or qv8-32 (nanoseconds of a call of this build), ready or fresh (of the peer into such a block) or
 // memory (the most that a call took, by the bytes of the picture). scripts/bench makes a table of the lines.
@@ -9,6 +10,7 @@
 #include <string>
 
 #include "blocks.h"
+#include "dialog.h"
 #include "rows.h"
 #include "timing.h"
 
@@ -22,6 +24,7 @@ struct Options {
     std::string filter;
     std::string size;
     int samples = 5;
+    bool dialog = false;
 };
 
 void Print(const Row& row, const Size& size, const char* what, double figure) {
@@ -70,7 +73,9 @@ void TimeAll(const Options& options) {
 }
 
 bool ReadOptions(int count, char** arguments, Options& options) {
-    for (int i = 1; i + 1 < count; i += 2) {
+    options.dialog = count > 1 && std::string(arguments[1]) == "--dialog";
+    const int first = options.dialog ? 2 : 1;
+    for (int i = first; i + 1 < count; i += 2) {
         const std::string name = arguments[i];
         const char* const value = arguments[i + 1];
         if (name == "--filter") {
@@ -83,7 +88,7 @@ bool ReadOptions(int count, char** arguments, Options& options) {
             return false;
         }
     }
-    return count % 2 == 1 && options.samples > 0;
+    return (count - first) % 2 == 0 && options.samples > 0;
 }
 
 } // namespace
@@ -92,9 +97,11 @@ bool ReadOptions(int count, char** arguments, Options& options) {
 int main(int argc, char** argv) {
     bench::Options options;
     if (!bench::ReadOptions(argc, argv, options)) {
-        std::fprintf(stderr, "usage: qv8_bench [--filter TEXT] [--size 16x16|640x480|1080p|12MP] [--samples NUMBER]\n");
+        std::fprintf(
+            stderr,
+            "usage: qv8_bench [--dialog] [--filter TEXT] [--size 16x16|640x480|1080p|12MP] [--samples NUMBER]\n");
         return 2;
     }
-    bench::TimeAll(options);
+    options.dialog ? bench::TimeDialog(options.samples) : bench::TimeAll(options);
     return 0;
 }

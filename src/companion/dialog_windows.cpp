@@ -25,6 +25,7 @@ struct ProgressDialog : NullWhenMemoryIsShort {
     int shownPercent = -1;
     DWORD openedAt = 0;
     DWORD servedAt = 0;
+    DWORD pause = 0;       // from then until it is served again
     bool wasTried = false; // the window was made, or could not be
     bool cancelled = false;
 };
@@ -32,7 +33,9 @@ struct ProgressDialog : NullWhenMemoryIsShort {
 namespace {
 
 constexpr DWORD kShowAfter = 200; // milliseconds, here and below
-constexpr DWORD kServeEvery = 50;
+constexpr DWORD kShortestPause = 50;
+constexpr DWORD kLongestPause = 200;
+constexpr LONGLONG kPauseByService = 50; // so that service takes no more than a fiftieth of the time
 constexpr UINT kAnswerWithin = 2000;
 constexpr int kMostMessages = 100;
 constexpr std::size_t kPercentSize = sizeof " 100 %";
@@ -114,6 +117,22 @@ void ServeMessages(ProgressDialog& dialog) {
             DispatchMessageW(&message);
         }
     }
+}
+
+// The clock of ticks is too coarse for what a service takes.
+LONGLONG Microseconds() {
+    LARGE_INTEGER ticks = {};
+    LARGE_INTEGER perSecond = {};
+    QueryPerformanceCounter(&ticks);
+    QueryPerformanceFrequency(&perSecond);
+    return ticks.QuadPart / perSecond.QuadPart * 1000000 +
+           ticks.QuadPart % perSecond.QuadPart * 1000000 / perSecond.QuadPart;
+}
+
+// Where windows are slow, as on a screen far away, they are served more seldom; but nobody waits long for Cancel.
+DWORD PauseAfter(LONGLONG serviceMicroseconds) {
+    const LONGLONG wanted = serviceMicroseconds * kPauseByService / 1000;
+    return static_cast<DWORD>(std::clamp<LONGLONG>(wanted, kShortestPause, kLongestPause));
 }
 
 void DrawPercent(ProgressDialog& dialog, int percent) {
@@ -212,7 +231,7 @@ ProgressDialogPtr MakeProgressDialog(HWND owner, LPCSTR title) {
 
 bool ShowProgress(ProgressDialog& dialog, int percent) {
     const DWORD now = GetTickCount();
-    if (dialog.cancelled || now - dialog.openedAt < kShowAfter || now - dialog.servedAt < kServeEvery) {
+    if (dialog.cancelled || now - dialog.openedAt < kShowAfter || now - dialog.servedAt < dialog.pause) {
         return !dialog.cancelled;
     }
     if (!dialog.wasTried) {
@@ -221,10 +240,12 @@ bool ShowProgress(ProgressDialog& dialog, int percent) {
     if (dialog.window == nullptr) {
         return !dialog.cancelled;
     }
+    const LONGLONG begin = Microseconds();
     if (dialog.shownPercent != percent) {
         DrawPercent(dialog, percent);
     }
     ServeMessages(dialog);
+    dialog.pause = PauseAfter(Microseconds() - begin);
     dialog.servedAt = GetTickCount();
     return !dialog.cancelled;
 }

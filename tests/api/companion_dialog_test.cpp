@@ -79,9 +79,9 @@ protected:
         return text;
     }
 
-    // One report, late enough after the one before for messages to be served.
+    // One report, late enough after the one before for messages to be served, where windows are slow too.
     static int Report(int percent) {
-        Sleep(90);
+        Sleep(250);
         return PercentProgress(percent, 100, 0, 100, 0);
     }
 
