@@ -78,11 +78,11 @@ void SetGammaCurve(double gamma, BYTE* table) {
     }
 }
 
-void GammaPixels(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
+void RgbGammaPixels(const void* context, const PixelFormat& format, const BYTE* source, BYTE* result, int count) {
     CurvePixels(&static_cast<const GammaCurves*>(context)->pixels, format, source, result, count);
 }
 
-RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
+RGBQUAD RgbGammaEntry(const void* context, RGBQUAD colour) {
     const auto& gammas = static_cast<const GammaCurves*>(context)->gammas;
     const auto entry = [](BYTE level, double gamma) { return ToByte(GammaCurve(level, gamma) + 0.5); };
     return {entry(colour.rgbBlue, gammas[0]), entry(colour.rgbGreen, gammas[1]), entry(colour.rgbRed, gammas[2]), 0};
@@ -143,7 +143,7 @@ HGLOBAL RgbGamma(const AreaArguments& area, double gammaRed, double gammaGreen, 
             SetGammaCurve(curves.gammas[c], tables[c]);
         }
     }
-    return ApplyTone(area, {&curves, GammaPixels, GammaEntry, true}, progress);
+    return ApplyTone(area, {&curves, RgbGammaPixels, RgbGammaEntry, true}, progress);
 }
 
 HGLOBAL RgbLevel(const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG levelBlue, const Progress& progress) {

@@ -54,11 +54,11 @@ struct YccGammas {
     YccTables pixels; // in single precision; of entries the curves are computed in double precision to the end
 };
 
-void GammaPixels(const void* context, const PlanarRow& row, int count) {
+void YccGammaPixels(const void* context, const PlanarRow& row, int count) {
     TheYccKernels().map(static_cast<const YccGammas*>(context)->pixels, row, count);
 }
 
-RGBQUAD GammaEntry(const void* context, RGBQUAD colour) {
+RGBQUAD YccGammaEntry(const void* context, RGBQUAD colour) {
     const auto& gammas = *static_cast<const YccGammas*>(context);
     const Components c = ForwardEntry(colour, 128.0);
     const auto curve = [](int value, double gamma) { return ToComponent(GammaCurve(Clamped(value), gamma)); };
@@ -119,7 +119,7 @@ HGLOBAL YccGamma(const AreaArguments& area, double gammaY, double gammaCr, doubl
     gammaTable(gammaY, 0, gammas.pixels.y);
     gammaTable(gammaCr, 128, gammas.pixels.cr);
     gammaTable(gammaCb, 128, gammas.pixels.cb);
-    return ApplyTone(area, {&gammas, Planar<GammaPixels>, GammaEntry}, progress);
+    return ApplyTone(area, {&gammas, Planar<YccGammaPixels>, YccGammaEntry}, progress);
 }
 
 HGLOBAL YccLevel(const AreaArguments& area, LONG levelY, LONG levelCr, LONG levelCb, const Progress& progress) {
