@@ -53,12 +53,6 @@ bool HaveOneSize(const Picture& picture, const Picture& other) {
     return a.Width() == b.Width() && a.Height() == b.Height();
 }
 
-void Forget(std::vector<Version> versions) {
-    if (!versions.empty()) {
-        FreeElsewhere(std::move(versions));
-    }
-}
-
 } // namespace
 
 EffectSetup* MainWindow::Setup() {
@@ -313,14 +307,14 @@ void MainWindow::Applied(int documentId, const std::string& effect, const Pictur
     } else if (HaveOneSize(*version.image, *document->Image())) {
         version.selection = document->history.Current().selection;
     }
-    Forget(document->history.Add(std::move(version)));
+    FreeElsewhere(document->history.Add(std::move(version)));
     document->RenewLevels();
     KeepToLimit();
     ShowFront();
 }
 
 void MainWindow::KeepToLimit() {
-    Forget(KeepWithin(Histories(), std::uint64_t{settings_.megabytes} << 20));
+    FreeElsewhere(KeepWithin(Histories(), std::uint64_t{settings_.megabytes} << 20));
 }
 
 void MainWindow::AddResult(const PictureSource& before, const std::string& effect, ChainResult result) {

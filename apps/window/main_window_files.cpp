@@ -191,7 +191,7 @@ void MainWindow::Remove(int id) {
     StopPreview();
     canvas_->Show(nullptr, {}, true);
     tool_.reset();
-    FreeElsewhere(std::move(*at));
+    FreeElsewhere((*at)->history.Release());
     documents_.erase(at);
     for (EffectSetup& setup : setups_) {
         std::erase_if(setup.pictures, [id](const auto& chosen) { return chosen.second == id; });

@@ -185,7 +185,9 @@ void ParameterPanel::RefreshRow(const Row& row, HWND except) {
         } else if (text.empty() && parameter.kind == Kind::kColour) {
             text = "0,0,0";
         }
-        SetWindowTextW(edit, Wide(text).c_str());
+        if (Wide(text) != TextOfWindow(edit)) {
+            SetWindowTextW(edit, Wide(text).c_str());
+        }
     }
     if (const HWND flag = Part(row, IDC_PART_FLAG); flag != nullptr) {
         const LONG* const set = std::get_if<LONG>(&value);

@@ -245,6 +245,25 @@ TEST_F(WindowDriver, AsksBeforeAChangeIsLost) {
     ChooseEffect("rgb-rev");
     ASSERT_NO_FATAL_FAILURE(Apply());
     EXPECT_NE(window_->Title().find(L'*'), std::wstring::npos);
+    // The bar beside the effects, which stands where it stood when the window comes again.
+    const HWND bar = window_->Control(IDC_SPLITTER);
+    const auto drag = [bar](int by) {
+        SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 50));
+        SendMessageW(bar, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(3 + by, 50));
+        SendMessageW(bar, WM_LBUTTONUP, 0, MAKELPARAM(3, 50));
+    };
+    const auto width = [this] {
+        RECT client{};
+        GetClientRect(window_->Control(IDC_CANVAS), &client);
+        return client.right;
+    };
+    drag(3000); // as far as it goes
+    const LONG widest = width();
+    drag(-40);
+    EXPECT_EQ(width(), widest - 40);
+    SendMessageW(bar, WM_KEYDOWN, VK_LEFT, 0);
+    const LONG left = width();
+    EXPECT_LT(left, widest - 40);
     for (const int answer : {IDCANCEL, IDNO}) {
         PostMessageW(window_->Window(), WM_CLOSE, 0, 0);
         ASSERT_TRUE(Application::WaitFor([this] { return window_->Dialog() != nullptr; }));
@@ -253,6 +272,8 @@ TEST_F(WindowDriver, AsksBeforeAChangeIsLost) {
         EXPECT_EQ(Application::WaitFor([this] { return !window_->IsRunning(); }, answer == IDNO ? 5000 : 200),
                   answer == IDNO);
     }
+    Start({});
+    EXPECT_EQ(width(), left);
 }
 
 TEST_F(WindowDriver, KeepsNothingAndAnswersQuickly) {

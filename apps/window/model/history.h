@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "pictures/picture.h"
@@ -69,6 +70,11 @@ public:
 
     // Forgets the version that is farthest away, the oldest first, and returns it. There must be one.
     Version DropOne();
+
+    // All versions, for one who closes the picture.
+    std::vector<Version> Release() {
+        return std::move(versions_);
+    }
 
 private:
     std::vector<Version> versions_;

@@ -3,6 +3,7 @@
 #define QV8_WINDOW_SYSTEM_WORKER_H
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -63,11 +64,20 @@ private:
     std::thread thread_;
 };
 
-// Lets go of what takes long to be freed on a thread of its own, or here when there can be none.
+// Frees what takes long on a thread of its own, or here when there can be none. While a large block is freed nobody
+// else gets memory, so it pauses after each.
 template <class Type>
-void FreeElsewhere(Type what) {
+void FreeElsewhere(std::vector<Type> things) {
+    if (things.empty()) {
+        return;
+    }
     try {
-        std::thread([held = std::move(what)] {}).detach();
+        std::thread([kept = std::move(things)]() mutable {
+            constexpr std::chrono::milliseconds kPause{10};
+            for (; !kept.empty(); kept.pop_back()) {
+                std::this_thread::sleep_for(kPause);
+            }
+        }).detach();
     } catch (const std::system_error&) {
     }
 }
