@@ -1,6 +1,7 @@
 // Compiled once per target, see each_target.h.
 
 #include "filter/medians.inl"
+#include "simd/tripled_bytes.inl"
 #include "simd/word_rows.inl"
 
 void Means(const BYTE* samples, int step, int count, BYTE* result) {
@@ -126,28 +127,6 @@ void MedianPositions(const RowsOfThree& around, int count, BYTE* result) {
 
 void MedianLevels(const RowsOfThree& around, int count, BYTE* result) {
     ForEachMedianKey(around, count, [=](int i, Words key) { StoreWordsAsBytes(result + i, key >> 4); });
-}
-
-// Where each byte of the three vectors of kByteLanes pixels finds its pixel among 16: of those of two times 16, the
-// first ones, both, and the last ones.
-struct TripledPlaces {
-    BYTE places[3][kByteLanes];
-
-    constexpr TripledPlaces() : places() {
-        for (int i = 0; i != 3 * kByteLanes; ++i) {
-            places[i / kByteLanes][i % kByteLanes] = static_cast<BYTE>(i / 3 % 16);
-        }
-    }
-};
-
-// Every byte of a pixel gets the pixel's position.
-inline Bytes LoadTripled(const BYTE* positions, int vector) {
-    static constexpr TripledPlaces kTripled;
-    const auto some = [=](int first) __attribute__((always_inline)) {
-        return LoadShuffle(reinterpret_cast<const BYTE(&)[16]>(positions[first]));
-    };
-    const Bytes from = vector == 0 ? some(0) : vector == 1 ? LoadBytes(positions) : some(kByteLanes - 16);
-    return ShuffleBytes(from, LoadBytes(kTripled.places[vector]));
 }
 
 // Bytes from all nine places, of which two are chosen between until one is left.

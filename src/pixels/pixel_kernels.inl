@@ -2,6 +2,7 @@
 // register.
 
 #include "simd/packed_pixels.inl"
+#include "simd/tripled_bytes.inl"
 
 // The divisions by 31, 63 and 255, as a product and a shift, and the proof of it for every value.
 constexpr unsigned kWiden5Factor = 2106;
@@ -196,26 +197,33 @@ inline Ints Scaled(Ints words, unsigned factor, unsigned shift) {
     return reinterpret_cast<Ints>(MultiplyHigh(reinterpret_cast<Words>(words), factors));
 }
 
-// While channels are scaled, blue and red are in words of their own, here at the upper byte so that the factor fits.
+// Channels are scaled at the upper byte of their words, so that the factor fits.
 void Words555ToBgr(const BYTE* source, BYTE* result, int count) {
-    constexpr int kUpper = 31 << 8;
-    ForEachPixelVector<kLanes, 16, 24>(source, result, count, [](const BYTE* words, BYTE* pixels) {
-        const Ints value = LoadWordsAsInts(words);
-        const Ints blueAndRed = (value << 8 & BroadcastInt(kUpper)) | (value << 14 & BroadcastInt(kUpper << 16));
-        const Ints green = value << 3 & BroadcastInt(kUpper);
-        StorePixelInts(pixels, Scaled(blueAndRed, kWiden5Factor, kWiden5Shift + 8) |
-                                   Scaled(green, kWiden5Factor, kWiden5Shift + 8) << 8);
+    static_assert(kWiden5Shift == 8);
+    ForEachPixelVector<kWordLanes, 16, 24>(source, result, count, [](const BYTE* words, BYTE* pixels) {
+        const Words value = LoadWordsToPair(words);
+        const Words upper = BroadcastWord(31 << 8);
+        const Words factor = BroadcastWord(kWiden5Factor);
+        const Words blue = MultiplyHigh(value << 8 & upper, factor);
+        const Words green = MultiplyHigh(value << 3 & upper, factor);
+        const Words red = MultiplyHigh(value >> 2 & upper, factor);
+        StorePixelInts(pixels, PairLow(blue | green << 8, red));
+        StorePixelInts(pixels + 3 * kLanes, PairHigh(blue | green << 8, red));
     });
 }
 
+inline Ints LoadPixelsAsWords555(const BYTE* pixels) {
+    const Ints value = LoadPixelInts(pixels);
+    const Ints blueAndRed = Scaled(value & BroadcastInt(0xFF00FF), kNarrow5Factor, kNarrow5Shift);
+    const Ints green = Scaled(value >> 8 & BroadcastInt(0xFF), kNarrow5Factor, kNarrow5Shift);
+    const Ints joined =
+        MultiplyAddPairs(reinterpret_cast<Words>(blueAndRed), reinterpret_cast<Words>(BroadcastInt(1 << 10 << 16 | 1)));
+    return joined | green << 5;
+}
+
 void BgrToWords555(const BYTE* source, BYTE* result, int count) {
-    ForEachPixelVector<kLanes, 24, 16>(source, result, count, [](const BYTE* pixels, BYTE* words) {
-        const Ints value = LoadPixelInts(pixels);
-        const Ints blueAndRed = Scaled(value & BroadcastInt(0xFF00FF), kNarrow5Factor, kNarrow5Shift);
-        const Ints green = Scaled(value >> 8 & BroadcastInt(0xFF), kNarrow5Factor, kNarrow5Shift);
-        const Ints joined = MultiplyAddPairs(reinterpret_cast<Words>(blueAndRed),
-                                             reinterpret_cast<Words>(BroadcastInt(1 << 10 << 16 | 1)));
-        StoreIntsAsWords(words, joined | green << 5);
+    ForEachPixelVector<kWordLanes, 24, 16>(source, result, count, [](const BYTE* pixels, BYTE* words) {
+        StoreIntsAsWords(words, LoadPixelsAsWords555(pixels), LoadPixelsAsWords555(pixels + 3 * kLanes));
     });
 }
 
@@ -230,12 +238,10 @@ inline void StoreBytes16(BYTE* result, Bytes16 bytes) {
 
 void GreysToBgr(const BYTE* levels, BYTE* result, int count) {
     if constexpr (kHasByteShuffle) {
-        ForEachPixelVector<16, 8, 24>(levels, result, count, [](const BYTE* source, BYTE* pixels) {
-            const Bytes16 v = LoadBytes16(source);
-            StoreBytes16(pixels, __builtin_shufflevector(v, v, 0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5));
-            StoreBytes16(pixels + 16, __builtin_shufflevector(v, v, 5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10));
-            StoreBytes16(pixels + 32,
-                         __builtin_shufflevector(v, v, 10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15));
+        ForEachPixelVector<kByteLanes, 8, 24>(levels, result, count, [](const BYTE* source, BYTE* pixels) {
+            for (int vector = 0; vector < 3; ++vector) {
+                StoreBytes(pixels + vector * kByteLanes, LoadTripled(source, vector));
+            }
         });
     } else {
         ForEachPixelVector<1, 8, 24>(levels, result, count,

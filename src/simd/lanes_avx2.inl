@@ -13,9 +13,6 @@ inline Ints BroadcastInt(int value) {
 inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
 }
-inline Ints LoadWordsAsInts(const BYTE* words) {
-    return reinterpret_cast<Ints>(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(words))));
-}
 inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
     const auto ints = reinterpret_cast<__m256i>(value);
     const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1));
@@ -26,10 +23,9 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints first, Ints second) {
     const __m128i fours = _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), _mm_shuffle_epi32(fours, _MM_SHUFFLE(3, 1, 2, 0)));
 }
-inline void StoreIntsAsWords(BYTE* words, Ints value) {
-    const auto ints = reinterpret_cast<__m256i>(value);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(words),
-                     _mm_packs_epi32(_mm256_castsi256_si128(ints), _mm256_extracti128_si256(ints, 1)));
+inline void StoreIntsAsWords(BYTE* words, Ints first, Ints second) {
+    const __m256i packed = _mm256_packs_epi32(reinterpret_cast<__m256i>(first), reinterpret_cast<__m256i>(second));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(words), _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0)));
 }
 inline Ints Truncate(Floats value) {
     return reinterpret_cast<Ints>(_mm256_cvttps_epi32(value));
@@ -59,6 +55,18 @@ inline void StoreWordsAsBytes(BYTE* bytes, Words words) {
     const auto value = reinterpret_cast<__m256i>(words);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes),
                      _mm_packus_epi16(_mm256_castsi256_si128(value), _mm256_extracti128_si256(value, 1)));
+}
+inline Words LoadWordsToPair(const BYTE* words) {
+    const __m256i loaded = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words));
+    return reinterpret_cast<Words>(_mm256_permute4x64_epi64(loaded, _MM_SHUFFLE(3, 1, 2, 0)));
+}
+inline Ints PairLow(Words low, Words high) {
+    return reinterpret_cast<Ints>(
+        _mm256_unpacklo_epi16(reinterpret_cast<__m256i>(low), reinterpret_cast<__m256i>(high)));
+}
+inline Ints PairHigh(Words low, Words high) {
+    return reinterpret_cast<Ints>(
+        _mm256_unpackhi_epi16(reinterpret_cast<__m256i>(low), reinterpret_cast<__m256i>(high)));
 }
 inline Ints UnpackLow(Words words) {
     return reinterpret_cast<Ints>(_mm256_unpacklo_epi16(reinterpret_cast<__m256i>(words), _mm256_setzero_si256()));

@@ -25,11 +25,6 @@ inline Floats LoadBytesAsFloats(const BYTE* bytes) {
     return Floats{static_cast<float>(bytes[0]), static_cast<float>(bytes[1]), static_cast<float>(bytes[2]),
                   static_cast<float>(bytes[3])};
 }
-inline Ints LoadWordsAsInts(const BYTE* words) {
-    WORD loaded[kLanes];
-    __builtin_memcpy(loaded, words, sizeof loaded);
-    return Ints{loaded[0], loaded[1], loaded[2], loaded[3]};
-}
 inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
     for (int lane = 0; lane != kLanes; ++lane) {
         bytes[lane] = static_cast<BYTE>(std::clamp(value[lane], 0, 255));
@@ -38,13 +33,6 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
 inline void StoreIntsAsBytes(BYTE* bytes, Ints first, Ints second) {
     StoreIntsAsBytes(bytes, first);
     StoreIntsAsBytes(bytes + kLanes, second);
-}
-inline void StoreIntsAsWords(BYTE* words, Ints value) {
-    short clamped[kLanes];
-    for (int lane = 0; lane != kLanes; ++lane) {
-        clamped[lane] = static_cast<short>(std::clamp(value[lane], -0x8000, 0x7FFF));
-    }
-    __builtin_memcpy(words, clamped, sizeof clamped);
 }
 inline Ints Truncate(Floats value) {
     return __builtin_convertvector(value, Ints);
@@ -97,11 +85,22 @@ inline void StoreWordsAsBytes(BYTE* bytes, Words words) {
         bytes[lane] = static_cast<BYTE>(clamped[lane]);
     }
 }
+inline Words LoadWordsToPair(const BYTE* words) {
+    Words loaded;
+    __builtin_memcpy(&loaded, words, sizeof loaded);
+    return loaded;
+}
 inline Ints UnpackLow(Words words) {
     return Ints{words[0], words[1], words[2], words[3]};
 }
 inline Ints UnpackHigh(Words words) {
     return Ints{words[4], words[5], words[6], words[7]};
+}
+inline Ints PairLow(Words low, Words high) {
+    return UnpackLow(low) | UnpackLow(high) << 16;
+}
+inline Ints PairHigh(Words low, Words high) {
+    return UnpackHigh(low) | UnpackHigh(high) << 16;
 }
 inline Words PackInts(Ints low, Ints high) {
     Words result;
@@ -110,6 +109,10 @@ inline Words PackInts(Ints low, Ints high) {
         result[kLanes + lane] = static_cast<WORD>(std::clamp(high[lane], -0x8000, 0x7FFF));
     }
     return result;
+}
+inline void StoreIntsAsWords(BYTE* words, Ints first, Ints second) {
+    const Words packed = PackInts(first, second);
+    __builtin_memcpy(words, &packed, sizeof packed);
 }
 inline Words MultiplyHigh(Words a, Words b) {
     return ByLane<Words>(a, b, [](WORD x, WORD y) { return static_cast<WORD>(static_cast<unsigned>(x) * y >> 16U); });

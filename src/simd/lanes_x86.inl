@@ -11,11 +11,6 @@ inline Floats Broadcast(float value) {
 inline Ints BroadcastInt(int value) {
     return reinterpret_cast<Ints>(_mm_set1_epi32(value));
 }
-// kLanes unsigned words, widened.
-inline Ints LoadWordsAsInts(const BYTE* words) {
-    return reinterpret_cast<Ints>(
-        _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(words)), _mm_setzero_si128()));
-}
 // Clamped to 0..255.
 inline void StoreIntsAsBytes(BYTE* bytes, Ints value) {
     const auto ints = reinterpret_cast<__m128i>(value);
@@ -28,10 +23,10 @@ inline void StoreIntsAsBytes(BYTE* bytes, Ints first, Ints second) {
     const __m128i words = _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(words, words));
 }
-// Clamped to 16 bits with sign.
-inline void StoreIntsAsWords(BYTE* words, Ints value) {
-    const auto ints = reinterpret_cast<__m128i>(value);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(words), _mm_packs_epi32(ints, ints));
+// The ints of both, clamped to 16 bits with sign.
+inline void StoreIntsAsWords(BYTE* words, Ints first, Ints second) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(words),
+                     _mm_packs_epi32(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second)));
 }
 // Truncates toward zero; values are within 32 bits.
 inline Ints Truncate(Floats value) {
@@ -67,6 +62,16 @@ inline Words LoadBytesAsWords(const BYTE* bytes) {
 inline void StoreWordsAsBytes(BYTE* bytes, Words words) {
     const auto value = reinterpret_cast<__m128i>(words);
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(value, value));
+}
+// Words in an order that becomes their own one by PairLow and PairHigh, which make ints of two words each.
+inline Words LoadWordsToPair(const BYTE* words) {
+    return reinterpret_cast<Words>(_mm_loadu_si128(reinterpret_cast<const __m128i*>(words)));
+}
+inline Ints PairLow(Words low, Words high) {
+    return reinterpret_cast<Ints>(_mm_unpacklo_epi16(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
+}
+inline Ints PairHigh(Words low, Words high) {
+    return reinterpret_cast<Ints>(_mm_unpackhi_epi16(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high)));
 }
 // Unsigned words as two vectors of ints, in an order that PackInts turns back.
 inline Ints UnpackLow(Words words) {

@@ -52,15 +52,20 @@ inline void ForEachPixelVector(const BYTE* source, BYTE* result, int count, Step
         result += BytesOf(kPixels, kResultBits);
         count -= kPixels;
     }
-    while (count > 0) {
-        const int rest = std::min(kPixels, count);
+    const auto stepInBuffers = [=](const BYTE* pixels, BYTE* changed, int rest) __attribute__((always_inline)) {
         BYTE sources[BytesOf(kRoom, kSourceBits)] = {};
         BYTE results[BytesOf(kRoom, kResultBits)];
-        __builtin_memcpy(sources, source, BytesOf(rest, kSourceBits));
+        __builtin_memcpy(sources, pixels, BytesOf(rest, kSourceBits));
         step(sources, results);
-        __builtin_memcpy(result, results, BytesOf(rest, kResultBits));
+        __builtin_memcpy(changed, results, BytesOf(rest, kResultBits));
+    };
+    if (count >= kPixels) { // copied by so many bytes that the compiler knows them
+        stepInBuffers(source, result, kPixels);
         source += BytesOf(kPixels, kSourceBits);
         result += BytesOf(kPixels, kResultBits);
         count -= kPixels;
+    }
+    if (count > 0) {
+        stepInBuffers(source, result, count);
     }
 }
