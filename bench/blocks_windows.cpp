@@ -17,6 +17,7 @@ namespace {
 constexpr SIZE_T kKeptFrom = SIZE_T{64} << 10; // smaller ones the heap keeps itself
 constexpr SIZE_T kKeptLimit = SIZE_T{64} << 20;
 constexpr SIZE_T kHugeFrom = SIZE_T{1} << 20;
+constexpr SIZE_T kHugePage = SIZE_T{2} << 20;
 
 struct Kept {
     HGLOBAL block;
@@ -62,10 +63,22 @@ HGLOBAL TakeKept(SIZE_T bytes) {
     return nullptr;
 }
 
+// Large blocks are the first free addresses with room for them. What lies there before the next huge page is taken for
+// as long as a block is asked for, which begins with that page then.
 HGLOBAL AllocateNew(UINT flags, SIZE_T bytes) {
     static const auto next = SystemCall<HGLOBAL(WINAPI*)(UINT, SIZE_T)>("kernel32.dll", "GlobalAlloc");
+    if (bytes < kHugeFrom) {
+        return next(flags, bytes);
+    }
+    void* const room = VirtualAlloc(nullptr, bytes + kHugePage, MEM_RESERVE, PAGE_NOACCESS);
+    VirtualFree(room, 0, MEM_RELEASE);
+    const SIZE_T lead = kHugePage - reinterpret_cast<std::uintptr_t>(room) % kHugePage;
+    void* const taken = lead != kHugePage ? VirtualAlloc(room, lead, MEM_RESERVE, PAGE_NOACCESS) : nullptr;
     const HGLOBAL block = next(flags, bytes);
-    if (block != nullptr && bytes >= kHugeFrom) {
+    if (taken != nullptr) {
+        VirtualFree(taken, 0, MEM_RELEASE);
+    }
+    if (block != nullptr) {
         AskForHugePages(block, bytes);
     }
     return block;

@@ -4,11 +4,12 @@ struct VectorScale {
     Floats reciprocal;
     Floats limit; // from here on results are clamped, whatever the offset
     Words offset;
+    Floats lowest; // of the sums, where they are counted from it
 };
 
-inline VectorScale MakeScale(const SumScale& scale) {
+inline VectorScale MakeScale(const SumScale& scale, int lowest) {
     return {Broadcast(1.0F / static_cast<float>(scale.divisor)), Broadcast(static_cast<float>(512 * scale.divisor)),
-            BroadcastWord(scale.offset)};
+            BroadcastWord(scale.offset), Broadcast(static_cast<float>(lowest))};
 }
 
 // The sum divided, truncated toward zero. A half more than the sum, times the reciprocal, is at least half a divisor's
@@ -21,11 +22,18 @@ inline Ints Divide(Floats sum, const VectorScale& scale) {
     return Truncate((limited + half) * scale.reciprocal);
 }
 
+// The same address, as one number: else compilers take an index apart for each vector of a step, which takes more
+// registers than 32-bit processors have.
+template <class Item>
+inline const Item* InOneRegister(const Item* address) {
+    asm("" : "+r"(address));
+    return address;
+}
+
 void ConvolveNarrow(const BYTE* const* sources, const LONG* weights, int taps, int lowest, const SumScale& sumScale,
                     int count, BYTE* result) {
     constexpr int kVectors = 4;
-    const VectorScale scale = MakeScale(sumScale);
-    const Floats base = Broadcast(static_cast<float>(lowest));
+    const VectorScale scale = MakeScale(sumScale, lowest);
     Words broadcast[kMaxTaps];
     for (int t = 0; t < taps; ++t) {
         broadcast[t] = BroadcastWord(static_cast<int>(weights[t]));
@@ -36,15 +44,16 @@ void ConvolveNarrow(const BYTE* const* sources, const LONG* weights, int taps, i
             sum = BroadcastWord(-lowest);
         }
         for (int t = 0; t < taps; ++t) {
-            const BYTE* const source = sources[t] + i;
+            const BYTE* const source = InOneRegister(sources[t] + i);
             for (int v = 0; v < kVectors; ++v) {
                 sums[v] += LoadBytesAsWords(source + v * kWordLanes) * broadcast[t];
             }
         }
+        const VectorScale& ready = *InOneRegister(&scale); // not in registers all along
         for (int v = 0; v < kVectors; ++v) {
-            const Ints low = Divide(ToFloats(UnpackLow(sums[v])) + base, scale);
-            const Ints high = Divide(ToFloats(UnpackHigh(sums[v])) + base, scale);
-            StoreWordsAsBytes(result + i + v * kWordLanes, PackInts(low, high) + scale.offset);
+            const Ints low = Divide(ToFloats(UnpackLow(sums[v])) + ready.lowest, ready);
+            const Ints high = Divide(ToFloats(UnpackHigh(sums[v])) + ready.lowest, ready);
+            StoreWordsAsBytes(result + i + v * kWordLanes, PackInts(low, high) + ready.offset);
         }
     }
 }
@@ -53,11 +62,11 @@ void ConvolveWide(const BYTE* const* sources, const LONG* weights, int taps, con
                   BYTE* result) {
     using Unsigned = DWORD __attribute__((vector_size(sizeof(Ints))));
     constexpr int kVectors = 2;
-    const VectorScale scale = MakeScale(sumScale);
+    const VectorScale scale = MakeScale(sumScale, 0);
     for (int i = 0; i < count; i += kVectors * kWordLanes) {
         Unsigned sums[kVectors][2] = {};
         for (int t = 0; t < taps; ++t) {
-            const BYTE* const source = sources[t] + i;
+            const BYTE* const source = InOneRegister(sources[t] + i);
             const auto weight = reinterpret_cast<Unsigned>(BroadcastInt(static_cast<int>(weights[t])));
             for (int v = 0; v < kVectors; ++v) {
                 const Words samples = LoadBytesAsWords(source + v * kWordLanes);

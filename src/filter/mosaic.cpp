@@ -7,6 +7,7 @@
 #include "filter/box_mean_kernels.h"
 #include "filter/filter_frame.h"
 #include "frame/block_parts.h"
+#include "frame/parts.h"
 #include "frame/progress.h"
 #include "frame/status.h"
 #include "pixels/bit_copy.h"
@@ -18,6 +19,7 @@ namespace qv8 {
 namespace {
 
 constexpr int kMaxSummedRows = 0xFFFF / 255; // of samples in 16 bits
+constexpr int kMaxSummedColumns = 0xFFFF;    // of such sums in 32 bits
 
 // Blocks side by side, from the area's first column to its last, or as far as the picture goes.
 struct BlockRow {
@@ -105,16 +107,24 @@ void AddRow(const MosaicCall& call, int row) {
 void AddColumns(const MosaicCall& call) {
     const BlockRow& blocks = call.blocks;
     const MosaicRows& rows = call.rows;
+    const WORD* const* const columns = rows.columns;
     for (int block = 0; block < blocks.count; ++block) {
-        const std::ptrdiff_t begin = std::ptrdiff_t{blocks.Begin(block) - blocks.readFrom} * rows.step;
-        const std::ptrdiff_t end = std::ptrdiff_t{blocks.End(block) - blocks.readFrom} * rows.step;
-        for (int channel = 0; channel < 3; ++channel) {
-            std::uint64_t sum = 0;
+        std::uint64_t* const sums = rows.sums + std::ptrdiff_t{block} * 3;
+        ForEachPart(blocks.End(block) - blocks.Begin(block), kMaxSummedColumns, [&](int start, int count) {
+            const std::ptrdiff_t begin = std::ptrdiff_t{blocks.Begin(block) - blocks.readFrom + start} * rows.step;
+            const std::ptrdiff_t end = begin + std::ptrdiff_t{count} * rows.step;
+            std::uint32_t blue = 0;
+            std::uint32_t green = 0;
+            std::uint32_t red = 0;
             for (std::ptrdiff_t i = begin; i < end; i += rows.step) {
-                sum += rows.columns[channel][i];
+                blue += columns[0][i];
+                green += columns[1][i];
+                red += columns[2][i];
             }
-            rows.sums[block * 3 + channel] += sum;
-        }
+            sums[0] += blue;
+            sums[1] += green;
+            sums[2] += red;
+        });
     }
     std::memset(rows.columns[0], 0, rows.samples * sizeof(WORD));
 }
@@ -123,6 +133,15 @@ BYTE Mean(std::uint64_t sum, std::uint64_t pixels) {
     return static_cast<BYTE>((sum | pixels) <= 0xFFFFFFFFU
                                  ? static_cast<std::uint32_t>(sum) / static_cast<std::uint32_t>(pixels)
                                  : sum / pixels);
+}
+
+// Gives the samples of a block their mean, eight at a time: behind the block the next one follows, or room for that.
+// Most blocks are too small for a call of memset to pay.
+void Repeat(BYTE mean, std::ptrdiff_t count, BYTE* samples) {
+    const std::uint64_t eight = mean * 0x0101010101010101ULL;
+    for (std::ptrdiff_t i = 0; i < count; i += 8) {
+        std::memcpy(samples + i, &eight, sizeof eight);
+    }
 }
 
 // Makes the means of the blocks that begin in `row`. False when memory is short.
@@ -138,8 +157,8 @@ bool MeanBlocks(MosaicCall& call, int row, int endRow) {
     }
     for (int block = 0; block < blocks.count; ++block) {
         const int begin = blocks.Begin(block) - blocks.readFrom;
-        const auto width = static_cast<std::size_t>(blocks.End(block) - blocks.Begin(block));
-        const std::uint64_t pixels = std::uint64_t{width} * static_cast<std::uint64_t>(endRow - row);
+        const std::ptrdiff_t width = blocks.End(block) - blocks.Begin(block);
+        const std::uint64_t pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(endRow - row);
         const std::uint64_t* const sums = rows.sums + std::ptrdiff_t{block} * 3;
         const BYTE blue = Mean(sums[0], pixels);
         const BYTE green = Mean(sums[1], pixels);
@@ -149,11 +168,11 @@ bool MeanBlocks(MosaicCall& call, int row, int endRow) {
             if (!FindNearest(call.nearest, red, green, blue, index)) {
                 return false;
             }
-            std::memset(rows.means.blue + begin, index, width);
+            Repeat(index, width, rows.means.blue + begin);
         } else {
-            std::memset(rows.means.blue + begin, blue, width);
-            std::memset(rows.means.green + begin, green, width);
-            std::memset(rows.means.red + begin, red, width);
+            Repeat(blue, width, rows.means.blue + begin);
+            Repeat(green, width, rows.means.green + begin);
+            Repeat(red, width, rows.means.red + begin);
         }
     }
     return true;

@@ -30,12 +30,13 @@ void Unpack(const BYTE* packed, int count, BYTE* indices) {
     }
 }
 
-// Eight indices of one bit each, as the bits of a byte: the product moves each to its place in the highest byte, and no
-// two of its terms meet.
+// Eight indices of one bit each, as the bits of a byte: four go to every second half of a byte, the others between
+// them. The product moves each to its place in the highest byte, and no two of its terms meet. 32 bits do for that,
+// which any processor multiplies at once.
 BYTE PackEight(const BYTE* indices) {
-    std::uint64_t bytes;
-    std::memcpy(&bytes, indices, sizeof bytes);
-    return static_cast<BYTE>(bytes * 0x8040201008040201ULL >> 56U);
+    std::uint32_t halves[2];
+    std::memcpy(halves, indices, sizeof halves);
+    return static_cast<BYTE>((halves[0] << 4U | halves[1]) * 0x08040201U >> 24U);
 }
 
 template <int kBits>
