@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "area/masked_picture.h"
+#include "frame/rows.h"
 #include "frame/status.h"
 #include "geometry/exchange_reports.h"
 #include "pixels/pixel_format.h"
@@ -43,7 +44,24 @@ bool CopiesExactly(const Pasting& pasting) {
     return pasting.placement.isExact && pasting.copies;
 }
 
+// Pixels that lie on the base's as rows of bytes.
+bool PasteAllLines(const Pasting& pasting, const NewPicture& result, const Progress& progress) {
+    const DibView& base = pasting.base.picture;
+    const PasteLines lines = pasting.opacity != 0 ? LinesOf(pasting.placement, base.height) : PasteLines{};
+    const Span written = pasting.opacity == 255 ? lines.columns : Span{};
+    return ForEachRow(base.height, progress, [&](int row) {
+        const bool isCovered = row >= lines.rows.begin && row < lines.rows.end;
+        CopyAround(base, row, isCovered ? written : Span{}, result.Row(row));
+        if (isCovered) {
+            PasteLine(pasting, lines, row, result.Row(row));
+        }
+    });
+}
+
 bool PasteRows(Pasting& pasting, const NewPicture& result, const Progress& progress) {
+    if (pasting.packs && LaysLines(pasting.placement)) {
+        return PasteAllLines(pasting, result, progress);
+    }
     const int height = result.view.height;
     PasteGuesses guesses;
     for (int row = 0; row < height; ++row) {

@@ -182,14 +182,6 @@ void LayPacked(const Pasting& pasting, const BYTE* pixels, int count, BYTE* resu
     }
 }
 
-// As PastePart, for pictures whose pixels lie on the base's as rows of bytes.
-void PasteLine(const Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
-    Places places;
-    FindPastePlaces(pasting.placement, row, columns.begin, 1, false, places);
-    LayPacked(pasting, pasting.pasted.picture.Row(places.rows[0]) + std::ptrdiff_t{places.columns[0]} * 3,
-              columns.Count(), resultRow + std::ptrdiff_t{columns.begin} * 3);
-}
-
 // As PastePart, where pixels are blended from the bytes of the picture. Those at its edges go the other way.
 bool PasteBlended(Pasting& pasting, const Part& part, BYTE* resultRow) {
     Places places;
@@ -212,14 +204,13 @@ bool PasteBlended(Pasting& pasting, const Part& part, BYTE* resultRow) {
 
 } // namespace
 
+void PasteLine(const Pasting& pasting, const PasteLines& lines, int row, BYTE* resultRow) {
+    const int sourceRow = lines.firstRow + (row - lines.rows.begin) * lines.rowStep;
+    LayPacked(pasting, pasting.pasted.picture.Row(sourceRow) + std::ptrdiff_t{lines.firstColumn} * 3,
+              lines.columns.Count(), resultRow + std::ptrdiff_t{lines.columns.begin} * 3);
+}
+
 bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow) {
-    const PastePlacement& placement = pasting.placement;
-    if (pasting.packs && placement.isExact && placement.directions.column.Step(placement.columnStep) == 1) {
-        if (!columns.IsEmpty()) {
-            PasteLine(pasting, row, columns, resultRow);
-        }
-        return true;
-    }
     const auto paste = pasting.packs && pasting.smooth ? PasteBlended : PastePart;
     bool isDone = true;
     ForEachPart(columns.Count(), kPlaces, [&](int start, int count) {

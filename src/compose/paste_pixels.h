@@ -30,6 +30,10 @@ struct Pasting {
     bool packs;  // all bytes of a pixel are laid over the base's alike, and none are hidden
 };
 
+// Lays a row that is one of the lines over the base's in the row of the result, where all bytes of a pixel are laid
+// alike.
+void PasteLine(const Pasting& pasting, const PasteLines& lines, int row, BYTE* resultRow);
+
 // Lays columns of a row, all of them covered, over the base's in the row of the result. False when memory is short; the
 // status is set.
 bool PastePixels(Pasting& pasting, int row, const Span& columns, BYTE* resultRow);

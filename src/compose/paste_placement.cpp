@@ -117,6 +117,32 @@ void FindPastePlaces(const PastePlacement& placement, int row, int column, int c
          places);
 }
 
+bool LaysLines(const PastePlacement& placement) {
+    return placement.isExact && placement.directions.column.Step(placement.columnStep) == 1;
+}
+
+PasteLines LinesOf(const PastePlacement& placement, int baseHeight) {
+    WideSpan covered = {-placement.middleRow, baseHeight - placement.middleRow};
+    ExactLine{0, placement.columnStep}.Cut(placement.source.firstRow, placement.source.height, covered);
+    if (covered.IsEmpty()) {
+        return {};
+    }
+    PasteLines lines = {};
+    lines.rows = {static_cast<int>(covered.begin + placement.middleRow),
+                  static_cast<int>(covered.end + placement.middleRow)};
+    PasteGuesses guesses;
+    lines.columns = CoveredColumns(placement, lines.rows.begin, guesses);
+    if (lines.columns.IsEmpty()) {
+        return {};
+    }
+    Places places;
+    FindPastePlaces(placement, lines.rows.begin, lines.columns.begin, 1, false, places);
+    lines.firstColumn = places.columns[0];
+    lines.firstRow = places.rows[0];
+    lines.rowStep = placement.directions.row.Step(placement.columnStep);
+    return lines;
+}
+
 void CopyPastePixels(const PastePlacement& placement, const Places& places, const DibView& picture,
                      const PixelUnit& unit, int count, BYTE* result) {
     if (placement.isExact) {

@@ -36,6 +36,19 @@ struct PasteGuesses {
 // The columns of a row of the base that the turned picture covers.
 Span CoveredColumns(const PastePlacement& placement, int row, PasteGuesses& guesses);
 
+// A picture whose rows lie on rows of the base, not backwards: which rows and columns it covers, the place in the
+// picture of the first pixel, and the step from there to that of the next row.
+struct PasteLines {
+    Span rows;
+    Span columns;
+    int firstColumn;
+    int firstRow;
+    int rowStep;
+};
+
+bool LaysLines(const PastePlacement& placement);
+PasteLines LinesOf(const PastePlacement& placement, int baseHeight);
+
 // The places in the picture of up to kPlaces covered pixels, of exact turns only the first; `withNeighbours` for
 // blending.
 void FindPastePlaces(const PastePlacement& placement, int row, int column, int count, bool withNeighbours,

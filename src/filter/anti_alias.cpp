@@ -26,6 +26,7 @@ HGLOBAL AntiAlias(const AreaArguments& area, const Progress& progress) {
     Filter filter;
     filter.reach = 1;
     filter.filterSamples = MeansAround;
+    filter.isFloatless = true;
     return ApplyFilter(area, filter, progress);
 }
 

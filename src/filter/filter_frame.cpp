@@ -15,7 +15,7 @@ namespace {
 struct FilterCall {
     const Filter& filter;
     const Area& area;
-    RowRing ring;
+    RowRing& ring;
     int filteredRow = -1;
     int roomyRows = 0; // those below have room behind for what kernels read and write too much, which later rows mend
 };
@@ -107,10 +107,11 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
     if (!result) {
         return nullptr;
     }
-    FilterCall call = {filter, area, {}};
-    if (!MakeRowRing(source, filter, area.rect.Width(), call.ring)) {
+    RowRing ring;
+    if (!MakeRowRing(source, filter, area.rect.Width(), ring)) {
         return nullptr;
     }
+    FilterCall call = {filter, area, ring};
     call.roomyRows = source.bitCount == 24 ? RowsToRead(source, filter.reach) : 0;
     const auto write = [&](int row, int column, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
         if (call.ring.kind == RowKind::kPacked && row < call.roomyRows && count == area.rect.Width()) {
@@ -124,7 +125,9 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
         CopyUnused(call.ring.format, sourcePixels, resultPixels, count);
         WriteRun(source, call, row, column, count, resultPixels);
     };
-    return WriteArea(source, area, result, progress, write) ? result.Release() : nullptr;
+    const auto writeRows = [&] { return WriteArea(source, area, result, progress, write); };
+    const bool done = filter.isFloatless ? progress.RunWithoutFloats(writeRows) : writeRows();
+    return done ? result.Release() : nullptr;
 }
 
 } // namespace

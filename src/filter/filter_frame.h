@@ -60,6 +60,7 @@ struct Filter {
     bool wantsLuminance = false;
     bool wantsColours = true; // `filterPixels` may do with the luminance alone: planes of colours are not filled then
     bool channels[3] = {true, true, true}; // blue, green, red to be filtered; `filterSamples` only
+    bool isFloatless = false;              // rows are filtered without a floating-point number
     int scratchBytes = 0;                  // for each sample
     bool endsAtBorder =
         false; // no result depends on what is read beyond the picture's border, so nothing repeats there

@@ -180,6 +180,7 @@ HGLOBAL RemoveNoise(const AreaArguments& area, BYTE mode, BYTE sensitivity, cons
     if (mode == kByChannel) {
         filter.context = &threshold;
         filter.filterSamples = MedianSamples;
+        filter.isFloatless = true;
         filter.endsAtBorder = true;
     } else {
         filter.filterPixels = MedianPixels;
