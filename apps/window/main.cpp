@@ -61,7 +61,7 @@ int RunMessages(MainWindow& window) {
 
 } // namespace
 
-int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int how) {
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int nShowCmd) {
     BecomeAwareOfDots();
     const std::vector<std::wstring> files = FilesOfCommandLine();
     if (HandOver(files)) {
@@ -71,7 +71,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int how) {
     InitCommonControlsEx(&classes);
     try {
         MainWindow window;
-        window.Show(how);
+        window.Show(nShowCmd);
         window.OpenFiles(files);
         return RunMessages(window);
     } catch (const std::bad_alloc&) {

@@ -71,7 +71,7 @@ private:
     void Save(Action then);
     void SaveAs(Action then);
     void SaveTo(const std::wstring& path, Action then);
-    void Close(int id, Action then);
+    void Close(int id, const Action& then);
     bool AskThenClose(Action then);
     void CloseAll();
     void Remove(int id);
@@ -113,7 +113,7 @@ private:
     void StartTask(const std::wstring& doing, UINT failure, Make make, Use use);
     void BeginTask(const std::wstring& doing);
     void EndTask();
-    void FailTask(UINT failure, std::string reason); // on the thread that works; 0: it was cancelled
+    void FailTask(UINT failure, const std::string& reason); // on the thread that works; 0: it was cancelled
 
     // Selection, tools, clipboard
     void UseAreaTool(std::optional<AreaForm> form);

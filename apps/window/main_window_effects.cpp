@@ -259,7 +259,7 @@ void MainWindow::EndTask() {
     wayBack_.Post([this] { LoadNext(); });
 }
 
-void MainWindow::FailTask(UINT failure, std::string reason) {
+void MainWindow::FailTask(UINT failure, const std::string& reason) {
     wayBack_.Post([this, failure, reason] {
         EndTask();
         if (failure == 0) {

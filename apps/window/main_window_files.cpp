@@ -171,7 +171,7 @@ bool MainWindow::AskThenClose(Action then) {
     return answer == IDNO;
 }
 
-void MainWindow::Close(int id, Action then) {
+void MainWindow::Close(int id, const Action& then) {
     const auto goOn = [this, id, then] {
         Remove(id);
         if (then) {

@@ -73,7 +73,7 @@ std::string ParameterValues::SetText(const std::string& name, const std::string&
         return "there is no parameter " + name;
     }
     Setting read{setting->parameter, {}, {}};
-    const std::string mistake = text.empty() ? std::string() : ::Set(read, text);
+    std::string mistake = text.empty() ? std::string() : ::Set(read, text);
     if (mistake.empty()) {
         *setting = read;
         DropExcluded(*setting);

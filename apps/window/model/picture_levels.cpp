@@ -58,8 +58,9 @@ PictureLevels::PictureLevels(SharedPicture whole) {
 void PictureLevels::MakeSmaller(const Report& report) {
     const LockedPicture whole(*Whole());
     try {
-        for (double scale = 0.5;; scale /= 2) {
+        for (;;) {
             const Picture& last = *levels_.back().picture;
+            const double scale = levels_.back().scale / 2;
             const auto width = static_cast<LONG>(static_cast<double>(whole.Width()) * scale);
             const auto height = static_cast<LONG>(static_cast<double>(whole.Height()) * scale);
             if (std::max(width, height) < kSmallestSide || std::min(width, height) < 1) {

@@ -64,7 +64,7 @@ std::vector<std::wstring> AskForFilesToOpen(HWND owner, UINT filter, bool severa
         return {};
     }
     // One name, or a folder and the names in it.
-    const std::wstring first = names.c_str();
+    const std::wstring first = names.substr(0, names.find(L'\0'));
     std::vector<std::wstring> chosen;
     for (std::size_t at = first.size() + 1; names[at] != L'\0'; at += std::wcslen(&names[at]) + 1) {
         chosen.push_back(first + L"\\" + &names[at]);
@@ -89,6 +89,6 @@ std::wstring AskForFileToSave(HWND owner, UINT filter, const std::wstring& sugge
     if (!GetSaveFileNameW(&dialog)) {
         return {};
     }
-    const std::wstring chosen = name.c_str();
+    const std::wstring chosen = name.substr(0, name.find(L'\0'));
     return HasEnding(chosen) ? chosen : chosen + EndingOf(filters, dialog.nFilterIndex);
 }
