@@ -63,23 +63,26 @@ HGLOBAL TakeKept(SIZE_T bytes) {
     return nullptr;
 }
 
-// Large blocks are the first free addresses with room for them. What lies there before the next huge page is taken for
-// as long as a block is asked for, which begins with that page then.
+// Where a block is asked for, its first page is touched, which then stays small and all others before the next huge
+// page with it. Large blocks are the first free addresses with room for them: those up to shortly before a huge page
+// are taken for as long as the block is asked for.
 HGLOBAL AllocateNew(UINT flags, SIZE_T bytes) {
     static const auto next = SystemCall<HGLOBAL(WINAPI*)(UINT, SIZE_T)>("kernel32.dll", "GlobalAlloc");
     if (bytes < kHugeFrom) {
         return next(flags, bytes);
     }
-    void* const room = VirtualAlloc(nullptr, bytes + kHugePage, MEM_RESERVE, PAGE_NOACCESS);
+    constexpr SIZE_T kStep = SIZE_T{64} << 10; // of addresses that blocks begin at
+    const SIZE_T size = (bytes + kHugePage - 1) / kHugePage * kHugePage + kStep;
+    void* const room = VirtualAlloc(nullptr, size + kHugePage, MEM_RESERVE, PAGE_NOACCESS);
     VirtualFree(room, 0, MEM_RELEASE);
-    const SIZE_T lead = kHugePage - reinterpret_cast<std::uintptr_t>(room) % kHugePage;
-    void* const taken = lead != kHugePage ? VirtualAlloc(room, lead, MEM_RESERVE, PAGE_NOACCESS) : nullptr;
-    const HGLOBAL block = next(flags, bytes);
+    const SIZE_T lead = kHugePage - kStep - reinterpret_cast<std::uintptr_t>(room) % kHugePage;
+    void* const taken = lead != 0 ? VirtualAlloc(room, lead, MEM_RESERVE, PAGE_NOACCESS) : nullptr;
+    const HGLOBAL block = next(flags, size);
     if (taken != nullptr) {
         VirtualFree(taken, 0, MEM_RELEASE);
     }
     if (block != nullptr) {
-        AskForHugePages(block, bytes);
+        AskForHugePages(block, size);
     }
     return block;
 }
