@@ -201,7 +201,7 @@ void ReadMeans(CellReader& reader, const PixelGroup& rows) {
     if (ReadMeansOfFour(reader, rows)) {
         return;
     }
-    const PixelGroups groups = {reader.groupFirst, reader.groupCount, reader.cellCount};
+    const PixelGroups groups = {reader.groupFirst, reader.groupCount, reader.cellCount, reader.mostColumns};
     if (PrepareFixedMeans(reader, rows.count)) {
         SumSmallRows(reader, rows);
         const auto averageSmall =

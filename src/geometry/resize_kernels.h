@@ -19,6 +19,7 @@ struct PixelGroups {
     const int* first;
     const int* columns;
     int count;
+    int mostColumns;
 };
 
 // How sums of so many pixels become their mean, rounded: half of the number is added, then the rest is division.

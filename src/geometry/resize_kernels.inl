@@ -57,9 +57,33 @@ void AverageGroups(const std::uint32_t* __restrict sums, const PixelGroups& grou
     }
 }
 
+// Groups of one column and of two, without a branch: one column is taken twice, for (2 s + n) / 2 n and (s + n / 2) / n
+// are the same, both rounded down.
+template <int kStep>
+inline void AverageUpToTwo(const WORD* __restrict sums, const PixelGroups& groups, const FixedMean& mean,
+                           BYTE* __restrict result) {
+    const int* __restrict const first = groups.first;
+    const int* __restrict const columns = groups.columns;
+    const int count = groups.count;
+    const narrow::Words half = narrow::BroadcastWord(mean.half);
+    const narrow::Words factor = narrow::BroadcastWord(mean.factor);
+    const int shift = mean.shift;
+    for (int i = 0; i < count; ++i) {
+        const WORD* const from = sums + std::ptrdiff_t{first[i]} * kStep;
+        const narrow::Words total =
+            narrow::LoadFourWords(from) + narrow::LoadFourWords(from + std::ptrdiff_t{columns[i] - 1} * kStep);
+        narrow::StoreFourWordsAsBytes(result + std::ptrdiff_t{i} * kStep,
+                                      narrow::MultiplyHigh(total + half, factor) >> shift);
+    }
+}
+
 template <int kStep>
 void AverageSmall(const WORD* __restrict sums, const PixelGroups& groups, const FixedMean* __restrict means,
                   BYTE* __restrict result) {
+    if (groups.mostColumns == 2) {
+        AverageUpToTwo<kStep>(sums, groups, means[2], result);
+        return;
+    }
     const int* __restrict const first = groups.first;
     const int* __restrict const columns = groups.columns;
     const int count = groups.count;
