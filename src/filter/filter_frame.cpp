@@ -112,7 +112,8 @@ HGLOBAL FilterArea(const DibView& source, const Area& area, const Filter& filter
         return nullptr;
     }
     FilterCall call = {filter, area, ring};
-    call.roomyRows = source.bitCount == 24 ? RowsToRead(source, filter.reach) : 0;
+    // Neighbours are copied by whole vectors of pixels, which reach farther beyond a row than filters do.
+    call.roomyRows = source.bitCount == 24 ? RowsToRead(source, filter.reach + kFilterSlack) : 0;
     const auto write = [&](int row, int column, int count, const BYTE* sourcePixels, BYTE* resultPixels) {
         if (call.ring.kind == RowKind::kPacked && row < call.roomyRows && count == area.rect.Width()) {
             FilterPlane(call, MoveTo(call.ring, row), kBlue, resultPixels);
