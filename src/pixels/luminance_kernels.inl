@@ -96,31 +96,36 @@ struct Sums {
     }
 };
 
-// Stores the sums, and runs correct(source, result) for kSums pixels of which some are doubtful: for those of many
-// pixels at once, as no processor could foresee where they are.
+// Stores the sums, and runs correct(source, result) for kSums pixels of which some are doubtful: with wide registers
+// for those of many pixels at once, as no processor could foresee where they are. With narrow ones that costs more.
 template <class Correct>
 inline void StoreSums(const BYTE* pixels, BYTE* levels, int count, Correct correct) {
-    constexpr int kSteps = 64;
-    int doubtful[kSteps];
-    while (count >= kSums + kPixelsBeyond) {
-        const int steps = std::min(kSteps, (count - kPixelsBeyond) / kSums);
-        int found = 0;
-        for (int step = 0; step < steps; ++step) {
-            const Sums sums(pixels + 3 * kSums * step);
-            sums.Store(levels + kSums * step);
-            doubtful[found] = step;
-            found += sums.HasDoubtful() ? 1 : 0;
+    if constexpr (kLanes > 4) {
+        constexpr int kSteps = 64;
+        int doubtful[kSteps];
+        while (count >= kSums + kPixelsBeyond) {
+            const int steps = std::min(kSteps, (count - kPixelsBeyond) / kSums);
+            int found = 0;
+            for (int step = 0; step < steps; ++step) {
+                const Sums sums(pixels + 3 * kSums * step);
+                sums.Store(levels + kSums * step);
+                doubtful[found] = step;
+                found += sums.HasDoubtful() ? 1 : 0;
+            }
+            for (int i = 0; i < found; ++i) {
+                correct(pixels + 3 * kSums * doubtful[i], levels + kSums * doubtful[i]);
+            }
+            pixels += 3 * kSums * steps;
+            levels += kSums * steps;
+            count -= kSums * steps;
         }
-        for (int i = 0; i < found; ++i) {
-            correct(pixels + 3 * kSums * doubtful[i], levels + kSums * doubtful[i]);
-        }
-        pixels += 3 * kSums * steps;
-        levels += kSums * steps;
-        count -= kSums * steps;
     }
     ForEachPixelVector<kSums, 24, 8>(pixels, levels, count, [=](const BYTE* source, BYTE* result) {
-        Sums(source).Store(result);
-        correct(source, result);
+        const Sums sums(source);
+        sums.Store(result);
+        if (sums.HasDoubtful()) {
+            correct(source, result);
+        }
     });
 }
 
