@@ -166,11 +166,12 @@ void MainWindow::FillRecent(HMENU menu) const {
     UINT id = ID_FILE_RECENT_FIRST;
     for (const std::wstring& path : settings_.recent) {
         const std::wstring number = std::to_wstring((id - ID_FILE_RECENT_FIRST + 1) % 10);
-        std::wstring shown;
+        std::wstring shown = L"&" + number;
+        shown += L' ';
         for (const wchar_t c : path) {
             shown += c == L'&' ? L"&&" : std::wstring(1, c);
         }
-        AppendMenuW(menu, MF_STRING, id++, (L"&" + number + L" " + shown).c_str());
+        AppendMenuW(menu, MF_STRING, id++, shown.c_str());
     }
     if (settings_.recent.empty()) {
         AppendMenuW(menu, MF_STRING | MF_GRAYED, id, Text(IDS_NO_RECENT).c_str());

@@ -54,7 +54,7 @@ void KeepWhatIsIn(const Picture& mask, const Picture& other) {
     const LockedPicture to(mask);
     const LockedPicture from(other);
     std::transform(to.Bytes() + to.PixelOffset(), to.Bytes() + to.Size(), from.Bytes() + from.PixelOffset(),
-                   to.Bytes() + to.PixelOffset(), std::bit_and<BYTE>());
+                   to.Bytes() + to.PixelOffset(), std::bit_and<>());
 }
 
 // What the client area shows of a mask, a row of its pixels at a time.
