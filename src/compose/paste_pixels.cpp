@@ -52,7 +52,8 @@ void TakeSamples(const Pasting& pasting, int count, Samples& samples, Copy copy)
 
 // Samples at places of which some may be outside: those are not seen.
 void TakeSamplesWithin(const Pasting& pasting, const int* columns, const int* rows, int count, Samples& samples) {
-    const ClampedPlaces places = ClampPlaces(pasting.pasted.picture, columns, rows, count);
+    ClampedPlaces places;
+    ClampPlaces(pasting.pasted.picture, columns, rows, count, places);
     TakeSamples(pasting, count, samples, [&](const DibView& from, const PixelUnit& unit, BYTE* result) {
         unit.gather(from, places.columns, places.rows, count, result);
     });

@@ -23,7 +23,8 @@ void CopyChannels(const Blending& blending, const TurnedPicture& picture, const 
 // The same where places may be outside: those count as background.
 void CopyChannelsWithin(const Blending& blending, const TurnedPicture& picture, const int* columns, const int* rows,
                         int count, Channels& channels) {
-    const ClampedPlaces places = ClampPlaces(picture.source, columns, rows, count);
+    ClampedPlaces places;
+    ClampPlaces(picture.source, columns, rows, count, places);
     CopyChannels(blending, picture, places.columns, places.rows, count, channels);
     for (int i = 0; i < count; ++i) {
         if (places.wereInside[i] == 0) {
@@ -76,14 +77,12 @@ bool AreInside(const DibView& picture, const int* columns, const int* rows, int 
     return outside == 0;
 }
 
-ClampedPlaces ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count) {
-    ClampedPlaces places; // not cleared: often there is a pixel or two
+void ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count, ClampedPlaces& places) {
     for (int i = 0; i < count; ++i) {
         places.columns[i] = std::clamp(columns[i], 0, picture.width - 1);
         places.rows[i] = std::clamp(rows[i], 0, picture.height - 1);
         places.wereInside[i] = places.columns[i] == columns[i] && places.rows[i] == rows[i] ? 1 : 0;
     }
-    return places;
 }
 
 Span PlacesWithin(const DibView& picture, const Places& places, int count) {

@@ -36,7 +36,7 @@ struct ClampedPlaces {
     int rows[kPlaces];
     BYTE wereInside[kPlaces]; // 1, or 0 for one that was moved
 };
-ClampedPlaces ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count);
+void ClampPlaces(const DibView& picture, const int* columns, const int* rows, int count, ClampedPlaces& places);
 
 // The places, of those from 0 to before `count` along a line, that have all their neighbours in the picture, and
 // behind those a byte more to read: so not in the last row of memory.

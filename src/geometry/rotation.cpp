@@ -59,15 +59,12 @@ ImageSet RotatePicture(const ImageSet& handles, const RotationOptions& wanted, c
     const Turn turn = isQuarterTurn ? Turn{} : TurnBy(options.angle);
     const CentredRect bounds = ResultBounds(CentredRectOf(source), turn, options);
     TurnedPicture image;
-    TurnedPicture turnedMask;
+    TurnedPicture turnedMask = {};
     TurnedPicture* const mask = target.mask.lock ? &turnedMask : nullptr;
     if (!MakeTurned(source, bounds, image) || (mask != nullptr && !MakeTurned(target.mask.view, bounds, *mask))) {
         return {};
     }
     image.background = PatternOf(source, options.background);
-    if (mask != nullptr) {
-        mask->background = {};
-    }
     const bool done = isQuarterTurn ? TurnQuarters(image, mask, QuartersOf(options.angle), options, progress)
                                     : MapPicture(image, mask, turn.back, bounds, options, progress);
     return done ? ImageSet{image.result.Release(), turnedMask.result.Release()} : ImageSet{};

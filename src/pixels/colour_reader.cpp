@@ -19,13 +19,7 @@ void ReadPalette(const ColourReader& reader, const BYTE* row, int column, int co
 } // namespace
 
 ColourReader MakeColourReader(const DibView& picture) {
-    ColourReader reader;
-    reader.picture = picture;
-    reader.format = PixelFormatOf(picture);
-    if (picture.IsPaletted()) {
-        reader.palette = FullPaletteOf(picture);
-    }
-    return reader;
+    return {picture, PixelFormatOf(picture), picture.IsPaletted() ? FullPaletteOf(picture) : FullPalette{}};
 }
 
 void ReadColours(const ColourReader& reader, int row, int column, int count, const PlanarRow& result) {

@@ -151,8 +151,7 @@ HGLOBAL RgbLevel(const AreaArguments& area, LONG levelRed, LONG levelGreen, LONG
     if (*std::max_element(levels, levels + 3) <= kMaxShiftLevel) {
         return ApplyShifts(area, {LevelShift(levels[0]), LevelShift(levels[1]), LevelShift(levels[2])}, progress);
     }
-    Curves curves;
-    curves.isShift = false;
+    Curves curves = {};
     for (int c = 0; c != 3; ++c) {
         SetLevelCurve(levels[c], curves.tables.channel[c]);
     }
