@@ -17,7 +17,8 @@
 namespace {
 
 constexpr int kGap = 6;               // lengths are in 96ths of an inch
-constexpr int kLeastWidth = 200;      // of the picture and of the effects
+constexpr int kLeastWidth = 200;      // of the picture
+constexpr int kLeastPanelWidth = 275; // of the effects, for the buttons below them
 constexpr int kMostPanelWidth = 4000; // where more stands in the registry, it is not ours
 constexpr int kControlHeight = 23;
 constexpr int kHelpHeight = 34;
@@ -203,7 +204,7 @@ int MainWindow::PanelWidth() const {
     const int half = static_cast<int>(client.right) / 2;
     const int most = std::max(static_cast<int>(client.right) - dots(kLeastWidth), half);
     const auto wanted = static_cast<int>(std::min<DWORD>(settings_.panelWidth, kMostPanelWidth));
-    return std::clamp(dots(wanted), std::min(dots(kLeastWidth), half), most);
+    return std::clamp(dots(wanted), std::min(dots(kLeastPanelWidth), half), most);
 }
 
 void MainWindow::SplitterMoved(int by) {
