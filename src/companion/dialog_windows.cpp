@@ -35,7 +35,7 @@ namespace {
 constexpr DWORD kShowAfter = 200; // milliseconds, here and below
 constexpr DWORD kShortestPause = 50;
 constexpr DWORD kLongestPause = 200;
-constexpr LONGLONG kPauseByService = 50; // so that service takes no more than a fiftieth of the time
+constexpr LONGLONG kPauseByService = 100; // so that service takes no more than a hundredth of the time
 constexpr UINT kAnswerWithin = 2000;
 constexpr int kMostMessages = 100;
 constexpr std::size_t kPercentSize = sizeof " 100 %";
